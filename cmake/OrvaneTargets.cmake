@@ -1,0 +1,66 @@
+# What every target of the project has in common.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
+endif()
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1")
+
+add_compile_options(-Wall -Wextra -Wpedantic)
+if(ORVANE_WERROR)
+    add_compile_options(-Werror)
+endif()
+if(ORVANE_SANITIZE)
+    add_compile_options(-fsanitize=${ORVANE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    # One copy of every type's information across the libraries, or dynamic casts look foreign.
+    add_compile_options($<$<CXX_COMPILER_ID:Clang>:-shared-libasan>)
+    add_link_options(-fsanitize=${ORVANE_SANITIZE} $<$<CXX_COMPILER_ID:Clang>:-shared-libasan>)
+endif()
+
+# orvane_library(TARGET ALIAS Name::Space SOURCES ... [PUBLIC libs] [PRIVATE libs])
+# A shared library with a versioned SONAME, exported to the build tree and the install tree.
+function(orvane_library target)
+    cmake_parse_arguments(ARG "" "ALIAS" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+    add_library(${target} SHARED ${ARG_SOURCES})
+    set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+    if(ARG_ALIAS)
+        add_library(${ARG_ALIAS} ALIAS ${target})
+        string(REGEX REPLACE ".*::" "" export_name ${ARG_ALIAS})
+    endif()
+    target_link_libraries(${target} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
+    target_compile_features(${target} PUBLIC cxx_std_17)
+endfunction()
+
+# Settings of everything that uses Qt: no silent conversion between bytes and text.
+function(orvane_use_qt target)
+    set_target_properties(${target} PROPERTIES AUTOMOC ON AUTOUIC ON)
+    target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
+endfunction()
+
+# orvane_test(NAME SOURCES ... [LIBS ...] [GL] [ARGS ...])
+# A Qt Test program. It runs on the offscreen platform; with GL it runs on the X display.
+function(orvane_test name)
+    cmake_parse_arguments(ARG "GL" "" "SOURCES;LIBS;LABELS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    orvane_use_qt(${name})
+    target_link_libraries(${name} PRIVATE ${ARG_LIBS} Qt5::Test)
+    add_test(NAME ${name} COMMAND ${name})
+    if(ARG_GL)
+        set(platform xcb)
+        list(APPEND ARG_LABELS gl)
+    else()
+        set(platform offscreen)
+    endif()
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT 300
+        LABELS "${ARG_LABELS}"
+        ENVIRONMENT "QT_QPA_PLATFORM=${platform};ORVANE_SOURCE_DIR=${PROJECT_SOURCE_DIR};ORVANE_BIN_DIR=${PROJECT_BINARY_DIR}/bin")
+endfunction()
