@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Orvane/EventSlot.h>
+
+namespace Orvane {
+
+/// The end at which events come into a field.
+class ORVANE_API EventInSlot : public EventSlot
+{
+public:
+    explicit EventInSlot(Field* field);
+    ~EventInSlot() override;
+
+    const char* name() const override;
+};
+
+} // namespace Orvane

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Orvane/MVField.h>
+
+namespace Orvane {
+
+/// Colours, red, green and blue from 0 to 1.
+class ORVANE_API MFColor : public MVField<osg::Color3f, 0>
+{
+public:
+    MFColor(Node* node, NodePartDesc* desc);
+    ~MFColor() override;
+
+    NodePartDataType dataType() const override;
+};
+
+} // namespace Orvane

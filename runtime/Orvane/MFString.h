@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Orvane/MLField.h>
+
+namespace Orvane {
+
+/// Texts.
+class ORVANE_API MFString : public MLField<std::string, 0>
+{
+public:
+    MFString(Node* node, NodePartDesc* desc);
+    ~MFString() override;
+
+    NodePartDataType dataType() const override;
+};
+
+} // namespace Orvane

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Orvane/MVField.h>
+
+namespace Orvane {
+
+/// Pairs.
+class ORVANE_API MFVec2f : public MVField<osg::Vec2f, 0>
+{
+public:
+    MFVec2f(Node* node, NodePartDesc* desc);
+    ~MFVec2f() override;
+
+    NodePartDataType dataType() const override;
+};
+
+} // namespace Orvane

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Orvane/MVField.h>
+
+namespace Orvane {
+
+/// Triples in double precision.
+class ORVANE_API MFVec3d : public MVField<osg::Vec3d, 0>
+{
+public:
+    MFVec3d(Node* node, NodePartDesc* desc);
+    ~MFVec3d() override;
+
+    NodePartDataType dataType() const override;
+};
+
+} // namespace Orvane

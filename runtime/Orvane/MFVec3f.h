@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Orvane/MVField.h>
+
+namespace Orvane {
+
+/// Triples.
+class ORVANE_API MFVec3f : public MVField<osg::Vec3f, 0>
+{
+public:
+    MFVec3f(Node* node, NodePartDesc* desc);
+    ~MFVec3f() override;
+
+    NodePartDataType dataType() const override;
+};
+
+} // namespace Orvane

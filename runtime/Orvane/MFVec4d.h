@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Orvane/MVField.h>
+
+namespace Orvane {
+
+/// Quadruples in double precision.
+class ORVANE_API MFVec4d : public MVField<osg::Vec4d, 0>
+{
+public:
+    MFVec4d(Node* node, NodePartDesc* desc);
+    ~MFVec4d() override;
+
+    NodePartDataType dataType() const override;
+};
+
+} // namespace Orvane

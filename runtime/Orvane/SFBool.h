@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Orvane/XField.h>
+
+namespace Orvane {
+
+/// One truth value.
+class ORVANE_API SFBool : public XField<bool, 0>
+{
+public:
+    SFBool(Node* node, NodePartDesc* desc);
+    ~SFBool() override;
+
+    NodePartDataType dataType() const override;
+};
+
+} // namespace Orvane

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Orvane/XField.h>
+
+namespace Orvane {
+
+/// One 32-bit integer.
+class ORVANE_API SFInt32 : public XField<int, 0>
+{
+public:
+    SFInt32(Node* node, NodePartDesc* desc);
+    ~SFInt32() override;
+
+    NodePartDataType dataType() const override;
+};
+
+} // namespace Orvane

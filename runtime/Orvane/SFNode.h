@@ -1,0 +1,39 @@
+#pragma once
+
+#include <Orvane/Field.h>
+#include <Orvane/NodeLink.h>
+#include <memory>
+
+namespace Orvane {
+
+/// One link to a node.
+class ORVANE_API SFNode : public Field
+{
+public:
+    SFNode(Node* node, NodePartDesc* desc);
+    ~SFNode() override;
+
+    NodePartDataType dataType() const override;
+    std::string valueToString() const override;
+    int cardinality() const override;
+    unsigned int size() const override;
+    void clear() override;
+    bool parseValue(std::string_view text, std::string& error) override;
+    void assignValue(const Field& other) override;
+    bool hasValueOf(const Field& other) const override;
+
+    /// The link, at an address that stays the same; empty when the field holds no node.
+    NodeLink& link() { return *_link; }
+    const NodeLink& link() const { return *_link; }
+
+    /// Links \a value, or nothing when it is null, as of the time stamp. False when the node is of another
+    /// context. A node that loses its last link dies.
+    bool setNode(const double& time, Node* value, CallerType caller);
+
+private:
+    friend class FieldAccess;
+
+    std::unique_ptr<NodeLink> _link;
+};
+
+} // namespace Orvane
