@@ -1,0 +1,95 @@
+#pragma once
+
+#include "base/NodeRef.h"
+#include <Orvane/Export.h>
+#include <Orvane/NodePartDataType.h>
+#include <Orvane/NodePartType.h>
+#include <Orvane/Types.h>
+#include <string>
+#include <string_view>
+
+namespace Relayne {
+class URL;
+}
+
+namespace Orvane {
+
+class Context;
+class Field;
+class Node;
+class NodeNameSpace;
+class NodePartDesc;
+class NodeType;
+
+// ---- Types
+
+/// The type of the catalogue called \a name, or null.
+ORVANE_API NodeType* findType(std::string_view name);
+/// A type for nodes of an unknown name; the same one at each call with the same name. Its nodes have the
+/// fields that are added to them.
+ORVANE_API NodeType* unknownType(std::string_view name);
+/// Number of parts of a type, without what single nodes add.
+ORVANE_API unsigned int partCount(const NodeType& type);
+/// The part called \a name exactly, or under an older name of it; -1 when the type has none.
+ORVANE_API int partIndex(const NodeType& type, std::string_view name);
+ORVANE_API NodePartDesc* partDesc(const NodeType& type, unsigned int part);
+/// The field of its parent into which a node of this type goes when the scene does not say ("children",
+/// "geometry").
+ORVANE_API std::string_view containerField(const NodeType& type);
+/// True for the type itself and for its abstract bases ("X3DGeometryNode").
+ORVANE_API bool isOfType(const NodeType& type, std::string_view name);
+
+// ---- Nodes
+
+/// Makes a node without parent and without name.
+ORVANE_API NodeRef createNode(Context& context, NodeType& type, NodeCreator creator);
+/// Names a node in a name space; an empty name takes its name away. Fires `Node::_nameSpaceChanged`. The node
+/// that bore the name in that name space before keeps it as its own, but is no longer found by it.
+ORVANE_API void setName(Node& node, NodeNameSpace* nameSpace, std::string_view name);
+/// Where the node stands in its file, for messages: line and column from 1, 0 when not known.
+ORVANE_API void setSourcePlace(Node& node, unsigned int line, unsigned int column);
+ORVANE_API unsigned int sourceLine(const Node& node);
+ORVANE_API unsigned int sourceColumn(const Node& node);
+
+/// Adds a field to one node (a field of a script or shader). Null when the node has a field of that name.
+ORVANE_API Field* addField(Node& node, std::string_view name, NodePartDataType dataType,
+                           NodePartType partType);
+/// Takes a field that was added to the node out of it. False when it is not such a field. The object lives on
+/// with the node, as somebody may still look at it.
+ORVANE_API bool removeField(Node& node, Field& field);
+
+/// Context of a node that may be constant.
+ORVANE_API Context& contextOf(const Node& node);
+
+// ---- Values
+
+/// The field of a part when it has been made, else the one that holds the type's default; makes none. Most
+/// fields of most nodes are never touched, and cost nothing until they are.
+ORVANE_API const Field& readField(const Node& node, unsigned int part);
+
+/// As `readField`, as the class of the part's data type.
+template <class F>
+const F& read(const Node& node, unsigned int part)
+{
+    return static_cast<const F&>(readField(node, part));
+}
+
+/// The field of a part as the class of its data type; made when it has not been.
+ORVANE_API Field& editField(Node& node, unsigned int part);
+
+template <class F>
+F& edit(Node& node, unsigned int part)
+{
+    return static_cast<F&>(editField(node, part));
+}
+
+/// The node that the `SFNode` part holds, or null.
+ORVANE_API Node* readNode(const Node& node, unsigned int part);
+
+// ---- Name spaces
+
+/// Makes a name space of a context. \a parent may be null. Owned by the context; dies with its root node.
+ORVANE_API NodeNameSpace* createNameSpace(Context& context, NodeNameSpace* parent, std::string_view name,
+                                          Node* rootNode, const Relayne::URL& baseURL);
+
+} // namespace Orvane

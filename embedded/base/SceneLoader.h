@@ -1,0 +1,49 @@
+#pragma once
+
+#include "base/NodeRef.h"
+#include <Orvane/Export.h>
+#include <Orvane/LoadReport.h>
+#include <Orvane/SaveOptions.h>
+#include <string>
+#include <vector>
+
+namespace Relayne {
+class URL;
+}
+
+namespace Orvane {
+
+class Context;
+class NodeType;
+
+/// What a loader made of a scene file: root nodes that stand in no context root list yet. At most one of each
+/// type.
+struct LoadedScene
+{
+    std::vector<NodeRef> roots;
+};
+
+/// Reads a scene from \a url, or from \a text when that is not null. False when nothing could be made of it;
+/// `report` then says why. Never throws. The nodes are made in \a context but nothing of the context's
+/// present scene changes.
+using SceneReader = bool (*)(Context& context, const Relayne::URL& url, const std::string* text,
+                             LoadedScene& scene, LoadReport& report);
+
+/// Writes a root node and what hangs below it to a file. False, with the reason in \a error, when that fails.
+using SceneWriter = bool (*)(const Node& root, const std::string& path, const SaveOptions& options,
+                             std::string& error);
+
+/// The loader pool registers its reader and writer here when it is loaded.
+class ORVANE_API SceneLoaderRegistration
+{
+public:
+    SceneLoaderRegistration(SceneReader reader, SceneWriter writer);
+};
+
+/// Adds a message to the report of the context's last load and to the log: "WARNING: file:line:column: text".
+/// For faults that show after loading, such as a texture that is no image.
+ORVANE_API void reportMessage(Context& context, const LoadMessage& message);
+/// The same about a node, at its place in its file.
+ORVANE_API void reportMessage(const Node& node, LoadMessage::Severity severity, const std::string& text);
+
+} // namespace Orvane
