@@ -1,7 +1,9 @@
 #include "nodes/Catalogue.h"
 #include "nodes/Restrictions.h"
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 
 namespace Orvane::catalogue {
 
@@ -18,6 +20,13 @@ struct FieldAlias
     std::string_view node;
     std::string_view olderName;
     std::string_view name;
+};
+
+struct PartDescription
+{
+    std::string_view part;
+    std::string_view node; ///< empty for every node with such a field
+    std::string_view text;
 };
 
 struct Vrml97Default
@@ -42,6 +51,7 @@ struct Vrml97Default
 #include "tables/HAnim.inc"
 #include "tables/Interpolation.inc"
 #include "tables/Nurbs.inc"
+#include "tables/PartDescriptions.inc"
 #include "tables/ParticleSystems.inc"
 #include "tables/Rendering.inc"
 #include "tables/RigidBodyPhysics.inc"
@@ -121,6 +131,23 @@ constexpr const PartEntry* find(const NodeEntry& node, std::string_view name)
     return nullptr;
 }
 
+constexpr bool comesBefore(const PartDescription& row, std::string_view part, std::string_view node)
+{
+    return row.part != part ? row.part < part : row.node < node;
+}
+
+constexpr bool areSortedAndNameFields(Rows<PartDescription> rows)
+{
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (i > 0 && !comesBefore(rows[i - 1], rows[i].part, rows[i].node))
+            return false;
+        const NodeEntry* node = find(rows[i].node);
+        if (!rows[i].node.empty() && !(node && find(*node, rows[i].part)))
+            return false;
+    }
+    return true;
+}
+
 constexpr bool leadToFields(Rows<FieldAlias> aliases)
 {
     for (const FieldAlias& alias : aliases) {
@@ -151,6 +178,7 @@ constexpr bool nameFields(Rows<Vrml97Default> defaults)
 
 static_assert(leadToNodes(nodeAliases) && leadToFields(vrml97Names) && leadToFields(x3dNames),
               "an older name must lead to a name that exists, and be none itself");
+static_assert(areSortedAndNameFields(partDescriptions), "descriptions are found by bisection");
 static_assert(nameFields(vrml97Defaults), "a VRML97 default must belong to a field that exists");
 
 } // namespace
@@ -198,6 +226,19 @@ std::vector<std::string_view> listedValues(const Restriction& restriction)
     for (std::string_view rest = restriction.values; !rest.empty();)
         values.push_back(takeFirst(rest));
     return values;
+}
+
+std::string_view partDescription(const NodeEntry& node, const PartEntry& part)
+{
+    for (const std::string_view of : {node.name, std::string_view()}) {
+        const auto* row = std::lower_bound(std::begin(partDescriptions), std::end(partDescriptions), of,
+                                           [&part](const PartDescription& row, std::string_view of) {
+                                               return comesBefore(row, part.name, of);
+                                           });
+        if (row != std::end(partDescriptions) && row->part == part.name && row->node == of)
+            return row->text;
+    }
+    return {};
 }
 
 std::string_view nodeAlias(std::string_view name)

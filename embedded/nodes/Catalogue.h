@@ -104,6 +104,9 @@ bool acceptsNode(const PartEntry& part, const NodeEntry& child);
 /// The values of a `LIST_VR` or the types of a `NODE_TYPE_VR`, in order; empty for other restrictions.
 std::vector<std::string_view> listedValues(const Restriction& restriction);
 
+/// What the field is for, in one line for the user; empty when its name says it.
+std::string_view partDescription(const NodeEntry& node, const PartEntry& part);
+
 /// Today's name of a node type that drafts and older standards named \a name; empty when it is no older name.
 std::string_view nodeAlias(std::string_view name);
 

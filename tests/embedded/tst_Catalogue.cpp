@@ -190,6 +190,7 @@ private slots:
     void derivationIsTransitive();
     void everyContainerFieldTakesItsNode();
     void concreteNodesAreDescribed();
+    void fieldsAreDescribed();
     void aliasesLeadToExistingNames();
     void vrml97NamesAreTheAliasesReversed();
     void vrml97DefaultsDifferWhereTheStandardsDo();
@@ -604,6 +605,31 @@ void tst_Catalogue::concreteNodesAreDescribed()
     for (const NodeEntry& node : allNodes())
         if (!node.isAbstract())
             QVERIFY2(node.description.size() > 10 && node.description.back() == '.', node.name.data());
+}
+
+void tst_Catalogue::fieldsAreDescribed()
+{
+    const auto description = [](const char* node, const char* part) {
+        const NodeEntry& entry = *findNode(node);
+        return text(partDescription(entry, *findPart(entry, part)));
+    };
+    QCOMPARE(description("Material", "transparency"), QStringLiteral("0 for opaque, 1 for invisible."));
+    QCOMPARE(description("Transform", "rotation"), QStringLiteral("Rotation: axis and angle in radians."));
+    QCOMPARE(description("TextureTransform", "rotation"), QStringLiteral("Angle in radians."));
+    QCOMPARE(description("Script", "url"), QStringLiteral("Source code or files, in order of preference."));
+    QVERIFY(description("Sphere", "radius").isEmpty());
+
+    int described = 0;
+    int total = 0;
+    for (const NodeEntry& node : allNodes()) {
+        for (const PartEntry& part : node.parts) {
+            const std::string_view words = partDescription(node, part);
+            QVERIFY2(words.empty() || words.back() == '.', qPrintable(place(node, part)));
+            described += !words.empty();
+            ++total;
+        }
+    }
+    QVERIFY2(described * 3 > total * 2, qPrintable(QString::number(described)));
 }
 
 void tst_Catalogue::aliasesLeadToExistingNames()
