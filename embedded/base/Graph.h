@@ -54,6 +54,10 @@ ORVANE_API unsigned int sourceColumn(const Node& node);
 /// Adds a field to one node (a field of a script or shader). Null when the node has a field of that name.
 ORVANE_API Field* addField(Node& node, std::string_view name, NodePartDataType dataType,
                            NodePartType partType);
+/// Adds a part to one node that the user does not see and that no file names (`NodePartDesc::privateAccess`):
+/// the content of an inline, what a loader keeps for the saver. Links in it count as children like any other.
+/// Null when the node has a field of that name.
+ORVANE_API Field* addPrivateField(Node& node, std::string_view name, NodePartDataType dataType);
 /// Takes a field that was added to the node out of it. False when it is not such a field. The object lives on
 /// with the node, as somebody may still look at it.
 ORVANE_API bool removeField(Node& node, Field& field);
