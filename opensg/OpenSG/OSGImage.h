@@ -7,6 +7,8 @@
 
 namespace osg {
 
+struct ImageForm;
+
 /// A picture in memory: a row, a plane or a volume of pixels, with mipmap levels, sides (of a cube map) and
 /// frames (of a film). Frames lie outermost, then sides, levels (largest first), slices, rows from the bottom
 /// up, pixels; there is no padding. What changes an image belongs between `beginEditCP` and `endEditCP`.
@@ -107,8 +109,9 @@ public:
     /// A box out of level 0 of every side and frame; false when it does not lie inside the image.
     bool subImage(Int32 offX, Int32 offY, Int32 offZ, Int32 width, Int32 height, Int32 depth,
                   ImagePtr destination = NullFC);
-    /// The plane at one of the three coordinates; those below 0 are not looked at, the others are taken
-    /// one after another.
+    /// The plane at one of the three coordinates, the others being below 0: of x, with z to the right and y
+    /// upwards; of y, with x to the right and z upwards; of z, with x to the right and y upwards. Level 0 of
+    /// every side and frame. False when not just one is given or it lies outside.
     bool slice(Int32 offX = -1, Int32 offY = -1, Int32 offZ = -1, ImagePtr destination = NullFC);
     /// `level` mipmap levels by averages; below 0, all down to one pixel.
     bool createMipmap(Int32 level = -1, ImagePtr destination = NullFC);
@@ -156,11 +159,15 @@ public:
 protected:
     Image() = default;
     friend class ImageBase;
+    friend class ImageFileType;
 
 private:
     bool isEditable(const Char8* operation) const;
-    UInt64 levelSize(UInt32 level) const;
-    UInt64 levelsSize(UInt32 count) const;
+    // Takes over pixels that have the size of a valid form.
+    bool adopt(const ImageForm& form, Time frameDelay, std::vector<UInt8>&& pixels);
+    bool replacePixels(ImagePtr destination, const ImageForm& form, std::vector<UInt8>&& pixels);
+    void becomeEmpty();
+    ImageForm form() const;
 
     std::map<std::string, std::string> _texts;
 };
