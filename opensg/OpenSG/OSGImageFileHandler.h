@@ -10,8 +10,8 @@
 
 namespace osg {
 
-/// Reads and writes images in all formats that are known. The type of a file is told by a MIME type or else by
-/// its suffix (any case); where its first bytes belong to another type, that one is taken. Failures log a
+/// Reads and writes images in all formats that are known. The type of a file is told by a MIME type or else
+/// by its suffix (any case); where its first bytes belong to another type, that one is taken. Failures log a
 /// warning and leave the image as it was.
 class OSG_SYSTEMLIB_DLLMAPPING ImageFileHandler
 {
@@ -31,8 +31,8 @@ public:
     bool read(ImagePtr& image, std::istream& in, const std::string& mimeType);
     bool write(const ImagePtr& image, std::ostream& out, const std::string& mimeType);
 
-    /// The same with a whole file in memory. Without a MIME type, or with an unknown one, the type is found by
-    /// the first bytes.
+    /// The same with a whole file in memory. Without a MIME type, or with an unknown one, the type is found
+    /// by the first bytes.
     ImagePtr decode(const UInt8* data, UInt64 size, const Char8* mimeType = nullptr);
     bool decode(ImagePtr& image, const UInt8* data, UInt64 size, const Char8* mimeType = nullptr);
 

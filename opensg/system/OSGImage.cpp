@@ -59,7 +59,8 @@ bool Image::set(UInt32 pixelFormat, Int32 width, Int32 height, Int32 depth, Int3
     std::vector<UInt8> pixels;
     bool possible = true;
     if (!info || !componentSizeOf(type)) {
-        SWARNING << "Image::set: unknown pixel format " << pixelFormat << " or data type " << type << std::endl;
+        SWARNING << "Image::set: unknown pixel format " << pixelFormat << " or data type " << type
+                 << std::endl;
         possible = false;
     } else if (size > MaxSize) {
         SWARNING << "Image::set: " << form.width << " x " << form.height << " x " << form.depth
@@ -146,11 +147,14 @@ bool Image::setData(const UInt8* data)
         SWARNING << "Image::setData: no data given" << std::endl;
         return false;
     }
-    return set(_pixelFormat, _width, _height, _depth, _mipMapCount, _frameCount, _frameDelay, data,
-               _dataType, true, _sideCount);
+    return set(_pixelFormat, _width, _height, _depth, _mipMapCount, _frameCount, _frameDelay, data, _dataType,
+               true, _sideCount);
 }
 
-void Image::clearData() { _pixel = std::vector<UInt8>(); }
+void Image::clearData()
+{
+    _pixel = std::vector<UInt8>();
+}
 
 bool Image::setSubData(Int32 offX, Int32 offY, Int32 offZ, Int32 srcW, Int32 srcH, Int32 srcD,
                        const UInt8* data)
@@ -177,7 +181,10 @@ bool Image::read(const Char8* fileName)
     return ImageFileHandler::the().read(self, fileName);
 }
 
-bool Image::write(const Char8* fileName) { return ImageFileHandler::the().write(ImagePtr(this), fileName); }
+bool Image::write(const Char8* fileName)
+{
+    return ImageFileHandler::the().write(ImagePtr(this), fileName);
+}
 
 UInt64 Image::store(const Char8* mimeType, UInt8* mem, Int32 memSize)
 {
@@ -208,7 +215,10 @@ bool Image::operator==(const Image& other) const
            _frameDelay == other._frameDelay && _pixel == other._pixel;
 }
 
-void Image::setAttachmentField(const std::string& key, const std::string& data) { _texts[key] = data; }
+void Image::setAttachmentField(const std::string& key, const std::string& data)
+{
+    _texts[key] = data;
+}
 
 const std::string* Image::findAttachmentField(const std::string& key) const
 {
@@ -236,7 +246,10 @@ bool Image::hasColorChannel()
     return _forceColorChannel || !info || info->hasColor;
 }
 
-bool Image::isAlphaBinary() { return _forceAlphaBinary || _pixelFormat == OSG_RGBA_DXT1; }
+bool Image::isAlphaBinary()
+{
+    return _forceAlphaBinary || _pixelFormat == OSG_RGBA_DXT1;
+}
 
 bool Image::hasCompressedData()
 {
@@ -266,7 +279,10 @@ const UInt8* Image::getData(UInt32 mipmap, UInt32 frame, UInt32 side) const
            UInt64(side) * static_cast<UInt64>(_sideSize) + form().levelsSize(mipmap);
 }
 
-UInt8* Image::getDataByTime(Time time, UInt32) { return getData(0, calcFrameNum(time)); }
+UInt8* Image::getDataByTime(Time time, UInt32)
+{
+    return getData(0, calcFrameNum(time));
+}
 
 UInt32 Image::calcFrameNum(Time time, bool) const
 {

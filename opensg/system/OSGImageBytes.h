@@ -26,8 +26,14 @@ struct ByteReader
 };
 
 /// Numbers of two and four bytes.
-inline UInt16 bigEndian16(const UInt8* p) { return static_cast<UInt16>(p[0] << 8 | p[1]); }
-inline UInt16 littleEndian16(const UInt8* p) { return static_cast<UInt16>(p[1] << 8 | p[0]); }
+inline UInt16 bigEndian16(const UInt8* p)
+{
+    return static_cast<UInt16>(p[0] << 8 | p[1]);
+}
+inline UInt16 littleEndian16(const UInt8* p)
+{
+    return static_cast<UInt16>(p[1] << 8 | p[0]);
+}
 inline UInt32 littleEndian32(const UInt8* p)
 {
     return UInt32(littleEndian16(p + 2)) << 16 | littleEndian16(p);

@@ -50,7 +50,8 @@ Rgba loadPixel(const UInt8* from, const PixelFormatInfo& info, Int32 dataType, I
     return pixel;
 }
 
-void storePixel(UInt8* to, const PixelFormatInfo& info, Int32 dataType, Int32 componentSize, const Rgba& pixel)
+void storePixel(UInt8* to, const PixelFormatInfo& info, Int32 dataType, Int32 componentSize,
+                const Rgba& pixel)
 {
     for (const char* channel = info.channels; *channel; ++channel, to += componentSize) {
         Real64 value = pixel.a;

@@ -20,9 +20,15 @@ ImageFileType::ImageFileType(const Char8* mimeType, std::vector<std::string> suf
 
 ImageFileType::~ImageFileType() = default;
 
-bool ImageFileType::hasHeaderCheck() const { return false; }
+bool ImageFileType::hasHeaderCheck() const
+{
+    return false;
+}
 
-bool ImageFileType::checkHeader(const UInt8*, UInt64) const { return true; }
+bool ImageFileType::checkHeader(const UInt8*, UInt64) const
+{
+    return true;
+}
 
 bool ImageFileType::decode(const ImagePtr&, const UInt8*, UInt64) const
 {
@@ -37,7 +43,8 @@ bool ImageFileType::encode(const ImagePtr&, std::vector<UInt8>&) const
 bool ImageFileType::read(const ImagePtr& image, std::istream& in) const
 {
     std::vector<UInt8> bytes;
-    return readBytes(in, bytes) ? decode(image, bytes.data(), bytes.size()) : fail("the stream cannot be read");
+    return readBytes(in, bytes) ? decode(image, bytes.data(), bytes.size())
+                                : fail("the stream cannot be read");
 }
 
 bool ImageFileType::write(const ImagePtr& image, std::ostream& out) const

@@ -37,11 +37,17 @@ constexpr PixelFormatInfo pixelFormats[] = {
     {Image::OSG_LUMINANCE_ALPHA_INTEGER_PF, "LA", true, false, 0},
 };
 
-UInt64 saturatedSum(UInt64 a, UInt64 b) { return a > TooMuch - b ? TooMuch : a + b; }
+UInt64 saturatedSum(UInt64 a, UInt64 b)
+{
+    return a > TooMuch - b ? TooMuch : a + b;
+}
 
 } // namespace
 
-UInt32 PixelFormatInfo::components() const { return static_cast<UInt32>(std::strlen(channels)); }
+UInt32 PixelFormatInfo::components() const
+{
+    return static_cast<UInt32>(std::strlen(channels));
+}
 
 const PixelFormatInfo* findPixelFormat(UInt32 format)
 {
@@ -70,7 +76,10 @@ Int32 componentSizeOf(Int32 dataType)
     }
 }
 
-UInt64 saturatedProduct(UInt64 a, UInt64 b) { return b && a > TooMuch / b ? TooMuch : a * b; }
+UInt64 saturatedProduct(UInt64 a, UInt64 b)
+{
+    return b && a > TooMuch / b ? TooMuch : a * b;
+}
 
 UInt32 mipmapEdge(Int32 edge, UInt32 level)
 {

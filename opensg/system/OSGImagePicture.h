@@ -6,8 +6,8 @@
 
 namespace osg {
 
-/// The one picture of an image that files of a single picture hold: level 0 of the first slice, side and frame.
-/// It points into the image, which must outlive it.
+/// The one picture of an image that files of a single picture hold: level 0 of the first slice, side and
+/// frame. It points into the image, which must outlive it.
 struct Picture
 {
     const UInt8* pixels = nullptr;

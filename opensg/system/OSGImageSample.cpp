@@ -91,7 +91,8 @@ Real32 halfToFloat(UInt16 half)
     const int mantissa = half & 0x3ff;
     Real32 magnitude = 0;
     if (exponent == 0x1f)
-        magnitude = mantissa ? std::numeric_limits<Real32>::quiet_NaN() : std::numeric_limits<Real32>::infinity();
+        magnitude =
+            mantissa ? std::numeric_limits<Real32>::quiet_NaN() : std::numeric_limits<Real32>::infinity();
     else if (exponent)
         magnitude = std::ldexp(static_cast<Real32>(mantissa + 0x400), exponent - 25);
     else

@@ -10,8 +10,8 @@
 #include <utility>
 
 // After the standard headers, which it does not include itself.
-#include <jpeglib.h>
 #include <jerror.h>
+#include <jpeglib.h>
 
 namespace osg {
 
@@ -21,7 +21,8 @@ constexpr int Quality = 90;
 // A file that asks for more passes over the picture is made to keep the reader busy.
 constexpr int MaxScans = 200;
 
-// libjpeg leaves by longjmp: whatever has a destructor lives in the codec objects, outside of the frames it skips.
+// libjpeg leaves by longjmp: whatever has a destructor lives in the codec objects, outside of the frames it
+// skips.
 struct JpegError
 {
     jpeg_error_mgr manager; // first, because libjpeg knows the error by its address

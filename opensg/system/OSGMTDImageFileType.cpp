@@ -20,9 +20,9 @@ bool MTDHeader::describe(const ImagePtr& image)
             image->getDepth(),       image->getMipMapCount(), image->getFrameCount(), image->getSideCount()};
     frameDelay = image->getFrameDelay();
     const Time milliseconds = std::round(frameDelay * 1000);
-    const bool fits = std::max({form.width, form.height, form.depth, form.mipmaps, form.frames,
-                                form.sides}) <= 0xffff &&
-                      milliseconds >= 0 && milliseconds <= 0xffff;
+    const bool fits =
+        std::max({form.width, form.height, form.depth, form.mipmaps, form.frames, form.sides}) <= 0xffff &&
+        milliseconds >= 0 && milliseconds <= 0xffff;
     if (!fits)
         SWARNING << "Image file (mtd): a size, count or delay needs more than 16 bits" << std::endl;
     return fits;
@@ -51,7 +51,8 @@ void MTDHeader::write(UInt8* bytes, const Char8* suffix) const
     UInt8* to = bytes + SuffixSize;
     for (const Int64 number :
          {Int64(form.format), Int64(form.width), Int64(form.height), Int64(form.depth), Int64(form.mipmaps),
-          Int64(form.frames), Int64(std::lround(frameDelay * 1000)), Int64(form.sides), Int64(form.dataType)}) {
+          Int64(form.frames), Int64(std::lround(frameDelay * 1000)), Int64(form.sides), Int64(form.dataType)})
+    {
         putBigEndian16(to, static_cast<UInt16>(number));
         to += 2;
     }

@@ -6,7 +6,8 @@
 
 namespace osg {
 
-/// The 32 bytes in front of the pixels in native files and stored images; all numbers have the high byte first.
+/// The 32 bytes in front of the pixels in native files and stored images; all numbers have the high byte
+/// first.
 struct MTDHeader
 {
     static constexpr UInt64 Size = 32;

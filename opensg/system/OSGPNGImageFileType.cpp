@@ -78,8 +78,8 @@ struct PngReader : PngCodec
     {
         ImageForm& form = decoded.form;
         form.format = formatForComponents(png_get_channels(png, info));
-        form.dataType = png_get_bit_depth(png, info) == 16 ? Image::OSG_UINT16_IMAGEDATA
-                                                           : Image::OSG_UINT8_IMAGEDATA;
+        form.dataType =
+            png_get_bit_depth(png, info) == 16 ? Image::OSG_UINT16_IMAGEDATA : Image::OSG_UINT8_IMAGEDATA;
         form.width = static_cast<Int32>(png_get_image_width(png, info));
         form.height = static_cast<Int32>(png_get_image_height(png, info));
         if (!ImageFileType::isPlausibleSize(form.size(), bytes.size))
@@ -111,7 +111,8 @@ struct PngWriter : PngCodec
         : file(file_)
         , picture(picture_)
     {
-        png = png_create_write_struct(PNG_LIBPNG_VER_STRING, static_cast<PngCodec*>(this), onError, onWarning);
+        png =
+            png_create_write_struct(PNG_LIBPNG_VER_STRING, static_cast<PngCodec*>(this), onError, onWarning);
         info = png ? png_create_info_struct(png) : nullptr;
         for (UInt32 y = 0; y < picture.height; ++y)
             rows.push_back(const_cast<UInt8*>(picture.rowFromTop(y)));
@@ -135,8 +136,8 @@ struct PngWriter : PngCodec
 
     bool run()
     {
-        static constexpr int colorTypes[] = {PNG_COLOR_TYPE_GRAY, PNG_COLOR_TYPE_GRAY_ALPHA, PNG_COLOR_TYPE_RGB,
-                                             PNG_COLOR_TYPE_RGB_ALPHA};
+        static constexpr int colorTypes[] = {PNG_COLOR_TYPE_GRAY, PNG_COLOR_TYPE_GRAY_ALPHA,
+                                             PNG_COLOR_TYPE_RGB, PNG_COLOR_TYPE_RGB_ALPHA};
         if (!info || setjmp(png_jmpbuf(png)))
             return false;
         png_set_write_fn(png, &file, onWrite, onFlush);

@@ -84,9 +84,9 @@ TiffHandle openTiff(TiffMemory& memory, const char* mode)
     TIFFOpenOptionsSetMaxSingleMemAlloc(options, static_cast<tmsize_t>(Image::MaxSize));
     TIFFOpenOptionsSetErrorHandlerExtR(options, TiffMemory::onError, &memory);
     TIFFOpenOptionsSetWarningHandlerExtR(options, TiffMemory::onWarning, &memory);
-    TIFF* tiff = TIFFClientOpenExt("memory", mode, &memory, TiffMemory::read, TiffMemory::write,
-                                   TiffMemory::seek, TiffMemory::close, TiffMemory::length, nullptr, nullptr,
-                                   options);
+    TIFF* tiff =
+        TIFFClientOpenExt("memory", mode, &memory, TiffMemory::read, TiffMemory::write, TiffMemory::seek,
+                          TiffMemory::close, TiffMemory::length, nullptr, nullptr, options);
     TIFFOpenOptionsFree(options);
     return TiffHandle(tiff);
 }
