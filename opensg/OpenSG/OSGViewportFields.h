@@ -1,0 +1,14 @@
+#pragma once
+
+#include "OSGAttachmentContainerPtr.h"
+
+#include <vector>
+
+namespace osg {
+
+class Viewport;
+
+using ViewportPtr = FCPtr<AttachmentContainerPtr, Viewport>;
+using MFViewportPtr = std::vector<ViewportPtr>;
+
+} // namespace osg
