@@ -4,6 +4,7 @@
 
 #include <QtTest>
 
+#include <atomic>
 #include <iostream>
 #include <sstream>
 #include <thread>
@@ -309,7 +310,12 @@ void tst_LogInit::habitOfManyThreads()
     osgLogP->setLogLevel(LOG_INFO);
     osgLogP->getLogBuf().setEnabled(false);
 
-    const auto logMuch = [](int number) {
+    std::atomic<int> toStart{threads};
+    const auto logMuch = [&toStart](int number) {
+        // All at once, or the first thread is through before the last one begins.
+        --toStart;
+        while (toStart > 0)
+            std::this_thread::yield();
         for (int i = 0; i < messages; ++i) {
             doInitLog();
             if (!osgLogP->checkLevel(LOG_INFO))
