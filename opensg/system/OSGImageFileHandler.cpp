@@ -1,10 +1,15 @@
 #include <OpenSG/OSGImageFileHandler.h>
 
+#include "OSGBMPImageFileType.h"
+#include "OSGGIFImageFileType.h"
 #include "OSGImageBytes.h"
 #include "OSGImageFormat.h"
 #include "OSGJPGImageFileType.h"
 #include "OSGMTDImageFileType.h"
 #include "OSGPNGImageFileType.h"
+#include "OSGPNMImageFileType.h"
+#include "OSGSGIImageFileType.h"
+#include "OSGTGAImageFileType.h"
 #include "OSGTIFImageFileType.h"
 
 #include <OpenSG/OSGImage.h>
@@ -14,6 +19,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <new>
 
 namespace osg {
 
@@ -50,6 +56,11 @@ ImageFileHandler::ImageFileHandler()
     _types.push_back(std::make_unique<PNGImageFileType>());
     _types.push_back(std::make_unique<JPGImageFileType>());
     _types.push_back(std::make_unique<TIFImageFileType>());
+    _types.push_back(std::make_unique<GIFImageFileType>());
+    _types.push_back(std::make_unique<PNMImageFileType>());
+    _types.push_back(std::make_unique<SGIImageFileType>());
+    _types.push_back(std::make_unique<TGAImageFileType>());
+    _types.push_back(std::make_unique<BMPImageFileType>());
 }
 
 ImageFileHandler::~ImageFileHandler() = default;
@@ -111,7 +122,12 @@ bool ImageFileHandler::decodeAs(const ImageFileType* type, const std::string& or
         return false;
     }
     const ImagePtr target = image ? image : Image::create();
-    if (!type->decode(target, data, size)) {
+    bool done = false;
+    try {
+        done = type->decode(target, data, size);
+    } catch (const std::bad_alloc&) {
+    }
+    if (!done) {
         SWARNING << "ImageFileHandler: " << origin << " cannot be read" << std::endl;
         if (!image)
             subRefCP(target);

@@ -120,17 +120,20 @@ inline osg::ImageRefPtr decoded(const Bytes& file, const char* mimeType = nullpt
 }
 
 /// Reads every beginning of a file, copied into memory of just its size. Each gives no image or, where only
-/// what describes it is missing, the whole picture; the number of such beginnings.
+/// what describes it is missing, the whole picture. The number of those, or -1 where it is otherwise and where
+/// the whole file gives no image.
 inline int countReadableBeginnings(const Bytes& file, const char* mimeType)
 {
     const osg::ImageRefPtr whole = decoded(file, mimeType);
+    if (!whole)
+        return -1;
     int readable = 0;
     for (std::size_t length = 0; length < file.size(); ++length) {
         const Bytes part(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(length));
         const osg::ImageRefPtr image = decoded(part, mimeType);
         if (!image)
             continue;
-        if (!whole || *image != *whole)
+        if (*image != *whole)
             return -1;
         ++readable;
     }
