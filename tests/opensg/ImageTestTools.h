@@ -120,8 +120,8 @@ inline osg::ImageRefPtr decoded(const Bytes& file, const char* mimeType = nullpt
 }
 
 /// Reads every beginning of a file, copied into memory of just its size. Each gives no image or, where only
-/// what describes it is missing, the whole picture. The number of those, or -1 where it is otherwise and where
-/// the whole file gives no image.
+/// what describes it is missing, the whole picture. The number of those, or -1 where it is otherwise and
+/// where the whole file gives no image.
 inline int countReadableBeginnings(const Bytes& file, const char* mimeType)
 {
     const osg::ImageRefPtr whole = decoded(file, mimeType);
