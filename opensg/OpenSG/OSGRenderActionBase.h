@@ -25,10 +25,24 @@ public:
     /// Begins the picture of a viewport with its matrices; the null pointer ends it.
     void setViewport(Viewport* viewport);
 
+    /// For chunks: whether what is drawn now brings its own colours.
+    bool hasVertexColors() const { return _vertexColors; }
+    /// For chunks: whether what is drawn now mixes with what is there.
+    bool isTransparentPass() const { return _transparentPass; }
+    /// For chunks: the sense in which front faces run, 0x0900 or 0x0901 as in GL. Matrices that mirror turn
+    /// it.
+    void setFrontFace(UInt32 sense) { _frontFace = sense; }
+    UInt32 getFrontFace() const { return _frontFace; }
+
 protected:
     RenderActionBase() = default;
 
 private:
+    friend class DrawList;
+
+    bool _vertexColors = false;
+    bool _transparentPass = false;
+    UInt32 _frontFace = 0x0901;
     Window* _window = nullptr;
     Viewport* _viewport = nullptr;
     Matrix _viewing;

@@ -1,0 +1,128 @@
+#include <OpenSG/OSGIntersectAction.h>
+
+#include <OpenSG/OSGLog.h>
+#include <OpenSG/OSGNode.h>
+
+#include "OSGTraversal.h"
+
+#include <cmath>
+
+namespace osg {
+
+namespace {
+
+// Whether the ray passes the box at a t of 0 to `nearest`. Boxes are made a little larger than they are, as
+// they were carried through matrices in single precision.
+bool meets(const BoxVolume& box, const Line& line, Real64 nearest)
+{
+    if (box.isInfinite())
+        return true;
+    if (box.isEmpty())
+        return false;
+    Real64 enter = 0;
+    Real64 exit = nearest;
+    for (UInt32 i = 0; i < 3; ++i) {
+        const Real64 slack = 1e-6 * (std::abs(Real64(box.getMin()[i])) + std::abs(Real64(box.getMax()[i])));
+        const Real64 min = box.getMin()[i] - slack;
+        const Real64 max = box.getMax()[i] + slack;
+        const Real64 position = line.getPosition()[i];
+        const Real64 direction = line.getDirection()[i];
+        if (direction == 0) {
+            if (position < min || position > max)
+                return false;
+            continue;
+        }
+        const Real64 a = (min - position) / direction;
+        const Real64 b = (max - position) / direction;
+        enter = osgMax(enter, osgMin(a, b));
+        exit = osgMin(exit, osgMax(a, b));
+    }
+    return enter <= exit;
+}
+
+} // namespace
+
+IntersectAction* IntersectAction::create()
+{
+    return new IntersectAction;
+}
+
+IntersectAction* IntersectAction::create(const Line& line, Real32 maxdist)
+{
+    IntersectAction* action = create();
+    action->setLine(line, maxdist);
+    return action;
+}
+
+void IntersectAction::setLine(const Line& line, Real32 maxdist)
+{
+    _line = line;
+    _maxDist = maxdist;
+}
+
+Action::ResultE IntersectAction::apply(const NodePtr& node)
+{
+    _hitObject = NullFC;
+    _hitTriangle = -1;
+    _hitNormal.setNull();
+    _hitToWorld.setIdentity();
+    _hitPath.clear();
+    if (!node) {
+        SWARNING << "IntersectAction: no node to apply to" << std::endl;
+        return Quit;
+    }
+    // The largest distance counts as a hit still.
+    _nearest = std::nextafter(Real64(_maxDist), Real64(Inf) * 2);
+    Traversal traversal;
+    _traversal = &traversal;
+    traversal.run(node, getTravMask(), *this);
+    _traversal = nullptr;
+    return Continue;
+}
+
+Pnt3f IntersectAction::getHitPoint() const
+{
+    return didHit() ? _line.getPosition() + _line.getDirection() * getHitT() : Pnt3f();
+}
+
+int IntersectAction::enter(Node& node, const Matrix& parentToWorld, int)
+{
+    BoxVolume box;
+    box.setEmpty();
+    box.extendBy(node.getVolume(true));
+    box.transform(parentToWorld);
+    return meets(box, _line, _nearest) ? 0 : -1;
+}
+
+void IntersectAction::visit(NodeCore& core)
+{
+    core.intersect(*this);
+}
+
+bool IntersectAction::getLocalRay(Pnt3d& origin, Vec3d& direction) const
+{
+    const Matrix& toWorld = _traversal->getToWorld();
+    Matrix4d toLocal;
+    for (UInt32 c = 0; c < 4; ++c)
+        toLocal[c] = Vec4d(toWorld[c]);
+    if (!toLocal.invert())
+        return false;
+    toLocal.multMatrixPnt(Pnt3d(_line.getPosition()), origin);
+    toLocal.multMatrixVec(Vec3d(_line.getDirection()), direction);
+    return true;
+}
+
+void IntersectAction::setHit(Real64 t, Int32 triangle, const Vec3f& normal)
+{
+    _nearest = t;
+    _hitT = t;
+    _hitTriangle = triangle;
+    _hitNormal = normal;
+    _hitToWorld = _traversal->getToWorld();
+    _hitPath.clear();
+    for (const Traversal::Level& level : _traversal->getPath())
+        _hitPath.emplace_back(level.node);
+    _hitObject = _hitPath.back();
+}
+
+} // namespace osg
