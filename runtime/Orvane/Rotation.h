@@ -1,9 +1,11 @@
 #pragma once
 
+#include <Orvane/Export.h>
+
 namespace Orvane {
 
 /// Rotation value of `SFRotation`: an axis and an angle in radians, kept as they were written.
-class Rotation
+class ORVANE_API Rotation
 {
 public:
     constexpr Rotation() = default;
