@@ -45,14 +45,15 @@ function(orvane_use_qt target)
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII)
 endfunction()
 
-# orvane_test(NAME SOURCES ... [LIBS ...] [GL] [ARGS ...])
-# A Qt Test program. It runs on the offscreen platform; with GL it runs on the X display.
+# orvane_test(NAME SOURCES ... [LIBS ...] [GL] [LAUNCHER program] [LABELS ...])
+# A Qt Test program. It runs on the offscreen platform; with GL it runs on the X display. A launcher is given the
+# program to run.
 function(orvane_test name)
-    cmake_parse_arguments(ARG "GL" "" "SOURCES;LIBS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "GL" "LAUNCHER" "SOURCES;LIBS;LABELS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     orvane_use_qt(${name})
     target_link_libraries(${name} PRIVATE ${ARG_LIBS} Qt5::Test)
-    add_test(NAME ${name} COMMAND ${name})
+    add_test(NAME ${name} COMMAND ${ARG_LAUNCHER} $<TARGET_FILE:${name}>)
     if(ARG_GL)
         set(platform xcb)
         list(APPEND ARG_LABELS gl)
