@@ -11,6 +11,7 @@ class DrawList;
 class FrustumVolume;
 class Geometry;
 class Light;
+class Material;
 class NodeCore;
 class Traversal;
 
@@ -46,6 +47,10 @@ public:
     /// For cores: a light that shines on all that is added until it is taken away.
     void pushLight(Light& light);
     void popLight();
+    /// For cores: a material that stands in for those of all that is added until it is taken away, if none
+    /// does so already; may be null.
+    void pushMaterial(const Material* material);
+    void popMaterial();
 
 protected:
     RenderAction();

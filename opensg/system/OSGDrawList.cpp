@@ -50,6 +50,7 @@ void DrawList::clear()
     _scopes.clear();
     _scopes.push_back({0, noLight, true, false, {}});
     _openScopes.assign(1, 0);
+    _openMaterials.assign(1, nullptr);
 }
 
 void DrawList::pushLight(const Light& light, const Matrix& toWorld)
@@ -76,6 +77,12 @@ void DrawList::popLight()
     _openScopes.pop_back();
 }
 
+void DrawList::pushMaterial(const Material* material)
+{
+    const Material* const outer = _openMaterials.back();
+    _openMaterials.push_back(outer ? outer : material);
+}
+
 void DrawList::gather(Scope& scope)
 {
     for (const Scope* place = &scope; place->light != noLight; place = &_scopes[place->outer]) {
@@ -93,7 +100,9 @@ void DrawList::add(const Geometry& geometry, const Matrix& toWorld, const Pnt3f&
     const UInt32 scope = _openScopes.back();
     if (!_scopes[scope].gathered)
         gather(_scopes[scope]);
-    _items.push_back({&geometry, geometry.getMaterial().getCPtr(), scope, radius, center, toWorld});
+    const Material* const group = _openMaterials.back();
+    const Material* const material = group ? group : geometry.getMaterial().getCPtr();
+    _items.push_back({&geometry, material, scope, radius, center, toWorld});
 }
 
 // Groups what shares state, the dearest first: scope of lights, texture, material, geometry. Keys that meet

@@ -22,6 +22,8 @@ public:
 
     void pushLight(const Light& light, const Matrix& toWorld);
     void popLight();
+    void pushMaterial(const Material* material);
+    void popMaterial() { _openMaterials.pop_back(); }
     /// `center` and `radius` bound the shape in world coordinates.
     void add(const Geometry& geometry, const Matrix& toWorld, const Pnt3f& center, Real32 radius);
 
@@ -87,6 +89,7 @@ private:
     std::vector<PlacedLight> _lights;
     std::vector<Scope> _scopes;
     std::vector<UInt32> _openScopes;
+    std::vector<const Material*> _openMaterials; ///< the last one counts; null for the geometries' own
     std::vector<Item> _items;
     std::vector<Order> _opaque;
     std::vector<Order> _transparent;

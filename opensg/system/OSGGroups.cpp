@@ -1,4 +1,7 @@
+#include <OpenSG/OSGMaterial.h>
+#include <OpenSG/OSGMaterialGroup.h>
 #include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGSwitch.h>
 #include <OpenSG/OSGTransform.h>
 #include <OpenSG/OSGVisitSubTree.h>
@@ -11,6 +14,7 @@ OSG_CREATABLE_CONTAINER_TYPE(Group, NodeCore)
 OSG_CREATABLE_CONTAINER_TYPE(Transform, Group)
 OSG_CREATABLE_CONTAINER_TYPE(Switch, Group)
 OSG_CREATABLE_CONTAINER_TYPE(VisitSubTree, Group)
+OSG_CREATABLE_CONTAINER_TYPE(MaterialGroup, Group)
 
 void Transform::setMatrix(const Matrix& matrix)
 {
@@ -73,6 +77,26 @@ void VisitSubTree::setSubTreeRoot(const NodePtr& root)
     if (_subTreeRoot)
         _subTreeRoot->addReferrer(this);
     invalidateVolume();
+}
+
+MaterialGroup::~MaterialGroup()
+{
+    clearRefCP(_material);
+}
+
+void MaterialGroup::setMaterial(const MaterialPtr& material)
+{
+    setRefdCP(_material, material);
+}
+
+void MaterialGroup::renderEnter(RenderAction& action)
+{
+    action.pushMaterial(_material.getCPtr());
+}
+
+void MaterialGroup::renderLeave(RenderAction& action)
+{
+    action.popMaterial();
 }
 
 } // namespace osg

@@ -112,4 +112,14 @@ void RenderAction::popLight()
     _drawList->popLight();
 }
 
+void RenderAction::pushMaterial(const Material* material)
+{
+    _drawList->pushMaterial(material);
+}
+
+void RenderAction::popMaterial()
+{
+    _drawList->popMaterial();
+}
+
 } // namespace osg
