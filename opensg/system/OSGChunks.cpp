@@ -49,7 +49,9 @@ void TextureTransformChunk::deactivate(RenderActionBase&, UInt32 slot)
 void BlendChunk::activate(RenderActionBase&, UInt32)
 {
     glEnable(GL_BLEND);
-    glBlendFunc(_srcFactor, _destFactor);
+    // The alpha of the picture is that of what lies over each other: windows may be mixed with what is
+    // behind.
+    glBlendFuncSeparate(_srcFactor, _destFactor, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     glBlendColor(_color.red(), _color.green(), _color.blue(), _color.alpha());
     if (_alphaFunc != NO_ALPHA_FUNC) {
         glEnable(GL_ALPHA_TEST);
