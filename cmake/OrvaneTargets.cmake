@@ -20,6 +20,8 @@ if(ORVANE_WERROR)
 endif()
 if(ORVANE_SANITIZE)
     add_compile_options(-fsanitize=${ORVANE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    # The code of the checks gives rise to warnings that the plain build has not.
+    add_compile_options(-Wno-error)
     # One copy of every type's information across the libraries, or dynamic casts look foreign.
     add_compile_options($<$<CXX_COMPILER_ID:Clang>:-shared-libasan>)
     add_link_options(-fsanitize=${ORVANE_SANITIZE} $<$<CXX_COMPILER_ID:Clang>:-shared-libasan>)

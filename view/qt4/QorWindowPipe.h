@@ -5,7 +5,7 @@
 
 namespace Orvane::Qt4 {
 
-/// The display specification of a window: `[W "x" H] [":" n] ["@" n] ["#" screen]`, each part optional, in
+/// The display text of a window: `[W "x" H] [":" n] ["@" n] ["#" screen]`, each part optional, in
 /// this order. Numbers are decimal, octal or hexadecimal as in C.
 struct QOR_EXPORT QorWindowPipe
 {
