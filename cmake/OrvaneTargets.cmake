@@ -56,18 +56,20 @@ function(orvane_test name)
     orvane_use_qt(${name})
     target_link_libraries(${name} PRIVATE ${ARG_LIBS} Qt5::Test)
     add_test(NAME ${name} COMMAND ${ARG_LAUNCHER} $<TARGET_FILE:${name}>)
+    set(environment "ORVANE_SOURCE_DIR=${PROJECT_SOURCE_DIR}" "ORVANE_BIN_DIR=${PROJECT_BINARY_DIR}/bin")
     if(ARG_GL)
-        set(platform xcb)
         list(APPEND ARG_LABELS gl)
+        list(APPEND environment "QT_QPA_PLATFORM=xcb")
+        if(ORVANE_SANITIZE)
+            # The GL driver is unloaded before the search for leaks, so that its own cannot be told by name.
+            list(APPEND environment "ASAN_OPTIONS=detect_leaks=0")
+        endif()
     else()
-        set(platform offscreen)
+        # Without a display the offscreen platform makes no GL context, with one it makes a useless one.
+        list(APPEND environment "QT_QPA_PLATFORM=offscreen" "DISPLAY=")
     endif()
     set_tests_properties(${name} PROPERTIES
         TIMEOUT 300
         LABELS "${ARG_LABELS}"
-        ENVIRONMENT "QT_QPA_PLATFORM=${platform};ORVANE_SOURCE_DIR=${PROJECT_SOURCE_DIR};ORVANE_BIN_DIR=${PROJECT_BINARY_DIR}/bin")
-    if(ARG_GL AND ORVANE_SANITIZE)
-        # The GL driver is unloaded before the search for leaks, so that its own cannot be told by name.
-        set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "ASAN_OPTIONS=detect_leaks=0")
-    endif()
+        ENVIRONMENT "${environment}")
 endfunction()
