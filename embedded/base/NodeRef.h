@@ -1,29 +1,22 @@
 #pragma once
 
 #include <Orvane/Export.h>
-#include <utility>
 
 namespace Orvane {
 
 class Node;
 
 /// Holds a node that no link holds yet, or not any more. When the last holder and the last link have gone,
-/// the node dies at the next moment at which no event is being delivered.
+/// the node dies at the next moment at which no event is being delivered. A node that dies all the same, with
+/// its context or by `delete`, leaves its holders empty.
 class ORVANE_API NodeRef
 {
 public:
     NodeRef() = default;
     explicit NodeRef(Node* node);
     NodeRef(const NodeRef& other);
-    NodeRef(NodeRef&& other) noexcept
-        : _node(std::exchange(other._node, nullptr))
-    {
-    }
-    NodeRef& operator=(NodeRef other) noexcept
-    {
-        std::swap(_node, other._node);
-        return *this;
-    }
+    NodeRef(NodeRef&& other) noexcept;
+    NodeRef& operator=(NodeRef other) noexcept;
     ~NodeRef();
 
     Node* get() const { return _node; }
@@ -32,7 +25,14 @@ public:
     explicit operator bool() const { return _node; }
 
 private:
+    friend class NodeAccess;
+
+    void hold(Node* node);
+    Node* letGo();
+
     Node* _node = nullptr;
+    NodeRef* _previous = nullptr; ///< holders of the same node
+    NodeRef* _next = nullptr;
 };
 
 } // namespace Orvane

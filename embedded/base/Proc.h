@@ -29,7 +29,8 @@ public:
     /// The node and what hangs below it have come to run; called once, children first.
     virtual void start(double time);
 
-    /// A value arrived at \a field by a write or a route. Called inside the cascade, once per event.
+    /// A value arrived at \a field by a write or a route. Called inside the cascade, once per event. What the
+    /// behaviour itself writes to its node as `EVENT_CT` goes out without this call.
     virtual void fieldChanged(Field& field, double time);
 
     /// Called once a frame before the events while ticking (see `setTicking`).

@@ -28,6 +28,10 @@ public:
     /// "c" in "file:///a/b.x3d#c".
     const std::string& fragment() const { return _fragment; }
 
+    /// The address of a file, whatever characters its name has: `localFile()` gives the name again, with "./"
+    /// in front where it could be taken for something else.
+    static URL fromLocalFile(const std::string& file);
+
     bool isEmpty() const;
     /// True for a plain file name and for the scheme "file".
     bool isLocalFile() const;
@@ -44,6 +48,8 @@ private:
     std::string _query;
     std::string _fragment;
     bool _hasAuthority = false;
+    bool _hasQuery = false;
+    bool _hasFragment = false;
 };
 
 } // namespace Relayne

@@ -1,0 +1,102 @@
+#pragma once
+
+#include "base/Cascade.h"
+#include "base/FrameClock.h"
+#include "base/FrameScheduler.h"
+#include "base/FrameWindow.h"
+#include "base/NodeRef.h"
+#include <Orvane/Context.h>
+#include <Orvane/Node.h>
+#include <deque>
+#include <memory>
+#include <vector>
+
+namespace Orvane {
+
+class SceneNames;
+
+/// What a context is made of.
+struct Context::Data
+{
+    explicit Data(Context& owner)
+        : context(owner)
+    {
+    }
+
+    Context& context;
+    std::vector<NodeRef> roots;
+    std::vector<std::unique_ptr<SceneNames>> nameSpaces;
+    bool isRunning = false; ///< the roots have been set running, so what joins them runs too
+
+    Node* firstNode = nullptr; ///< all nodes in order of creation
+    Node* lastNode = nullptr;
+    std::size_t nodeCount = 0;
+
+    Cascade cascade;
+    FrameScheduler scheduler;
+    FrameClock clock;
+
+    unsigned int busy = 0;       ///< operations under way during which no node dies
+    std::deque<Node*> released;  ///< nodes that nothing holds, to die when nothing is under way
+    bool mayHaveCycles = false;  ///< roots have gone: nodes that hold each other may be left behind
+    unsigned int loads = 0;      ///< loads under way
+    std::vector<NodeRef> toStart; ///< nodes that a load has linked below running ones
+    LoadReport report;
+
+    bool isInFrame = false;
+    std::vector<FrameWindow*> windows; ///< null where one has left while they are being gone through
+    FrameStatistics drawn;             ///< of the last drawn frame, and the counts
+    std::deque<double> drawTimes;      ///< of the last second, on the steady clock
+};
+
+/// Keeps released nodes alive as long as it lives; they die at the end of the outermost one.
+class BusyScope
+{
+public:
+    explicit BusyScope(Context& context);
+    BusyScope(const BusyScope&) = delete;
+    BusyScope& operator=(const BusyScope&) = delete;
+    ~BusyScope();
+
+private:
+    Context::Data& _data;
+};
+
+/// Keeps a context alive while it works, even if a host lets go of it under way.
+class RefGuard
+{
+public:
+    explicit RefGuard(Context& context)
+        : _context(context)
+    {
+        ++context._refCount;
+    }
+    RefGuard(const RefGuard&) = delete;
+    RefGuard& operator=(const RefGuard&) = delete;
+    ~RefGuard() { _context.subRef(); }
+
+private:
+    Context& _context;
+};
+
+inline Context::Data& contextData(const Node& node)
+{
+    return *node.data()->context->data();
+}
+
+/// The stamp of notifications: the time of the last frame.
+inline double timeOf(const Node& node)
+{
+    return node.data()->context->timeStamp();
+}
+
+/// Gives a new root to the context; a `Scene` without names gets its name space.
+void addRoot(Context& context, const NodeRef& root);
+
+/// Lets the windows come and go as the nodes ask.
+void settleWindows(Context& context);
+
+/// All contexts in order of creation.
+const std::vector<Context*>& livingContexts();
+
+} // namespace Orvane

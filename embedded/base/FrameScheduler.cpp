@@ -1,0 +1,85 @@
+#include "base/FrameScheduler.h"
+#include "base/Cascade.h"
+#include "base/ContextData.h"
+#include "base/NodeData.h"
+#include "base/Proc.h"
+#include <algorithm>
+
+namespace Orvane {
+
+void FrameScheduler::setTicking(Proc& proc, bool ticking)
+{
+    if (proc._ticking == ticking)
+        return;
+    proc._ticking = ticking;
+    if (ticking) {
+        _ticking.push_back(&proc);
+        proc._tickSlot = static_cast<std::uint32_t>(_ticking.size());
+        ++_tickingCount;
+    } else {
+        _ticking[proc._tickSlot - 1] = nullptr;
+        proc._tickSlot = 0;
+        --_tickingCount;
+    }
+}
+
+void FrameScheduler::requestUpdate(Proc& proc)
+{
+    if (proc._updateRequested)
+        return;
+    proc._updateRequested = true;
+    _updates.push_back(&proc);
+}
+
+void FrameScheduler::requestFrame(double seconds)
+{
+    _wantedIn = std::min(_wantedIn, std::max(0.0, seconds));
+}
+
+void FrameScheduler::forget(Proc& proc)
+{
+    setTicking(proc, false);
+    if (proc._updateRequested) {
+        std::replace(_updates.begin(), _updates.end(), &proc, static_cast<Proc*>(nullptr));
+        std::replace(_updating.begin(), _updating.end(), &proc, static_cast<Proc*>(nullptr));
+    }
+}
+
+void FrameScheduler::tick(double time, Cascade& cascade)
+{
+    const std::size_t count = _ticking.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        Proc* const proc = _ticking[i];
+        if (!proc)
+            continue;
+        const Cascade::WriterScope writer(cascade, proc->node());
+        proc->tick(time);
+    }
+    // Close the gaps of those that have left; the others keep their order.
+    std::size_t place = 0;
+    for (Proc* proc : _ticking)
+        if (proc) {
+            _ticking[place++] = proc;
+            proc->_tickSlot = static_cast<std::uint32_t>(place);
+        }
+    _ticking.resize(place);
+}
+
+void FrameScheduler::update(Cascade& cascade)
+{
+    for (unsigned int round = 0; round < longestUpdate && !_updates.empty(); ++round) {
+        _updating.swap(_updates);
+        for (std::size_t i = 0; i < _updating.size(); ++i) {
+            Proc* const proc = _updating[i];
+            if (!proc)
+                continue;
+            _updating[i] = nullptr;
+            proc->_updateRequested = false;
+            const Cascade::WriterScope writer(cascade, proc->node());
+            proc->update();
+        }
+        _updating.clear();
+    }
+}
+
+} // namespace Orvane

@@ -1,0 +1,183 @@
+#include "base/NameSpace.h"
+#include "base/ContextData.h"
+#include "base/Graph.h"
+#include "base/NodeData.h"
+#include <algorithm>
+
+namespace Orvane {
+
+namespace {
+
+bool isBelow(const NodeNameSpace* nameSpace, const NodeNameSpace* parent)
+{
+    for (nameSpace = nameSpace->data()->parent; nameSpace; nameSpace = nameSpace->data()->parent)
+        if (nameSpace == parent)
+            return true;
+    return false;
+}
+
+/// False for one whose root has been replaced and only waits for its end.
+bool isLiving(const NodeNameSpace& nameSpace)
+{
+    return !nameSpace.rootNode() || isHeld(*nameSpace.rootNode());
+}
+
+NodeNameSpace* find(const Context& context, const NodeNameSpace* parent, const std::string& name,
+                    bool recursive)
+{
+    for (const auto& candidate : context.data()->nameSpaces) {
+        const NodeNameSpace::Data& data = *candidate->data();
+        if (data.name != name || data.isClosed || !isLiving(*candidate))
+            continue;
+        if (data.parent == parent || (recursive && (!parent || isBelow(candidate.get(), parent))))
+            return candidate.get();
+    }
+    return nullptr;
+}
+
+void removeWhenUnused(NodeNameSpace& nameSpace)
+{
+    const NodeNameSpace::Data& data = *nameSpace.data();
+    if (!data.isClosed || data.members > 0)
+        return;
+    auto& nameSpaces = data.context->data()->nameSpaces;
+    for (const auto& other : nameSpaces)
+        if (other->data()->parent == &nameSpace)
+            other->data()->parent = data.parent;
+    nameSpaces.erase(std::find_if(nameSpaces.begin(), nameSpaces.end(),
+                                  [&nameSpace](const auto& other) { return other.get() == &nameSpace; }));
+}
+
+/// Takes the node's name out of the table in which it is found.
+void forgetName(Node& node)
+{
+    if (!node.nameSpace() || !node.name())
+        return;
+    auto& nodes = node.nameSpace()->data()->nodes;
+    const auto found = nodes.find(*node.name());
+    if (found != nodes.end() && found->second == &node)
+        nodes.erase(found);
+}
+
+void moveTo(Node& node, NodeNameSpace* nameSpace)
+{
+    NodeNameSpace* const old = node.nameSpace();
+    if (old == nameSpace)
+        return;
+    NodeAccess::setNameSpace(node, nameSpace);
+    if (nameSpace)
+        ++nameSpace->data()->members;
+    if (old) {
+        --old->data()->members;
+        removeWhenUnused(*old);
+    }
+}
+
+} // namespace
+
+NodeNameSpace::NodeNameSpace() = default;
+
+NodeNameSpace::~NodeNameSpace()
+{
+    delete _data;
+}
+
+SceneNames::SceneNames(Context& context, NodeNameSpace* parent, std::string_view name, Node* rootNode,
+                       const Relayne::URL& baseURL)
+{
+    _rootNode = rootNode;
+    _baseURL = baseURL;
+    _data = new Data{&context, parent, std::string(name), {}, 0, false};
+}
+
+SceneNames::~SceneNames() = default;
+
+void SceneNames::close()
+{
+    _rootNode = nullptr;
+    _data->isClosed = true;
+}
+
+Node* NodeNameSpace::findNode(NodeNameSpace* nameSpace, const std::string& name)
+{
+    if (!nameSpace)
+        return nullptr;
+    const auto found = nameSpace->_data->nodes.find(name);
+    return found != nameSpace->_data->nodes.end() ? found->second : nullptr;
+}
+
+NodeNameSpace* NodeNameSpace::findNameSpace(NodeNameSpace* parent, const std::string& name, Context* context,
+                                            bool recursive)
+{
+    if (parent)
+        return find(*parent->_data->context, parent, name, recursive);
+    if (context)
+        return find(*context, nullptr, name, recursive);
+    for (const Context* living : livingContexts())
+        if (NodeNameSpace* found = find(*living, nullptr, name, recursive))
+            return found;
+    return nullptr;
+}
+
+NodeNameSpace* createNameSpace(Context& context, NodeNameSpace* parent, std::string_view name, Node* rootNode,
+                               const Relayne::URL& baseURL)
+{
+    auto& nameSpaces = context.data()->nameSpaces;
+    nameSpaces.push_back(std::make_unique<SceneNames>(context, parent, name, rootNode, baseURL));
+    NodeNameSpace* const made = nameSpaces.back().get();
+    if (rootNode)
+        rootNode->data()->isNameSpaceRoot = true;
+    // A root stands in its own names; the root of nested ones keeps its place among the names outside.
+    if (rootNode && rootNode->type()->isContextRoot()) {
+        const std::string ownName = rootNode->name() ? *rootNode->name() : std::string();
+        setName(*rootNode, made, ownName);
+    }
+    return made;
+}
+
+void setName(Node& node, NodeNameSpace* nameSpace, std::string_view name)
+{
+    const bool isSame = node.nameSpace() == nameSpace &&
+                        (node.name() ? *node.name() == name : name.empty());
+    const bool isFound = name.empty() || !nameSpace ||
+                         NodeNameSpace::findNode(nameSpace, std::string(name)) == &node;
+    if (isSame && isFound)
+        return;
+    forgetName(node);
+    const std::unique_ptr<const std::string> oldName(node.name());
+    NodeAccess::setName(node, name.empty() ? nullptr : new std::string(name));
+    moveTo(node, nameSpace);
+    if (nameSpace && node.name()) {
+        auto& nodes = nameSpace->data()->nodes;
+        nodes.erase(*node.name()); // the key is the string of who bore the name before
+        nodes.emplace(*node.name(), &node);
+    }
+    Node::_nameSpaceChanged.fire(timeOf(node), nullptr, &node);
+}
+
+void leaveNameSpace(Node& node)
+{
+    forgetName(node);
+    std::vector<NodeNameSpace*> closed;
+    if (node.data()->isNameSpaceRoot)
+        for (const auto& nameSpace : contextData(node).nameSpaces)
+            if (nameSpace->rootNode() == &node) {
+                nameSpace->close();
+                closed.push_back(nameSpace.get());
+            }
+    if (NodeNameSpace* const own = node.nameSpace()) {
+        NodeAccess::setNameSpace(node, nullptr);
+        --own->data()->members;
+        if (std::find(closed.begin(), closed.end(), own) == closed.end())
+            removeWhenUnused(*own);
+    }
+    for (NodeNameSpace* nameSpace : closed)
+        removeWhenUnused(*nameSpace);
+}
+
+void endNameSpaces(Context& context)
+{
+    context.data()->nameSpaces.clear();
+}
+
+} // namespace Orvane

@@ -1,0 +1,83 @@
+#include "base/NodeClimb.h"
+#include "base/ContextData.h"
+#include "base/NodeData.h"
+
+namespace Orvane {
+
+namespace {
+
+GraphLink* oldestParentLink(const Node& node)
+{
+    return node.data()->firstParent;
+}
+
+/// The way of a depth-first search: for a graph in which the oldest links run in a circle.
+std::vector<GraphLink*> searchUp(const Node& node)
+{
+    const unsigned int visit = newVisit();
+    node.data()->visit = visit;
+    std::vector<GraphLink*> way;
+    GraphLink* link = oldestParentLink(node);
+    for (;;) {
+        while (link && link->parent()->data()->visit == visit)
+            link = link->nextParentLink();
+        if (link) {
+            Node& parent = *link->parent();
+            parent.data()->visit = visit;
+            way.push_back(link);
+            link = oldestParentLink(parent);
+            if (!link)
+                return way;
+        } else if (way.empty()) {
+            return way;
+        } else {
+            link = way.back()->nextParentLink();
+            way.pop_back();
+        }
+    }
+}
+
+} // namespace
+
+std::vector<GraphLink*> climb(const Node& node)
+{
+    std::vector<GraphLink*> way;
+    // Longer than all nodes of the context is only a circle.
+    const std::size_t longest = contextData(node).nodeCount;
+    for (GraphLink* link = oldestParentLink(node); link; link = oldestParentLink(*link->parent())) {
+        if (way.size() >= longest)
+            return searchUp(node);
+        way.push_back(link);
+    }
+    return way;
+}
+
+Node* Node::contextRoot() const
+{
+    // Nearly always the oldest links lead to it.
+    const Node* top = this;
+    std::size_t steps = 0;
+    for (; GraphLink* link = oldestParentLink(*top); top = link->parent())
+        if (top->type()->isContextRoot() || ++steps > contextData(*this).nodeCount)
+            break;
+    if (top->type()->isContextRoot())
+        return const_cast<Node*>(top);
+
+    const unsigned int visit = newVisit();
+    _data->visit = visit;
+    std::vector<const Node*> stack{this};
+    while (!stack.empty()) {
+        const Node* node = stack.back();
+        stack.pop_back();
+        if (node->type()->isContextRoot())
+            return const_cast<Node*>(node);
+        for (GraphLink* link = oldestParentLink(*node); link; link = link->nextParentLink())
+            if (link->parent()->data()->visit != visit) {
+                link->parent()->data()->visit = visit;
+                stack.push_back(link->parent());
+            }
+    }
+    return nullptr;
+}
+
+} // namespace Orvane

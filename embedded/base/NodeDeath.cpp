@@ -1,0 +1,157 @@
+#include "base/NodeDeath.h"
+#include "base/ContextData.h"
+#include "base/NameSpace.h"
+#include "base/NodeData.h"
+#include "base/NodeGraph.h"
+#include "base/NodeTable.h"
+#include <algorithm>
+
+namespace Orvane {
+
+namespace {
+
+/// Takes the links of other nodes to the node out of their fields, as if their owners had done so.
+void removeParentLinks(Node& node)
+{
+    while (GraphLink* link = node.data()->firstParent)
+        removeLink(*link);
+}
+
+void leaveContext(Node& node)
+{
+    Context::Data& context = contextData(node);
+    Node::Data& data = *node.data();
+    (data.previousNode ? data.previousNode->data()->nextNode : context.firstNode) = data.nextNode;
+    (data.nextNode ? data.nextNode->data()->previousNode : context.lastNode) = data.previousNode;
+    --context.nodeCount;
+    if (data.isReleased)
+        std::replace(context.released.begin(), context.released.end(), &node, static_cast<Node*>(nullptr));
+}
+
+/// All that a node's death means, but for the memory. It comes in this order: observers hear of it while
+/// everything can be read, then its routes go, its name, what it does, and its links to children.
+void endNode(Node& node)
+{
+    Node::Data& data = *node.data();
+    Context::Data& context = contextData(node);
+    NodeAccess::setState(node, DYING_NS);
+    Node::_deleteObject.fire(timeOf(node), &node);
+
+    std::vector<Field*> fields;
+    forEachField(node, [&fields](Field& field) { fields.push_back(&field); });
+    for (Field* field : fields)
+        endRoutes(*field);
+    data.proc.reset();
+    leaveNameSpace(node);
+    NodeAccess::clearRefs(node);
+    context.roots.erase(std::remove_if(context.roots.begin(), context.roots.end(),
+                                       [](const NodeRef& root) { return !root; }),
+                        context.roots.end());
+
+    std::vector<GraphLink*> links;
+    forEachChildLink(node, [&links](GraphLink& link) { links.push_back(&link); });
+    for (GraphLink* link : links) {
+        Node& child = *link->child();
+        link->detach();
+        if (!isHeld(child) && child.state() != DYING_NS)
+            releaseNode(child);
+    }
+    leaveContext(node);
+    nodeTable::remove(data.id);
+}
+
+/// Marks what the roots and the holders of nodes lead to, and releases the rest, which is nodes that only
+/// hold each other.
+void releaseCycles(Context::Data& context)
+{
+    const unsigned int visit = newVisit();
+    std::vector<Node*> stack;
+    for (Node* node = context.firstNode; node; node = node->data()->nextNode)
+        if (node->data()->firstRef) {
+            node->data()->visit = visit;
+            stack.push_back(node);
+        }
+    while (!stack.empty()) {
+        const Node* node = stack.back();
+        stack.pop_back();
+        forEachChildLink(*node, [&stack, visit](GraphLink& link) {
+            if (link.child()->data()->visit != visit) {
+                link.child()->data()->visit = visit;
+                stack.push_back(link.child());
+            }
+        });
+    }
+    std::vector<Node*> unreachable;
+    for (Node* node = context.firstNode; node; node = node->data()->nextNode)
+        if (node->data()->visit != visit)
+            unreachable.push_back(node);
+    for (Node* node : unreachable) {
+        for (GraphLink* link = node->data()->firstParent; link; link = node->data()->firstParent)
+            link->detach();
+        releaseNode(*node);
+    }
+}
+
+} // namespace
+
+void releaseNode(Node& node)
+{
+    Node::Data& data = *node.data();
+    if (!data.isReleased) {
+        data.isReleased = true;
+        contextData(node).released.push_back(&node);
+    }
+    if (contextData(node).busy == 0)
+        endReleasedNodes(*data.context);
+}
+
+void endReleasedNodes(Context& context)
+{
+    Context::Data& data = *context.data();
+    ++data.busy;
+    do {
+        while (!data.released.empty()) {
+            Node* const node = data.released.front();
+            data.released.pop_front();
+            if (!node)
+                continue;
+            node->data()->isReleased = false;
+            if (!isHeld(*node))
+                delete node;
+        }
+        if (std::exchange(data.mayHaveCycles, false))
+            releaseCycles(data);
+    } while (!data.released.empty());
+    --data.busy;
+}
+
+void endAllNodes(Context& context)
+{
+    Context::Data& data = *context.data();
+    ++data.busy;
+    data.roots.clear();
+    data.toStart.clear();
+    --data.busy;
+    endReleasedNodes(context);
+    ++data.busy;
+    while (data.firstNode)
+        delete data.firstNode;
+    data.released.clear();
+    --data.busy;
+}
+
+Node::~Node()
+{
+    if (!_data)
+        return;
+    BusyScope busy(*_data->context);
+    removeParentLinks(*this);
+    endNode(*this);
+    NodeType& type = *_type;
+    delete _data;
+    _data = nullptr;
+    delete _name;
+    countNode(type, -1);
+}
+
+} // namespace Orvane

@@ -1,0 +1,68 @@
+#include "base/Proc.h"
+#include "base/ContextData.h"
+#include "base/NodeData.h"
+
+namespace Orvane {
+
+Proc::Proc(Node& node)
+    : _node(&node)
+{
+}
+
+Proc::~Proc()
+{
+    contextData(*_node).scheduler.forget(*this);
+}
+
+Context& Proc::context() const
+{
+    return *_node->data()->context;
+}
+
+void Proc::start(double)
+{
+}
+
+void Proc::fieldChanged(Field&, double)
+{
+}
+
+void Proc::tick(double)
+{
+}
+
+void Proc::update()
+{
+}
+
+void Proc::childrenChanged(Field&)
+{
+    requestUpdate();
+}
+
+void Proc::requestUpdate()
+{
+    contextData(*_node).scheduler.requestUpdate(*this);
+}
+
+void Proc::setTicking(bool ticking)
+{
+    contextData(*_node).scheduler.setTicking(*this, ticking);
+}
+
+void Proc::requestFrame(double seconds)
+{
+    contextData(*_node).scheduler.requestFrame(seconds);
+}
+
+void Proc::pictureChanged()
+{
+    contextData(*_node).scheduler.pictureChanged();
+}
+
+Proc* procOf(const Node& node)
+{
+    return node.data()->proc.get();
+}
+
+} // namespace Orvane

@@ -1,0 +1,52 @@
+#include "base/ContextData.h"
+#include "base/LiveRoute.h"
+#include "base/NodeData.h"
+#include <Orvane/EventInSlot.h>
+#include <Orvane/EventOutSlot.h>
+#include <Orvane/Route.h>
+#include <algorithm>
+
+namespace Orvane {
+
+Subject Route::_newObject;
+Subject Route::_deleteObject;
+
+namespace {
+
+bool mayConnect(EventOutSlot& outSlot, EventInSlot& inSlot)
+{
+    const Field& from = *outSlot.field();
+    const Field& to = *inSlot.field();
+    return from.dataType() == to.dataType() && from.node()->data()->context == to.node()->data()->context &&
+           from.node()->state() != DYING_NS && to.node()->state() != DYING_NS &&
+           from._desc->id != removedPart && to._desc->id != removedPart && !outSlot.findRoute(&inSlot);
+}
+
+} // namespace
+
+Route* Route::create(EventOutSlot& outSlot, EventInSlot& inSlot, Type type)
+{
+    if (!mayConnect(outSlot, inSlot))
+        return nullptr;
+    Route* const route = new LiveRoute(outSlot, inSlot, type); // the slots own it
+    _newObject.fire(timeOf(*outSlot.field()->node()), route);
+    return outSlot.findRoute(&inSlot); // an observer may have deleted it
+}
+
+Route::Route(EventOutSlot& outSlot, EventInSlot& inSlot, Type type)
+    : _outSlot(&outSlot)
+    , _inSlot(&inSlot)
+    , _type(type)
+{
+    outSlot._routes.push_back(this);
+    inSlot._routes.push_back(this);
+}
+
+Route::~Route()
+{
+    _deleteObject.fire(timeOf(*_outSlot->field()->node()), this);
+    for (EventSlot* slot : {static_cast<EventSlot*>(_outSlot), static_cast<EventSlot*>(_inSlot)})
+        slot->_routes.erase(std::find(slot->_routes.begin(), slot->_routes.end(), this));
+}
+
+} // namespace Orvane

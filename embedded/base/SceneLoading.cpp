@@ -1,0 +1,164 @@
+// Loading, saving, and what is told about them.
+#include "base/ContextData.h"
+#include "base/Graph.h"
+#include "base/Log.h"
+#include "base/NameSpace.h"
+#include "base/NodeData.h"
+#include "base/NodeRunning.h"
+#include "base/SceneLoader.h"
+#include <OpenSG/OSGLog.h>
+#include <Relayne/URL.h>
+#include <algorithm>
+#include <chrono>
+#include <sys/stat.h>
+
+namespace Orvane {
+
+namespace {
+
+struct Loader
+{
+    SceneReader reader = nullptr;
+    SceneWriter writer = nullptr;
+};
+
+Loader& loader()
+{
+    static Loader the;
+    return the;
+}
+
+void logMessage(const LoadMessage& message)
+{
+    const char* const word = message.severity == LoadMessage::ERROR_LM ? "ERROR" : "WARNING";
+    ORVANE_LOG(osg::LOG_WARNING, "%s: %s\n", word, message.toString().c_str());
+}
+
+/// A text that names a file is that file, whatever its characters mean in addresses.
+Relayne::URL addressOf(const std::string& text)
+{
+    struct ::stat status;
+    const bool isFile = text.find('\0') == std::string::npos && ::stat(text.c_str(), &status) == 0;
+    return isFile ? Relayne::URL::fromLocalFile(text) : Relayne::URL(text);
+}
+
+/// The new roots take the places of those of the same type.
+void replaceRoots(Context& context, const LoadedScene& scene)
+{
+    Context::Data& data = *context.data();
+    for (const NodeRef& root : scene.roots) {
+        if (!root || !root->type()->isContextRoot())
+            continue;
+        raiseState(*root, LOADED_NS);
+        const auto old = std::find_if(data.roots.begin(), data.roots.end(), [&root](const NodeRef& candidate) {
+            return candidate->type()->name == root->type()->name;
+        });
+        if (old != data.roots.end()) {
+            data.roots.erase(old);
+            data.mayHaveCycles = true;
+        }
+        addRoot(context, root);
+    }
+    if (data.isRunning)
+        for (const NodeRef& root : scene.roots)
+            if (root)
+                startNode(*root);
+}
+
+bool loadScene(Context& context, const Relayne::URL& url, const std::string* text)
+{
+    Context::Data& data = *context.data();
+    const RefGuard guard(context);
+    const auto start = std::chrono::steady_clock::now();
+    {
+        BusyScope busy(context);
+        LoadedScene scene;
+        LoadReport report;
+        ++data.loads;
+        if (loader().reader)
+            report.ok = loader().reader(context, url, text, scene, report);
+        else
+            report.messages.push_back(
+                {LoadMessage::ERROR_LM, url.toString(), 0, 0, "expected a loader of scenes, found none"});
+        --data.loads;
+        const std::chrono::duration<double, std::milli> duration = std::chrono::steady_clock::now() - start;
+        report.milliseconds = duration.count();
+        data.report = std::move(report);
+        for (const LoadMessage& message : data.report.messages)
+            logMessage(message);
+        if (data.report.ok)
+            replaceRoots(context, scene);
+        else
+            ORVANE_LOG(osg::LOG_FATAL, "The scene \"%s\" could not be loaded.\n", url.toString().c_str());
+        if (data.loads == 0)
+            startJoinedNodes(context);
+    }
+    const bool ok = data.report.ok;
+    settleWindows(context);
+    return ok;
+}
+
+} // namespace
+
+SceneLoaderRegistration::SceneLoaderRegistration(SceneReader reader, SceneWriter writer)
+{
+    loader() = {reader, writer};
+}
+
+std::string LoadMessage::toString() const
+{
+    std::string result = file;
+    if (line > 0) {
+        result.append(":").append(std::to_string(line));
+        if (column > 0)
+            result.append(":").append(std::to_string(column));
+    }
+    if (!result.empty())
+        result += ": ";
+    return result + text;
+}
+
+bool Context::load(const std::string& url, LoadType, std::string)
+{
+    return loadScene(*this, addressOf(url), nullptr);
+}
+
+bool Context::load(const std::string& url, const std::string& text, LoadType, std::string)
+{
+    return loadScene(*this, addressOf(url), &text);
+}
+
+bool Context::save(const std::string& path, const SaveOptions& options, std::string& error)
+{
+    const auto scene = std::find_if(_data->roots.begin(), _data->roots.end(),
+                                    [](const NodeRef& root) { return root->type()->name == "Scene"; });
+    if (scene == _data->roots.end())
+        error = "there is no scene";
+    else if (!loader().writer)
+        error = "there is no writer of scenes";
+    else
+        return loader().writer(**scene, path, options, error);
+    return false;
+}
+
+void reportMessage(Context& context, const LoadMessage& message)
+{
+    context.data()->report.messages.push_back(message);
+    logMessage(message);
+}
+
+void reportMessage(const Node& node, LoadMessage::Severity severity, const std::string& text)
+{
+    LoadMessage message;
+    message.severity = severity;
+    if (const NodeNameSpace* names = node.nameSpace()) {
+        const Relayne::URL& url = names->baseURL();
+        message.file = url.isLocalFile() ? url.localFile() : url.toString();
+    }
+    message.line = static_cast<int>(sourceLine(node));
+    message.column = static_cast<int>(sourceColumn(node));
+    message.text = text;
+    reportMessage(contextOf(node), message);
+}
+
+} // namespace Orvane

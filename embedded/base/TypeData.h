@@ -1,0 +1,73 @@
+#pragma once
+
+#include "base/NodeClass.h"
+#include "base/Proc.h"
+#include "nodes/Catalogue.h"
+#include <Orvane/Field.h>
+#include <Orvane/NodePartDesc.h>
+#include <Orvane/NodeType.h>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Orvane {
+
+/// What pools have registered for a type. Stays at its place for the life of the process.
+struct TypeBehaviour
+{
+    ProcFactory makeProc = nullptr;
+    NodeClassFactory makeNode = nullptr;
+};
+
+struct NodePartDesc::Data
+{
+    bool objExt = false;
+    bool privateAccess = false;
+    const TypeBehaviour* behaviour = nullptr; ///< of the part's type; null for an added part
+    std::string inName;                       ///< name of the event in, made when asked for
+    std::string outName;
+    std::unique_ptr<Field> defaultField; ///< made when asked for
+};
+
+/// The parts of a type, made when the type is first used.
+struct NodeType::Data
+{
+    const catalogue::NodeEntry* entry = nullptr; ///< null for prototypes and unknown types
+    const TypeBehaviour* behaviour = nullptr;
+    bool hasParts = false;
+    std::vector<std::unique_ptr<NodePartDesc>> parts;
+    std::vector<unsigned int> byName;    ///< part indices in order of name
+    std::vector<unsigned int> nodeParts; ///< parts that hold links to nodes
+
+    std::size_t nodeCount = 0;      ///< living nodes of a prototype's type
+    std::weak_ptr<NodeType> self;   ///< of a prototype's type
+    std::shared_ptr<NodeType> kept; ///< the same while it has nodes
+};
+
+/// The type's data with its parts made.
+NodeType::Data& typeData(const NodeType& type);
+
+/// A node of the type has come into being, or has gone.
+void countNode(NodeType& type, int change);
+
+/// What pools have registered for the type called \a name.
+TypeBehaviour& behaviourOf(std::string_view name);
+
+/// Part index of a field that was taken out of its node.
+constexpr unsigned int removedPart = static_cast<unsigned int>(-1);
+
+/// The field that holds the default of the part; it belongs to no node.
+const Field& defaultField(NodePartDesc& desc);
+
+/// Name of the event that comes into the part ("set_translation") or goes out of it
+/// ("translation_changed").
+const std::string& eventInName(NodePartDesc& desc);
+const std::string& eventOutName(NodePartDesc& desc);
+
+constexpr bool holdsNodes(NodePartDataType type)
+{
+    return type == SFNODE_DT || type == MFNODE_DT;
+}
+
+} // namespace Orvane
