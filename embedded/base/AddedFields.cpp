@@ -6,6 +6,7 @@
 #include "base/NodeGraph.h"
 #include <Orvane/EventInSlot.h>
 #include <Orvane/EventOutSlot.h>
+#include <Orvane/Observer.h>
 #include <Orvane/Route.h>
 #include <algorithm>
 
@@ -60,7 +61,8 @@ void announceRoutes(Node& node)
         }
         void notify(const double&, BaseObject* route, BaseObject*, BaseObject*) override
         {
-            std::replace(_live.begin(), _live.end(), static_cast<Route*>(route), static_cast<Route*>(nullptr));
+            std::replace(_live.begin(), _live.end(), static_cast<Route*>(route),
+                         static_cast<Route*>(nullptr));
         }
 
     private:

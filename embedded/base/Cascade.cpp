@@ -44,7 +44,8 @@ void Cascade::write(Field& field, double time, Field::CallerType caller)
         }
         _later[marks >> numberShift] = nullptr;
     } else if (_isRunning && _round > longestExchange &&
-               (marks & ~(pendingMark | laterMark | ownMark)) == numbered(_serial)) {
+               (marks & ~(pendingMark | laterMark | ownMark)) == numbered(_serial))
+    {
         later = true;
     }
     queue(field, later, own);

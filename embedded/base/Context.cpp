@@ -70,9 +70,9 @@ Node* Context::findRoot(const NodeType& type)
 
 bool Context::removeRoot(NodeType& type)
 {
-    const auto root = std::find_if(_data->roots.begin(), _data->roots.end(), [&type](const NodeRef& candidate) {
-        return candidate->type()->name == type.name;
-    });
+    const auto root =
+        std::find_if(_data->roots.begin(), _data->roots.end(),
+                     [&type](const NodeRef& candidate) { return candidate->type()->name == type.name; });
     if (root == _data->roots.end())
         return false;
     const RefGuard guard(*this);

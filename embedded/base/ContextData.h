@@ -4,16 +4,14 @@
 #include "base/FrameClock.h"
 #include "base/FrameScheduler.h"
 #include "base/FrameWindow.h"
-#include "base/NodeRef.h"
+#include "base/NameSpace.h"
+#include "base/NodeData.h"
 #include <Orvane/Context.h>
-#include <Orvane/Node.h>
 #include <deque>
 #include <memory>
 #include <vector>
 
 namespace Orvane {
-
-class SceneNames;
 
 /// What a context is made of.
 struct Context::Data
@@ -36,10 +34,10 @@ struct Context::Data
     FrameScheduler scheduler;
     FrameClock clock;
 
-    unsigned int busy = 0;       ///< operations under way during which no node dies
-    std::deque<Node*> released;  ///< nodes that nothing holds, to die when nothing is under way
-    bool mayHaveCycles = false;  ///< roots have gone: nodes that hold each other may be left behind
-    unsigned int loads = 0;      ///< loads under way
+    unsigned int busy = 0;        ///< operations under way during which no node dies
+    std::deque<Node*> released;   ///< nodes that nothing holds, to die when nothing is under way
+    bool mayHaveCycles = false;   ///< roots have gone: nodes that hold each other may be left behind
+    unsigned int loads = 0;       ///< loads under way
     std::vector<NodeRef> toStart; ///< nodes that a load has linked below running ones
     LoadReport report;
 

@@ -1,5 +1,5 @@
-#include <Orvane/ContextSetup.h>
 #include "base/NodeClass.h"
+#include <Orvane/ContextSetup.h>
 
 namespace Orvane {
 

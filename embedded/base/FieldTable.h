@@ -36,8 +36,7 @@ private:
 
     unsigned int bitsBelow(unsigned int part) const
     {
-        return static_cast<unsigned int>(
-            __builtin_popcountll(_made & ((std::uint64_t(1) << part) - 1)));
+        return static_cast<unsigned int>(__builtin_popcountll(_made & ((std::uint64_t(1) << part) - 1)));
     }
 
     std::uint64_t _made = 0;

@@ -86,8 +86,8 @@ void write(std::string& text, const Image& value)
         text += "0 0 0";
     } else {
         const auto components = static_cast<std::size_t>(image->getBpp());
-        const std::size_t count = static_cast<std::size_t>(image->getWidth()) *
-                                  static_cast<std::size_t>(image->getHeight());
+        const std::size_t count =
+            static_cast<std::size_t>(image->getWidth()) * static_cast<std::size_t>(image->getHeight());
         text.reserve(text.size() + 32 + count * (components * 2 + 3));
         write(text, image->getWidth());
         text += ' ';

@@ -137,10 +137,9 @@ NodeNameSpace* createNameSpace(Context& context, NodeNameSpace* parent, std::str
 
 void setName(Node& node, NodeNameSpace* nameSpace, std::string_view name)
 {
-    const bool isSame = node.nameSpace() == nameSpace &&
-                        (node.name() ? *node.name() == name : name.empty());
-    const bool isFound = name.empty() || !nameSpace ||
-                         NodeNameSpace::findNode(nameSpace, std::string(name)) == &node;
+    const bool isSame = node.nameSpace() == nameSpace && (node.name() ? *node.name() == name : name.empty());
+    const bool isFound =
+        name.empty() || !nameSpace || NodeNameSpace::findNode(nameSpace, std::string(name)) == &node;
     if (isSame && isFound)
         return;
     forgetName(node);

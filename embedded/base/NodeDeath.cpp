@@ -5,6 +5,7 @@
 #include "base/NodeGraph.h"
 #include "base/NodeTable.h"
 #include <algorithm>
+#include <utility>
 
 namespace Orvane {
 
@@ -44,9 +45,9 @@ void endNode(Node& node)
     data.proc.reset();
     leaveNameSpace(node);
     NodeAccess::clearRefs(node);
-    context.roots.erase(std::remove_if(context.roots.begin(), context.roots.end(),
-                                       [](const NodeRef& root) { return !root; }),
-                        context.roots.end());
+    context.roots.erase(
+        std::remove_if(context.roots.begin(), context.roots.end(), [](const NodeRef& root) { return !root; }),
+        context.roots.end());
 
     std::vector<GraphLink*> links;
     forEachChildLink(node, [&links](GraphLink& link) { links.push_back(&link); });

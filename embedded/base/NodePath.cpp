@@ -1,7 +1,8 @@
-#include <Orvane/NodePath.h>
 #include "base/NodeClimb.h"
 #include "base/NodeData.h"
+#include <Orvane/NodePath.h>
 #include <algorithm>
+#include <utility>
 
 namespace Orvane {
 
@@ -41,7 +42,8 @@ struct NodePath::Data
 Node* NodePath::Data::end() const
 {
     Node* node = Node::findNode(rootId);
-    if (!node || std::any_of(links.begin(), links.end(), [](const LinkHandle* handle) { return !handle->link; }))
+    if (!node ||
+        std::any_of(links.begin(), links.end(), [](const LinkHandle* handle) { return !handle->link; }))
         return nullptr;
     return links.empty() ? node : links.back()->link->child();
 }
@@ -88,7 +90,8 @@ bool NodePath::operator==(const NodePath& other) const
 {
     if (!_data || !other._data)
         return _data == other._data;
-    return _data == other._data || (_data->rootId == other._data->rootId && _data->links == other._data->links);
+    return _data == other._data ||
+           (_data->rootId == other._data->rootId && _data->links == other._data->links);
 }
 
 Node* NodePath::node() const
@@ -136,8 +139,8 @@ void NodePath::setNode(const std::list<NodeLink*>& links)
     const NodeLink* lower = nullptr;
     for (NodeLink* link : links) {
         // Every link must be one of the graph, and the next one must lead to its parent.
-        const bool isLinked = link && link->field() && link->directNode() &&
-                              (!lower || lower->parent() == link->directNode());
+        const bool isLinked =
+            link && link->field() && link->directNode() && (!lower || lower->parent() == link->directNode());
         if (!isLinked)
             return;
         lower = link;

@@ -12,9 +12,8 @@ std::string_view trimmed(std::string_view text)
 {
     constexpr std::string_view blanks = " \t\r\n";
     const std::size_t begin = text.find_first_not_of(blanks);
-    return begin == std::string_view::npos
-               ? std::string_view()
-               : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+    return begin == std::string_view::npos ? std::string_view()
+                                           : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
 /// The node whose text form without a name is \a text ("Box#17").

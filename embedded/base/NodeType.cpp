@@ -67,9 +67,8 @@ void finishParts(NodeType::Data& data)
     data.hasParts = true;
     data.byName.resize(data.parts.size());
     std::iota(data.byName.begin(), data.byName.end(), 0U);
-    std::sort(data.byName.begin(), data.byName.end(), [&data](unsigned int a, unsigned int b) {
-        return data.parts[a]->name < data.parts[b]->name;
-    });
+    std::sort(data.byName.begin(), data.byName.end(),
+              [&data](unsigned int a, unsigned int b) { return data.parts[a]->name < data.parts[b]->name; });
     for (unsigned int i = 0; i < data.parts.size(); ++i) {
         data.parts[i]->id = i;
         data.parts[i]->_data->behaviour = data.behaviour;

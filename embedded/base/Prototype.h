@@ -22,8 +22,8 @@ struct PartDeclaration
     std::string description = {};
 };
 
-/// Makes the node type of a prototype (`NodeType::isProto`), which no look-up by name finds. The type lives as
-/// long as the result or a node of it. Of parts that bear the same name the first one stays.
+/// Makes the node type of a prototype (`NodeType::isProto`), which no look-up by name finds. The type lives
+/// as long as the result or a node of it. Of parts that bear the same name the first one stays.
 ORVANE_API std::shared_ptr<NodeType> createPrototype(std::string_view name,
                                                      const std::vector<PartDeclaration>& parts);
 

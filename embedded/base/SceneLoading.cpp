@@ -50,9 +50,10 @@ void replaceRoots(Context& context, const LoadedScene& scene)
         if (!root || !root->type()->isContextRoot())
             continue;
         raiseState(*root, LOADED_NS);
-        const auto old = std::find_if(data.roots.begin(), data.roots.end(), [&root](const NodeRef& candidate) {
-            return candidate->type()->name == root->type()->name;
-        });
+        const auto old =
+            std::find_if(data.roots.begin(), data.roots.end(), [&root](const NodeRef& candidate) {
+                return candidate->type()->name == root->type()->name;
+            });
         if (old != data.roots.end()) {
             data.roots.erase(old);
             data.mayHaveCycles = true;

@@ -26,12 +26,11 @@ std::size_t schemeLength(std::string_view text)
 {
     if (text.empty() || !isLetter(text[0]))
         return 0;
-    const std::size_t end = std::find_if_not(text.begin(), text.end(),
-                                             [](char c) {
-                                                 return isLetter(c) || isDigit(c) || c == '+' || c == '-' ||
-                                                        c == '.';
-                                             }) -
-                            text.begin();
+    const std::size_t end =
+        std::find_if_not(
+            text.begin(), text.end(),
+            [](char c) { return isLetter(c) || isDigit(c) || c == '+' || c == '-' || c == '.'; }) -
+        text.begin();
     return end > 1 && end < text.size() && text[end] == ':' ? end : 0;
 }
 

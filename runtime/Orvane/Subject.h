@@ -24,7 +24,7 @@ public:
     /// Takes a receiver out; one that is not attached is left alone.
     void detach(Observer& observer);
 
-    /// True when no observer has ever been attached, which is what a fast path tests.
+    /// True when no observer is attached.
     bool isUntouched() const { return !_data; }
 
     /// Calls `notify` of each attached observer in order of attachment.
