@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Orvane/Export.h>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -7,7 +8,7 @@
 namespace Orvane {
 
 /// One message of a load. A fault of the scene's text, or of a file that the scene names.
-struct LoadMessage
+struct ORVANE_API LoadMessage
 {
     enum Severity : int { ERROR_LM = 1, WARNING_LM = 2 };
 

@@ -1,0 +1,91 @@
+#include "loader/ChildPlacement.h"
+
+#include "base/Graph.h"
+#include <Orvane/Field.h>
+#include <Orvane/Node.h>
+#include <Orvane/NodePartDesc.h>
+#include <Orvane/NodeType.h>
+
+namespace Orvane {
+
+namespace {
+
+const NodePartDesc& descOf(const Node& node, unsigned int part)
+{
+    return *readField(node, part)._desc;
+}
+
+} // namespace
+
+bool isUnknown(const NodeType& type)
+{
+    return !type.isProto() && !isOfType(type, "X3DNode");
+}
+
+bool ChildPlacement::holdsNodes(const Node& parent, unsigned int part)
+{
+    const NodePartDesc& desc = descOf(parent, part);
+    return (desc.dataType == SFNODE_DT || desc.dataType == MFNODE_DT) && (desc.partType & FIELDP) &&
+           !desc.privateAccess();
+}
+
+bool ChildPlacement::accepts(const Node& parent, unsigned int part, const NodeType& child)
+{
+    const NodePartDesc& desc = descOf(parent, part);
+    if (desc.valueRestriction != NodePartDesc::NODE_TYPE_VR || isUnknown(child))
+        return true;
+    std::string_view rest = desc.valueType;
+    while (!rest.empty()) {
+        const std::size_t end = rest.find_first_of("|, ");
+        if (isOfType(child, rest.substr(0, end)))
+            return true;
+        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    }
+    return false;
+}
+
+bool ChildPlacement::isFull(const Node& parent, unsigned int part)
+{
+    return descOf(parent, part).dataType == SFNODE_DT && readNode(parent, part);
+}
+
+int ChildPlacement::find(const Node& parent, const NodeType& child)
+{
+    const bool ownParts = parent.partDescCount() != partCount(*parent.type());
+    const Pair pair{parent.type(), &child};
+    if (!ownParts) {
+        const auto known = _known.find(pair);
+        if (known != _known.end() && (known->second < 0 || !isFull(parent, known->second)))
+            return known->second;
+    }
+    int part = search(parent, child, true);
+    if (part < 0)
+        part = search(parent, child, false);
+    else if (!ownParts)
+        _known[pair] = part;
+    return part;
+}
+
+int ChildPlacement::search(const Node& parent, const NodeType& child, bool onlyFree)
+{
+    const auto usable = [&](int part) {
+        const auto index = static_cast<unsigned int>(part);
+        return part >= 0 && holdsNodes(parent, index) && !(onlyFree && isFull(parent, index));
+    };
+    const bool known = !isUnknown(child);
+    const int byDefault = partIndex(*parent.type(), known ? containerField(child) : "children");
+    if (usable(byDefault) && accepts(parent, byDefault, child))
+        return byDefault;
+    const unsigned int count = partCount(*parent.type());
+    for (unsigned int part = 0; part < count; ++part) {
+        const int index = static_cast<int>(part);
+        const NodePartDesc& desc = descOf(parent, part);
+        const bool names =
+            known ? desc.valueRestriction == NodePartDesc::NODE_TYPE_VR : desc.name != "metadata";
+        if (usable(index) && names && accepts(parent, part, child))
+            return index;
+    }
+    return usable(byDefault) ? byDefault : -1;
+}
+
+} // namespace Orvane

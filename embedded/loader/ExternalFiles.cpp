@@ -1,0 +1,109 @@
+#include "loader/ExternalFiles.h"
+
+#include "base/Graph.h"
+#include "loader/FileScope.h"
+#include "loader/TextCoding.h"
+#include <Orvane/MFString.h>
+#include <Orvane/Node.h>
+#include <Orvane/NodePartDesc.h>
+#include <Orvane/NodeType.h>
+#include <Relayne/URL.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Orvane {
+
+namespace {
+
+bool endsWith(std::string_view text, std::string_view end)
+{
+    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+bool isReadableFile(const std::string& path)
+{
+    struct stat status = {};
+    return !path.empty() && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+           ::access(path.c_str(), R_OK) == 0;
+}
+
+} // namespace
+
+std::string findLocalFile(const Relayne::URL& base, const std::vector<std::string>& addresses)
+{
+    for (const std::string& address : addresses) {
+        const Relayne::URL url = base.resolved(Relayne::URL(address));
+        if (!url.isLocalFile())
+            continue;
+        // The graph keeps most names as Latin-1, file systems mostly as UTF-8.
+        std::string path = url.localFile();
+        if (isReadableFile(path))
+            return path;
+        path = coding::toFile(path);
+        if (isReadableFile(path))
+            return path;
+    }
+    return {};
+}
+
+bool holdsContent(std::string_view address)
+{
+    constexpr std::string_view schemes[] = {"data:", "ecmascript:", "javascript:", "vrmlscript:"};
+    const std::size_t begin = address.find_first_not_of(" \t\r\n");
+    if (begin == std::string_view::npos)
+        return false;
+    for (const std::string_view scheme : schemes)
+        if (address.substr(begin, scheme.size()) == scheme)
+            return true;
+    return address.find('\n') != std::string_view::npos;
+}
+
+bool namesFiles(const Node& node, const NodePartDesc& desc)
+{
+    if (desc.dataType != MFSTRING_DT || !(desc.partType & FIELDP))
+        return false;
+    if (desc.name != "url")
+        return endsWith(desc.name, "Url");
+    // An inline says itself what it could not read; the others only lead somewhere.
+    const std::string& type = node.type()->name;
+    return type != "Inline" && type != "Anchor" && type != "GeoMetadata" && type != "DISEntityTypeMapping" &&
+           isOfType(*node.type(), "X3DUrlObject");
+}
+
+std::vector<std::string> readStrings(const Node& node, unsigned int part)
+{
+    const auto& field = read<MFString>(node, part);
+    std::vector<std::string> strings;
+    strings.reserve(field.size());
+    for (unsigned int i = 0; i < field.size(); ++i)
+        strings.push_back(field[static_cast<int>(i)]);
+    return strings;
+}
+
+std::string quotedList(const std::vector<std::string>& addresses)
+{
+    std::string list;
+    for (const std::string& address : addresses)
+        list += (list.empty() ? "" : ", ") + quoted(address);
+    return list;
+}
+
+void checkFiles(const Node& node, FileScope& scope)
+{
+    const unsigned int count = node.partDescCount();
+    for (unsigned int part = 0; part < count; ++part) {
+        const NodePartDesc& desc = *readField(node, part)._desc;
+        if (!namesFiles(node, desc))
+            continue;
+        const std::vector<std::string> addresses = readStrings(node, part);
+        bool found = addresses.empty() || !findLocalFile(scope.url, addresses).empty();
+        for (const std::string& address : addresses)
+            found = found || holdsContent(address);
+        if (!found)
+            scope.messages.warn({sourceLine(node), sourceColumn(node)},
+                                node.type()->name + "." + desc.name +
+                                    ": expected a readable local file, found " + quotedList(addresses));
+    }
+}
+
+} // namespace Orvane

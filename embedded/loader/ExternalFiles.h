@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Relayne {
+class URL;
+}
+
+/// The files that fields of a scene name. All are looked for beside their scene; nothing comes from a
+/// network.
+namespace Orvane {
+
+class Node;
+class NodePartDesc;
+struct FileScope;
+
+/// Name of the first readable local file among the addresses, counted from \a base; empty when there is none.
+std::string findLocalFile(const Relayne::URL& base, const std::vector<std::string>& addresses);
+
+/// True for a text that holds its content itself: a data address or source code.
+bool holdsContent(std::string_view address);
+
+/// True for a part whose addresses must lead to files when the node is to do its work.
+bool namesFiles(const Node& node, const NodePartDesc& desc);
+
+/// One message for each such part of the node of which no address leads to a file.
+void checkFiles(const Node& node, FileScope& scope);
+
+/// Addresses in quotes, with commas, for messages.
+std::string quotedList(const std::vector<std::string>& addresses);
+
+/// The values of an `MFString` part.
+std::vector<std::string> readStrings(const Node& node, unsigned int part);
+
+} // namespace Orvane

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "base/NodeRef.h"
+#include "loader/LoadMessages.h"
+#include <Relayne/URL.h>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace Orvane {
+
+class NodeNameSpace;
+
+/// One end of a route that is still to be made: a node, or the name of one that has not come yet.
+struct PendingEnd
+{
+    NodeRef node;
+    std::string nodeName;
+    std::string field;
+};
+
+struct PendingRoute
+{
+    PendingEnd from;
+    PendingEnd to;
+    SourcePlace place;
+};
+
+struct PendingImport
+{
+    std::string inlineName;
+    std::string exportedName;
+    std::string name;
+    SourcePlace place;
+};
+
+/// A USE of a name that no node before it bears.
+struct UnknownUse
+{
+    std::string name;
+    SourcePlace place;
+};
+
+/// One file of a load: its names, and what can only be resolved when all of it has been read. The load owns
+/// its files until it ends.
+struct FileScope
+{
+    FileScope(LoadMessages fileMessages, Relayne::URL fileUrl)
+        : messages(std::move(fileMessages))
+        , url(std::move(fileUrl))
+    {
+    }
+
+    /// The node that bears a name in this file, imported ones included; null when there is none (yet).
+    Node* findNode(const std::string& name) const;
+
+    LoadMessages messages;
+    Relayne::URL url;
+    std::string canonicalPath; ///< empty for a text that is no file
+    const FileScope* parent = nullptr;
+    NodeRef root; ///< the scene, or the inline that the content hangs below
+    NodeNameSpace* names = nullptr;
+    unsigned int depth = 0;   ///< nodes above the content
+    double angleFactor = 1.0; ///< radians by the file's unit of angles
+
+    std::vector<PendingRoute> routes;
+    std::vector<PendingImport> imports;
+    std::vector<UnknownUse> unknownUses;
+    std::unordered_map<std::string, std::string> exports; ///< exported name to name in the file
+    std::unordered_map<std::string, NodeRef> imported;    ///< name in the file to the node of the inline
+};
+
+} // namespace Orvane

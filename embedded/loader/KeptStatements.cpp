@@ -1,0 +1,105 @@
+#include "loader/KeptStatements.h"
+
+#include "base/Graph.h"
+#include <Orvane/MFNode.h>
+#include <Orvane/MFString.h>
+#include <Orvane/Node.h>
+#include <initializer_list>
+
+namespace Orvane {
+
+namespace {
+
+constexpr char headPart[] = "headStatements";
+constexpr char exportPart[] = "exportStatements";
+constexpr char importPart[] = "importStatements";
+constexpr char instancePart[] = "isPrototypeInstance";
+constexpr char contentPart[] = "inlineContent";
+
+void append(Node& node, const char* part, std::initializer_list<std::string_view> texts)
+{
+    Field* field = node.findField(part, Node::EXACT_FSO);
+    if (!field)
+        field = addPrivateField(node, part, MFSTRING_DT);
+    auto& strings = static_cast<MFString&>(*field);
+    for (const std::string_view text : texts)
+        strings.addValue(std::string(text));
+}
+
+const MFString* kept(const Node& node, const char* part)
+{
+    return static_cast<const MFString*>(node.findField(part, Node::EXACT_FSO));
+}
+
+NamePairs pairs(const Node& node, const char* part)
+{
+    NamePairs result;
+    const MFString* strings = kept(node, part);
+    const int count = strings ? static_cast<int>(strings->size()) : 0;
+    for (int i = 0; i + 1 < count; i += 2)
+        result.emplace_back((*strings)[i], (*strings)[i + 1]);
+    return result;
+}
+
+} // namespace
+
+void keepHead(Node& scene, const HeadStatement& statement)
+{
+    append(scene, headPart, {std::to_string(statement.kind), statement.name, statement.content});
+}
+
+std::vector<KeptHead> keptHead(const Node& scene)
+{
+    std::vector<KeptHead> result;
+    const MFString* strings = kept(scene, headPart);
+    const int count = strings ? static_cast<int>(strings->size()) : 0;
+    for (int i = 0; i + 2 < count; i += 3)
+        result.push_back({static_cast<HeadStatement::Kind>(std::stoi((*strings)[i])), (*strings)[i + 1],
+                          (*strings)[i + 2]});
+    return result;
+}
+
+void keepExport(Node& root, std::string_view localName, std::string_view exportedName)
+{
+    append(root, exportPart, {localName, exportedName});
+}
+
+NamePairs keptExports(const Node& root)
+{
+    return pairs(root, exportPart);
+}
+
+void keepImport(Node& inlineNode, std::string_view exportedName, std::string_view name)
+{
+    append(inlineNode, importPart, {exportedName, name});
+}
+
+NamePairs keptImports(const Node& inlineNode)
+{
+    return pairs(inlineNode, importPart);
+}
+
+void markInstance(Node& node)
+{
+    addPrivateField(node, instancePart, SFBOOL_DT);
+}
+
+bool isMarkedInstance(const Node& node)
+{
+    return node.findField(instancePart, Node::EXACT_FSO);
+}
+
+MFNode& inlineContent(Node& inlineNode)
+{
+    Field* field = inlineNode.findField(contentPart, Node::EXACT_FSO);
+    if (!field)
+        field = addPrivateField(inlineNode, contentPart, MFNODE_DT);
+    return static_cast<MFNode&>(*field);
+}
+
+const MFNode* findInlineContent(const Node& inlineNode)
+{
+    return static_cast<const MFNode*>(inlineNode.findField(contentPart, Node::EXACT_FSO));
+}
+
+} // namespace Orvane

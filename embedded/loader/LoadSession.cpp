@@ -1,0 +1,263 @@
+#include "loader/LoadSession.h"
+
+#include "base/Graph.h"
+#include "loader/ExternalFiles.h"
+#include "loader/KeptStatements.h"
+#include "loader/Routes.h"
+#include "loader/SceneBuilder.h"
+#include "loader/SceneFormat.h"
+#include "loader/SourceText.h"
+#include <Orvane/MFNode.h>
+#include <Orvane/MFString.h>
+#include <Orvane/Node.h>
+#include <Orvane/NodeNameSpace.h>
+#include <Orvane/NodeType.h>
+#include <Orvane/SFBool.h>
+#include <algorithm>
+#include <cstdlib>
+
+namespace Orvane {
+
+namespace {
+
+std::string canonical(const std::string& path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), &std::free);
+    return real ? std::string(real.get()) : path;
+}
+
+Field& contentOf(Node& root)
+{
+    return editField(root, static_cast<unsigned int>(partIndex(*root.type(), "children")));
+}
+
+/// True when the file is read already on the way from the scene to \a scope.
+bool isOnTheWay(const FileScope* scope, const std::string& canonicalPath)
+{
+    for (; scope; scope = scope->parent)
+        if (scope->canonicalPath == canonicalPath)
+            return true;
+    return false;
+}
+
+} // namespace
+
+LoadSession::LoadSession(Context& context, LoadReport& report)
+    : _context(context)
+    , _report(report)
+{
+}
+
+LoadSession::~LoadSession() = default;
+
+FileScope& LoadSession::openScope(std::string name, const Relayne::URL& url)
+{
+    _scopes.push_back(std::make_unique<FileScope>(LoadMessages(_report, _leftOut, std::move(name)), url));
+    return *_scopes.back();
+}
+
+bool LoadSession::readScene(const Relayne::URL& url, const std::string* text, LoadedScene& scene)
+{
+    const std::string path = url.localFile();
+    FileScope& scope = openScope(path.empty() ? url.toString() : path, url);
+    SourceText source;
+    SourceFault fault;
+    bool ok = false;
+    if (!text && !url.isLocalFile()) {
+        fault.text = "expected a local file, found an address of a network";
+    } else {
+        ok = text ? source.takeText(*text, fault) : source.readFile(path, fault);
+        _report.bytes += source.bytesOnDisk();
+    }
+    if (!ok) {
+        scope.messages.error(fault.place, fault.text);
+    } else {
+        scope.canonicalPath = path.empty() ? std::string() : canonical(path);
+        scope.root = createNode(_context, *findType("Scene"), LOADER_NC);
+        scope.names = createNameSpace(_context, nullptr, "scene", scope.root.get(), url);
+        _roots.push_back(scope.root);
+        ok = parse(source, scope);
+    }
+    if (ok) {
+        readInlines();
+        finish();
+        scene.roots = std::move(_roots);
+    }
+    tellLeftOut();
+    return ok;
+}
+
+bool LoadSession::parse(SourceText& source, FileScope& scope)
+{
+    const SceneFormat* format = findFormat(source.view());
+    if (!format) {
+        scope.messages.error({}, "expected " + readableFormats() + ", found " + foundFormat(source.view()));
+        return false;
+    }
+    Field& content = scope.parent || !scope.root->type()->isContextRoot() ? inlineContent(*scope.root)
+                                                                          : contentOf(*scope.root);
+    SceneBuilder builder(*this, scope, content);
+    return format->read(source, builder, scope.messages);
+}
+
+void LoadSession::addInline(Node& node, const FileScope& scope, unsigned int depth)
+{
+    _inlines.push_back({NodeRef(&node), &scope, depth});
+}
+
+bool LoadSession::readInline(Node& node)
+{
+    // The scope of the node's own file is gone; only its address and names are asked for.
+    FileScope& outer = openScope(std::string(), Relayne::URL());
+    if (const NodeNameSpace* names = node.nameSpace()) {
+        outer.url = names->baseURL();
+        outer.messages = LoadMessages(_report, _leftOut, outer.url.toString());
+    }
+    const bool ok = readInline({NodeRef(&node), &outer, 0});
+    readInlines();
+    finish();
+    tellLeftOut();
+    return ok;
+}
+
+void LoadSession::readInlines()
+{
+    while (!_inlines.empty()) {
+        const PendingInline pending = std::move(_inlines.front());
+        _inlines.pop_front();
+        readInline(pending);
+    }
+}
+
+bool LoadSession::readInline(const PendingInline& pending)
+{
+    Node& node = *pending.node;
+    const auto part = [&](std::string_view name) {
+        return static_cast<unsigned int>(partIndex(*node.type(), name));
+    };
+    const std::vector<std::string> addresses = readStrings(node, part("url"));
+    if (addresses.empty() || !read<SFBool>(node, part("load")).value())
+        return true;
+    LoadMessages messages = pending.scope->messages;
+    const SourcePlace place{sourceLine(node), sourceColumn(node)};
+    if (_scopes.size() > maxFiles) {
+        messages.warn(place, "Inline.url: expected at most " + std::to_string(maxFiles) +
+                                 " files in one scene, found more");
+        return false;
+    }
+    bool anyFile = false;
+    for (const std::string& address : addresses) {
+        const std::string path = findLocalFile(pending.scope->url, {address});
+        if (path.empty())
+            continue;
+        anyFile = true;
+        if (isOnTheWay(pending.scope, canonical(path))) {
+            messages.warn(place, "Inline.url: expected a file that does not inline itself, found " +
+                                     quoted(address));
+            return false;
+        }
+        if (readInlineFile(pending, pending.scope->url.resolved(Relayne::URL(address)), path))
+            return true;
+    }
+    messages.warn(place, std::string("Inline.url: expected a ") +
+                             (anyFile ? "scene that can be read" : "readable local file") + ", found " +
+                             quotedList(addresses));
+    return false;
+}
+
+bool LoadSession::readInlineFile(const PendingInline& pending, const Relayne::URL& url,
+                                 const std::string& path)
+{
+    FileScope& scope = openScope(path, url);
+    scope.parent = pending.scope;
+    scope.canonicalPath = canonical(path);
+    scope.root = pending.node;
+    scope.depth = pending.depth;
+    SourceText source;
+    SourceFault fault;
+    if (!source.readFile(path, fault)) {
+        scope.messages.error(fault.place, fault.text);
+        return false;
+    }
+    _report.bytes += source.bytesOnDisk();
+    Node& node = *pending.node;
+    scope.names = createNameSpace(_context, pending.scope->names,
+                                  node.name() ? std::string_view(*node.name()) : "inline", &node, url);
+    if (parse(source, scope))
+        return true;
+    // What stood in front of the fault goes again, and with it what it would have inlined.
+    inlineContent(node).clear();
+    const auto ofThisFile = [&](const PendingInline& inner) { return inner.scope == &scope; };
+    _inlines.erase(std::remove_if(_inlines.begin(), _inlines.end(), ofThisFile), _inlines.end());
+    scope.routes.clear();
+    scope.imports.clear();
+    scope.unknownUses.clear();
+    return false;
+}
+
+Node& LoadSession::contextRoot(NodeType& type)
+{
+    for (const NodeRef& root : _roots)
+        if (root->type() == &type)
+            return *root;
+    _roots.push_back(createNode(_context, type, LOADER_NC));
+    return *_roots.back();
+}
+
+bool LoadSession::hasContextRoot(const NodeType& type) const
+{
+    return std::any_of(_roots.begin(), _roots.end(),
+                       [&](const NodeRef& root) { return root->type() == &type; });
+}
+
+void LoadSession::finish()
+{
+    for (const auto& scope : _scopes) {
+        for (const UnknownUse& use : scope->unknownUses)
+            scope->messages.warn(use.place,
+                                 scope->findNode(use.name)
+                                     ? "USE: expected a node that stands before, found " + quoted(use.name) +
+                                           ", which comes after"
+                                     : "USE: expected the name of a node, found " + quoted(use.name));
+    }
+    // An inlined file may hand on what it imports itself, so the innermost come first.
+    for (auto scope = _scopes.rbegin(); scope != _scopes.rend(); ++scope)
+        resolveImports(**scope);
+    for (const auto& scope : _scopes)
+        makeRoutes(*scope, _report);
+}
+
+void LoadSession::tellLeftOut()
+{
+    if (_leftOut > 0)
+        _report.messages.push_back({LoadMessage::WARNING_LM, _scopes.front()->messages.file(), 0, 0,
+                                    std::to_string(_leftOut) + " further messages are left out"});
+}
+
+void LoadSession::resolveImports(FileScope& scope)
+{
+    for (const PendingImport& import : scope.imports) {
+        Node* inlineNode = scope.findNode(import.inlineName);
+        if (!inlineNode || inlineNode->type()->name != "Inline") {
+            scope.messages.warn(import.place,
+                                "IMPORT: expected the name of an Inline, found " + quoted(import.inlineName));
+            continue;
+        }
+        keepImport(*inlineNode, import.exportedName, import.name);
+        const FileScope* inner = nullptr;
+        for (const auto& candidate : _scopes)
+            if (candidate->parent && candidate->root.get() == inlineNode)
+                inner = candidate.get();
+        if (!inner)
+            continue; // the inline has said why it holds nothing
+        const auto exported = inner->exports.find(import.exportedName);
+        Node* node = exported == inner->exports.end() ? nullptr : inner->findNode(exported->second);
+        if (node)
+            scope.imported[import.name] = NodeRef(node);
+        else
+            scope.messages.warn(import.place, "IMPORT: expected a name that " + inner->messages.file() +
+                                                  " exports, found " + quoted(import.exportedName));
+    }
+}
+
+} // namespace Orvane

@@ -1,0 +1,87 @@
+#include "loader/Routes.h"
+
+#include "base/Graph.h"
+#include "loader/ChildPlacement.h"
+#include "loader/FileScope.h"
+#include <Orvane/EventInSlot.h>
+#include <Orvane/EventOutSlot.h>
+#include <Orvane/Field.h>
+#include <Orvane/Node.h>
+#include <Orvane/NodePartDesc.h>
+#include <Orvane/NodeType.h>
+#include <Orvane/Route.h>
+
+namespace Orvane {
+
+namespace {
+
+std::string label(const Node& node)
+{
+    const std::string named = node.name() ? " " + quoted(*node.name()) : std::string();
+    return node.type()->name + named;
+}
+
+Node* findEnd(const PendingEnd& end, FileScope& scope, SourcePlace place)
+{
+    Node* node = end.node ? end.node.get() : scope.findNode(end.nodeName);
+    if (!node)
+        scope.messages.warn(place, "ROUTE: expected the name of a node, found " + quoted(end.nodeName));
+    return node;
+}
+
+Field* outField(const Node& node, const std::string& name)
+{
+    const int part = node.findEventOutSlotID(name);
+    return part < 0 ? nullptr : node.findField(static_cast<unsigned int>(part));
+}
+
+Field* inField(const Node& node, const std::string& name)
+{
+    const int part = node.findEventInSlotID(name);
+    return part < 0 ? nullptr : node.findField(static_cast<unsigned int>(part));
+}
+
+void makeRoute(const PendingRoute& pending, FileScope& scope, LoadReport& report)
+{
+    Node* fromNode = findEnd(pending.from, scope, pending.place);
+    Node* toNode = findEnd(pending.to, scope, pending.place);
+    if (!fromNode || !toNode)
+        return;
+    Field* from = outField(*fromNode, pending.from.field);
+    Field* to = inField(*toNode, pending.to.field);
+    // The known end tells the data type of an unknown one.
+    if (!from && to && isUnknown(*fromNode->type()))
+        from = addField(*fromNode, pending.from.field, to->dataType(), EVENTOUTP);
+    if (!to && from && isUnknown(*toNode->type()))
+        to = addField(*toNode, pending.to.field, from->dataType(), EVENTINP);
+    if (!from || !to) {
+        const bool isFrom = !from;
+        const Node& node = isFrom ? *fromNode : *toNode;
+        scope.messages.warn(pending.place, "ROUTE: expected an " + std::string(isFrom ? "output" : "input") +
+                                               " of " + label(node) + ", found " +
+                                               quoted(isFrom ? pending.from.field : pending.to.field));
+        return;
+    }
+    from->createOutSlot(false);
+    to->createInSlot(false);
+    EventOutSlot* outSlot = from->_outSlot;
+    EventInSlot* inSlot = to->_inSlot;
+    if (outSlot && inSlot && outSlot->findRoute(inSlot))
+        return; // saying it twice means the same
+    if (outSlot && inSlot && Route::create(*outSlot, *inSlot, Route::SCENE_RT))
+        ++report.routes;
+    else
+        scope.messages.warn(pending.place, "ROUTE: expected two fields of one type, found " +
+                                               pending.from.field + " (" + from->dataTypeName() + ") and " +
+                                               pending.to.field + " (" + to->dataTypeName() + ")");
+}
+
+} // namespace
+
+void makeRoutes(FileScope& scope, LoadReport& report)
+{
+    for (const PendingRoute& route : scope.routes)
+        makeRoute(route, scope, report);
+}
+
+} // namespace Orvane

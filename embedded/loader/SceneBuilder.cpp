@@ -1,0 +1,523 @@
+#include "loader/SceneBuilder.h"
+
+#include "base/Graph.h"
+#include "loader/AngleUnit.h"
+#include "loader/ExternalFiles.h"
+#include "loader/FileScope.h"
+#include "loader/KeptStatements.h"
+#include "loader/LoadSession.h"
+#include "loader/TextCoding.h"
+#include <Orvane/FieldType.h>
+#include <Orvane/MFNode.h>
+#include <Orvane/MFString.h>
+#include <Orvane/Node.h>
+#include <Orvane/NodeNameSpace.h>
+#include <Orvane/NodePartDesc.h>
+#include <Orvane/NodeType.h>
+#include <Orvane/SFNode.h>
+#include <Orvane/SFString.h>
+
+namespace Orvane {
+
+SceneSink::~SceneSink() = default;
+
+namespace {
+
+constexpr std::string_view blanks = " \t\r\n";
+
+std::string_view trimmed(std::string_view text)
+{
+    const std::size_t begin = text.find_first_not_of(blanks);
+    return begin == std::string_view::npos ? std::string_view()
+                                           : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+/// The texts of a value that has just been parsed from UTF-8, in the form of the graph.
+void recode(Field& field)
+{
+    if (field.dataType() != MFSTRING_DT)
+        return;
+    auto& strings = static_cast<MFString&>(field);
+    for (int i = 0; i < static_cast<int>(strings.size()); ++i)
+        if (!coding::isAscii(strings.elem(i)))
+            strings.elem(i) = coding::toGraph(strings.elem(i));
+}
+
+/// True for a type whose nodes take fields from their author.
+bool takesDeclarations(const NodeType& type)
+{
+    return isUnknown(type) || isOfType(type, "X3DScriptNode") ||
+           isOfType(type, "X3DProgrammableShaderObject");
+}
+
+std::string label(const Node& node, std::string_view field)
+{
+    return node.type()->name + "." + std::string(field);
+}
+
+} // namespace
+
+SceneBuilder::SceneBuilder(LoadSession& session, FileScope& scope, Field& content)
+    : _session(session)
+    , _scope(scope)
+    , _depth(scope.depth)
+{
+    // A part that the user does not see takes all; else the nodes ask for their fields as anywhere.
+    _levels.push_back({scope.root, content._desc->privateAccess() ? &content : nullptr});
+}
+
+void SceneBuilder::warn(SourcePlace place, std::string text)
+{
+    _scope.messages.warn(place, std::move(text));
+}
+
+void SceneBuilder::head(const HeadStatement& statement)
+{
+    if (!_scope.parent)
+        keepHead(*_scope.root, statement);
+    if (statement.kind != HeadStatement::UNIT || statement.factor == 1.0)
+        return;
+    if (statement.name == "angle" && statement.factor > 0.0)
+        _scope.angleFactor = statement.factor;
+    else
+        warn(statement.place, "unit: expected the base unit of " + quoted(statement.name) + ", found " +
+                                  quoted(statement.content) + ", whose values are taken as they are");
+}
+
+// ---- Nodes
+
+NodeRef SceneBuilder::makeNode(const NodeStart& start)
+{
+    const std::string typeName = coding::toGraph(start.type);
+    NodeType* type = findType(typeName);
+    // Of abstract types, whose names begin so, no node can be.
+    if (type && (start.isInstance || type->name.compare(0, 3, "X3D") == 0))
+        type = nullptr;
+    if (!type) {
+        type = unknownType(typeName);
+        if (_warnedTypes.insert(typeName).second)
+            warn(start.place, start.isInstance ? "expected a node type, found an instance of the prototype " +
+                                                     quoted(typeName) + "; it is kept without behaviour"
+                                               : "expected a node type, found " + quoted(typeName) +
+                                                     "; it is kept without behaviour");
+    }
+    NodeRef node = createNode(_session.context(), *type, LOADER_NC);
+    if (start.isInstance)
+        markInstance(*node);
+    setSourcePlace(*node, start.place.line, start.place.column);
+    LoadReport& report = _session.report();
+    ++report.nodes;
+    if (type->name == "Script")
+        ++report.scripts;
+    return node;
+}
+
+void SceneBuilder::name(Node& node, const NodeStart& start)
+{
+    if (start.name.empty()) {
+        setName(node, _scope.names, {}); // so that its addresses count from this file
+        return;
+    }
+    const std::string name = coding::toGraph(start.name);
+    if (const Node* earlier = NodeNameSpace::findNode(_scope.names, name))
+        warn(start.place, "DEF: expected a name of its own, found " + quoted(name) + ", which the node at " +
+                              std::to_string(sourceLine(*earlier)) + ":" +
+                              std::to_string(sourceColumn(*earlier)) + " bears");
+    setName(node, _scope.names, name);
+    ++_session.report().namedNodes;
+}
+
+bool SceneBuilder::beginNode(const NodeStart& start)
+{
+    if (_skipped > 0) {
+        ++_skipped;
+        return true;
+    }
+    if (_depth >= LoadSession::maxDepth) {
+        _scope.messages.error(start.place, "expected nodes that nest at most " +
+                                               std::to_string(LoadSession::maxDepth) +
+                                               " deep, found deeper ones");
+        return false;
+    }
+    if (start.type.empty()) {
+        ++_skipped; // the reader has said so
+        return true;
+    }
+    NodeType* rootType = findType(start.type);
+    if (rootType && rootType->isContextRoot()) {
+        const bool atHome = isTopLevel() && !_scope.parent && rootType != _scope.root->type();
+        if (!atHome || _session.hasContextRoot(*rootType)) {
+            warn(start.place, atHome ? "expected one " + rootType->name + ", found a second one"
+                                     : "expected no root node here, found " + rootType->name);
+            ++_skipped;
+            return true;
+        }
+        Node& root = _session.contextRoot(*rootType);
+        setSourcePlace(root, start.place.line, start.place.column);
+        name(root, start);
+        ++_session.report().nodes;
+        _levels.push_back({NodeRef(&root), nullptr, true});
+        ++_depth;
+        return true;
+    }
+    NodeRef node = makeNode(start);
+    name(*node, start);
+    if (!placeRoot(*node))
+        place(*node, start.containerField, start.place);
+    _levels.push_back({std::move(node), nullptr, true});
+    ++_depth;
+    return true;
+}
+
+void SceneBuilder::endNode()
+{
+    if (_skipped > 0) {
+        --_skipped;
+        return;
+    }
+    if (_levels.back().namesFiles)
+        checkFiles(node(), _scope);
+    if (node().type()->name == "Inline")
+        _session.addInline(node(), _scope, _depth);
+    _levels.pop_back();
+    --_depth;
+}
+
+void SceneBuilder::useNode(const NodeUse& use)
+{
+    if (_skipped > 0)
+        return;
+    ++_session.report().uses;
+    const std::string name = coding::toGraph(use.name);
+    Node* node = NodeNameSpace::findNode(_scope.names, name);
+    if (!node) {
+        _scope.unknownUses.push_back({name, use.place});
+        return;
+    }
+    const NodeType* expected = use.type.empty() ? nullptr : findType(use.type);
+    if (expected && expected != node->type())
+        warn(use.place, "USE: expected a " + expected->name + ", found " + quoted(name) + ", which is a " +
+                            node->type()->name);
+    place(*node, use.containerField, use.place);
+}
+
+// ---- Places of nodes
+
+/// Window and Viewarea at the top of a scene stand for the engine that they need.
+bool SceneBuilder::placeRoot(Node& node)
+{
+    const std::string& type = node.type()->name;
+    if (!isTopLevel() || _scope.parent || (type != "Window" && type != "Viewarea"))
+        return false;
+    Node& engine = _session.contextRoot(*findType("Engine"));
+    auto& windows = edit<MFNode>(engine, static_cast<unsigned int>(partIndex(*engine.type(), "windows")));
+    if (type == "Window")
+        return windows.addNode(0.0, &node, Field::LOADER_CT);
+    if (windows.size() == 0)
+        windows.addNode(0.0, createNode(_session.context(), *findType("Window"), LOADER_NC).get(),
+                        Field::LOADER_CT);
+    Node& window = *windows.elem(static_cast<int>(windows.size()) - 1).directNode();
+    return edit<MFNode>(window, static_cast<unsigned int>(partIndex(*window.type(), "viewareas")))
+        .addNode(0.0, &node, Field::LOADER_CT);
+}
+
+bool SceneBuilder::place(Node& child, std::string_view container, SourcePlace at)
+{
+    Field* field = fieldForChild(child, container, at);
+    if (!field)
+        return false;
+    if (wouldContainItself(child, *field)) {
+        warn(at, label(*field->node(), field->name()) +
+                     ": expected a node that does not contain this place, found " + quoted(child.getIDStr()));
+        return false;
+    }
+    return link(*field, child, at);
+}
+
+Field* SceneBuilder::fieldForChild(const Node& child, std::string_view container, SourcePlace at)
+{
+    Level& level = _levels.back();
+    if (level.field)
+        return level.field;
+    Node& parent = node();
+    const NodeType& type = *child.type();
+    if (!container.empty()) {
+        Field* field = parent.findField(std::string(container), Node::EXACT_FSO);
+        if (!field && isUnknown(*parent.type()))
+            return addField(parent, container, MFNODE_DT, EXPOSEDFIELDP);
+        const int part = field ? static_cast<int>(field->_desc->id) : partIndex(*parent.type(), container);
+        if (part >= 0 && ChildPlacement::holdsNodes(parent, static_cast<unsigned int>(part)))
+            return &editField(parent, static_cast<unsigned int>(part));
+        warn(at, parent.type()->name + ": expected a field that holds nodes, found containerField " +
+                     quoted(container));
+    }
+    int part = _session.placement().find(parent, type);
+    if (part >= 0)
+        return &editField(parent, static_cast<unsigned int>(part));
+    if (isUnknown(*parent.type())) {
+        const std::string_view byDefault = containerField(type);
+        const std::string name(byDefault.empty() ? "children" : byDefault);
+        Field* field = parent.findField(name, Node::EXACT_FSO);
+        return field ? field : addField(parent, name, MFNODE_DT, EXPOSEDFIELDP);
+    }
+    warn(at, parent.type()->name + ": expected nodes that one of its fields takes, found " + type.name);
+    return nullptr;
+}
+
+bool SceneBuilder::link(Field& field, Node& child, SourcePlace at)
+{
+    Node& parent = *field.node();
+    const unsigned int part = field._desc->id;
+    if (!field._desc->privateAccess() && !ChildPlacement::accepts(parent, part, *child.type()))
+        warn(at, label(parent, field.name()) + ": expected " + field._desc->valueType + ", found " +
+                     child.type()->name);
+    if (field.dataType() == MFNODE_DT)
+        return static_cast<MFNode&>(field).addNode(0.0, &child, Field::LOADER_CT);
+    if (field.dataType() != SFNODE_DT) {
+        warn(at, label(parent, field.name()) + ": expected a value of type " + field.dataTypeName() +
+                     ", found the node " + child.type()->name);
+        return false;
+    }
+    auto& single = static_cast<SFNode&>(field);
+    if (single.link().directNode()) {
+        warn(at,
+             label(parent, field.name()) + ": expected one node, found a second one, " + child.type()->name);
+        return false;
+    }
+    return single.setNode(0.0, &child, Field::LOADER_CT);
+}
+
+/// True when the child is open above the place and every field between them belongs to the graph that is
+/// drawn. A script may well hold the group that it stands in.
+bool SceneBuilder::wouldContainItself(const Node& child, const Field& field) const
+{
+    if (field._desc->objExt())
+        return false;
+    for (auto level = _levels.rbegin(); level != _levels.rend(); ++level) {
+        if (level->isAuthorField)
+            return false;
+        if (level->node.get() == &child)
+            return true;
+    }
+    return false;
+}
+
+// ---- Fields
+
+Field* SceneBuilder::findField(std::string_view name, SourcePlace at)
+{
+    Node& owner = node();
+    const int part = partIndex(*owner.type(), name);
+    if (part >= 0)
+        return &editField(owner, static_cast<unsigned int>(part));
+    Field* field = owner.findField(std::string(name), Node::EXACT_FSO);
+    if (!field && !isUnknown(*owner.type()))
+        warn(at, owner.type()->name + ": expected one of its fields, found " + quoted(name));
+    return field;
+}
+
+NodePartDataType SceneBuilder::fieldType(std::string_view name)
+{
+    if (_skipped > 0)
+        return NO_DT;
+    const Node& owner = node();
+    const int part = partIndex(*owner.type(), name);
+    if (part >= 0)
+        return partDesc(*owner.type(), static_cast<unsigned int>(part))->dataType;
+    const Field* field = owner.findField(std::string(name), Node::EXACT_FSO);
+    return field ? field->dataType() : NO_DT;
+}
+
+void SceneBuilder::fieldValue(std::string_view name, std::string_view text, SourcePlace place)
+{
+    const bool ofInlinedScene = isTopLevel() && _scope.parent;
+    if (_skipped > 0 || ofInlinedScene)
+        return;
+    Field* field = findField(name, place);
+    if (field)
+        setValue(*field, text, place);
+    else if (isUnknown(*node().type()))
+        keepUnknownValue(name, text);
+}
+
+void SceneBuilder::setValue(Field& field, std::string_view text, SourcePlace at)
+{
+    const NodePartDesc& desc = *field._desc;
+    const Node& owner = *field.node();
+    if (!(desc.partType & FIELDP)) {
+        warn(at, label(owner, desc.name) + ": expected a field that has a value, found an event");
+        return;
+    }
+    std::string error;
+    bool ok = true;
+    if (field.dataType() == SFSTRING_DT && !coding::isAscii(text)) {
+        ok = field.parseValue(coding::toGraph(text), error);
+    } else if (field.dataType() == MFSTRING_DT) {
+        const std::string_view inner = trimmed(text);
+        if (!inner.empty() && inner.front() != '"' && inner.front() != '[') {
+            field.clear();
+            static_cast<MFString&>(field).addValue(std::string(text));
+        } else {
+            ok = field.parseValue(text, error);
+        }
+        recode(field);
+        _levels.back().namesFiles = _levels.back().namesFiles || namesFiles(owner, desc);
+    } else {
+        ok = field.parseValue(text, error);
+    }
+    if (!ok)
+        warn(at, label(owner, desc.name) + ": " + error);
+    else if (_scope.angleFactor != 1.0)
+        convertAngles(field, _scope.angleFactor);
+}
+
+void SceneBuilder::keepUnknownValue(std::string_view name, std::string_view text)
+{
+    if (Field* field = addField(node(), name, SFSTRING_DT, EXPOSEDFIELDP)) {
+        std::string error;
+        field->parseValue(coding::toGraph(text), error);
+    }
+}
+
+void SceneBuilder::beginFieldNodes(std::string_view name, SourcePlace place)
+{
+    if (_skipped > 0) {
+        ++_skipped;
+        return;
+    }
+    Field* field = findField(name, place);
+    if (!field && isUnknown(*node().type()))
+        field = addField(node(), name, MFNODE_DT, EXPOSEDFIELDP);
+    if (!field) {
+        ++_skipped;
+        return;
+    }
+    _levels.push_back({_levels.back().node, field});
+    _levels.back().isAuthorField = field->_desc->objExt();
+}
+
+void SceneBuilder::endFieldNodes()
+{
+    if (_skipped > 0)
+        --_skipped;
+    else
+        _levels.pop_back();
+}
+
+void SceneBuilder::sourceText(std::string_view text, SourcePlace place)
+{
+    const std::string_view source = trimmed(text);
+    if (_skipped > 0 || source.empty())
+        return;
+    const int part = _levels.back().isNode ? partIndex(*node().type(), "url") : -1;
+    if (part < 0 || partDesc(*node().type(), static_cast<unsigned int>(part))->dataType != MFSTRING_DT) {
+        warn(place, node().type()->name + ": expected elements, found the text " + quoted(source));
+        return;
+    }
+    edit<MFString>(node(), static_cast<unsigned int>(part)).addValue(coding::toGraph(source));
+}
+
+void SceneBuilder::beginDeclaration(const FieldDeclaration& declaration)
+{
+    const bool incomplete =
+        declaration.name.empty() || declaration.dataType == NO_DT || declaration.access == NO_PART;
+    if (_skipped > 0 || incomplete) { // of which the reader has told
+        ++_skipped;
+        return;
+    }
+    Node& owner = node();
+    Field* field = nullptr;
+    if (!_levels.back().isNode || !takesDeclarations(*owner.type()))
+        warn(declaration.place,
+             owner.type()->name + ": expected no field of an author, found " + quoted(declaration.name));
+    else if (!(field = addField(owner, coding::toGraph(declaration.name), declaration.dataType,
+                                declaration.access)))
+        warn(declaration.place, owner.type()->name + ": expected a new name, found " +
+                                    quoted(declaration.name) + ", which is one of its fields");
+    if (!field) {
+        ++_skipped;
+        return;
+    }
+    _levels.push_back({_levels.back().node, field});
+    _levels.back().isAuthorField = true;
+    const bool holdsNodes = declaration.dataType == SFNODE_DT || declaration.dataType == MFNODE_DT;
+    if (declaration.hasValue && !(holdsNodes && declaration.value.empty()))
+        setValue(*field, declaration.value, declaration.place);
+}
+
+void SceneBuilder::endDeclaration()
+{
+    endFieldNodes();
+}
+
+void SceneBuilder::isConnection(std::string_view nodeField, std::string_view, SourcePlace place)
+{
+    if (_skipped == 0)
+        warn(place, "IS: expected to stand inside a prototype, found a connection of " + quoted(nodeField) +
+                        " outside");
+}
+
+// ---- Statements
+
+void SceneBuilder::route(const RouteStatement& statement)
+{
+    if (_skipped > 0)
+        return;
+    const auto end = [&](std::string_view nodeName, std::string_view field) {
+        PendingEnd result;
+        result.nodeName = coding::toGraph(nodeName);
+        result.node = NodeRef(NodeNameSpace::findNode(_scope.names, result.nodeName));
+        result.field = coding::toGraph(field);
+        return result;
+    };
+    _scope.routes.push_back({end(statement.fromNode, statement.fromField),
+                             end(statement.toNode, statement.toField), statement.place});
+}
+
+void SceneBuilder::importNode(const ExchangeStatement& statement)
+{
+    if (_skipped > 0)
+        return;
+    const std::string_view name = statement.name.empty() ? statement.exportedName : statement.name;
+    _scope.imports.push_back({coding::toGraph(statement.inlineName), coding::toGraph(statement.exportedName),
+                              coding::toGraph(name), statement.place});
+}
+
+void SceneBuilder::exportNode(const ExchangeStatement& statement)
+{
+    if (_skipped > 0)
+        return;
+    const std::string local = coding::toGraph(statement.exportedName);
+    const std::string name = statement.name.empty() ? local : coding::toGraph(statement.name);
+    _scope.exports[name] = local;
+    keepExport(*_scope.root, local, name);
+}
+
+// ---- Prototypes. Their declarations are passed over; their instances are nodes of an unknown type.
+
+void SceneBuilder::beginProto(std::string_view, SourcePlace)
+{
+    ++_skipped;
+    ++_session.report().protos;
+}
+
+void SceneBuilder::beginProtoBody()
+{
+}
+
+void SceneBuilder::endProto()
+{
+    --_skipped;
+}
+
+void SceneBuilder::beginExternProto(std::string_view name, std::string_view, SourcePlace place)
+{
+    beginProto(name, place);
+}
+
+void SceneBuilder::endExternProto()
+{
+    endProto();
+}
+
+} // namespace Orvane

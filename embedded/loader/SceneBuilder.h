@@ -1,0 +1,80 @@
+#pragma once
+
+#include "base/NodeRef.h"
+#include "loader/SceneSink.h"
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+namespace Orvane {
+
+class Field;
+class LoadSession;
+class Node;
+class NodeType;
+struct FileScope;
+
+/// Makes the graph of one file from what its reader tells, and all messages about what the graph does not
+/// take. Nodes are linked as they begin, so the first node of the stack holds all that follow.
+class SceneBuilder : public SceneSink
+{
+public:
+    /// Nodes without another place go into \a content, a field of the scope's root.
+    SceneBuilder(LoadSession& session, FileScope& scope, Field& content);
+
+    void head(const HeadStatement& statement) override;
+    bool beginNode(const NodeStart& start) override;
+    void endNode() override;
+    void useNode(const NodeUse& use) override;
+    NodePartDataType fieldType(std::string_view field) override;
+    void fieldValue(std::string_view field, std::string_view text, SourcePlace place) override;
+    void beginFieldNodes(std::string_view field, SourcePlace place) override;
+    void endFieldNodes() override;
+    void sourceText(std::string_view text, SourcePlace place) override;
+    void beginDeclaration(const FieldDeclaration& declaration) override;
+    void endDeclaration() override;
+    void isConnection(std::string_view nodeField, std::string_view protoField, SourcePlace place) override;
+    void route(const RouteStatement& statement) override;
+    void importNode(const ExchangeStatement& statement) override;
+    void exportNode(const ExchangeStatement& statement) override;
+    void beginProto(std::string_view name, SourcePlace place) override;
+    void beginProtoBody() override;
+    void endProto() override;
+    void beginExternProto(std::string_view name, std::string_view urls, SourcePlace place) override;
+    void endExternProto() override;
+
+private:
+    /// An open node, or an open field of the node below it that takes the nodes that follow.
+    struct Level
+    {
+        NodeRef node;
+        Field* field = nullptr; ///< null: nodes go where their type asks
+        bool isNode = false;
+        bool isAuthorField = false; ///< declared by the author, so that a cycle through it is allowed
+        bool namesFiles = false;    ///< has a field whose files must be looked for
+    };
+
+    Node& node() const { return *_levels.back().node; }
+    bool isTopLevel() const { return _levels.size() == 1; }
+    void warn(SourcePlace place, std::string text);
+
+    NodeRef makeNode(const NodeStart& start);
+    void name(Node& node, const NodeStart& start);
+    bool placeRoot(Node& node);
+    bool place(Node& child, std::string_view containerField, SourcePlace at);
+    Field* fieldForChild(const Node& child, std::string_view containerField, SourcePlace at);
+    bool link(Field& field, Node& child, SourcePlace at);
+    bool wouldContainItself(const Node& child, const Field& field) const;
+    Field* findField(std::string_view name, SourcePlace at);
+    void setValue(Field& field, std::string_view text, SourcePlace at);
+    void keepUnknownValue(std::string_view name, std::string_view text);
+
+    LoadSession& _session;
+    FileScope& _scope;
+    std::vector<Level> _levels;
+    unsigned int _depth;
+    unsigned int _skipped = 0; ///< open elements whose events are not taken
+    std::unordered_set<std::string> _warnedTypes;
+};
+
+} // namespace Orvane

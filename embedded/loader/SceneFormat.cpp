@@ -1,0 +1,140 @@
+#include "loader/SceneFormat.h"
+
+#include "base/SceneLoader.h"
+#include "loader/LoadMessages.h"
+#include "loader/LoadSession.h"
+#include "loader/XmlReader.h"
+#include "loader/XmlWriter.h"
+#include <Orvane/GraphLoader.h>
+#include <Orvane/LoadReport.h>
+#include <Relayne/URL.h>
+#include <algorithm>
+
+namespace Orvane {
+
+namespace {
+
+bool startsWith(std::string_view text, std::string_view start)
+{
+    return text.substr(0, start.size()) == start;
+}
+
+bool readScene(Context& context, const Relayne::URL& url, const std::string* text, LoadedScene& scene,
+               LoadReport& report)
+{
+    try {
+        return LoadSession(context, report).readScene(url, text, scene);
+    } catch (const std::exception& exception) {
+        // Memory that does not suffice; anything else is told by the readers themselves.
+        report.messages.push_back({LoadMessage::ERROR_LM, url.toString(), 0, 0,
+                                   std::string("expected room for the scene, found: ") + exception.what()});
+        scene.roots.clear();
+        return false;
+    }
+}
+
+bool writeScene(const Node& root, const std::string& path, const SaveOptions& options, std::string& error)
+{
+    const SceneFormat* format = formatOfSuffix(path);
+    if (format && format->write)
+        return format->write(root, path, options, error);
+    error = path + ": expected a suffix of an encoding that can be written (";
+    const char* divider = "";
+    for (const SceneFormat& each : sceneFormats()) {
+        if (!each.write)
+            continue;
+        for (const char* suffix : each.suffixes) {
+            error += std::string(divider) + "." + suffix;
+            divider = ", ";
+        }
+    }
+    error += ")";
+    return false;
+}
+
+const SceneLoaderRegistration registration(readScene, writeScene);
+
+} // namespace
+
+const std::vector<SceneFormat>& sceneFormats()
+{
+    static const std::vector<SceneFormat> formats = {
+        {"X3D XML", {"x3d", "x3dz"}, isXml, readXml, writeXml},
+    };
+    return formats;
+}
+
+const SceneFormat* findFormat(std::string_view text)
+{
+    for (const SceneFormat& format : sceneFormats())
+        if (format.recognizes(text))
+            return &format;
+    return nullptr;
+}
+
+const SceneFormat* formatOfSuffix(const std::string& path)
+{
+    const std::size_t dot = path.find_last_of("./");
+    if (dot == std::string::npos || path[dot] != '.')
+        return nullptr;
+    std::string suffix = path.substr(dot + 1);
+    std::transform(suffix.begin(), suffix.end(), suffix.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    for (const SceneFormat& format : sceneFormats())
+        for (const char* each : format.suffixes)
+            if (suffix == each)
+                return &format;
+    return nullptr;
+}
+
+std::string readableFormats()
+{
+    std::string names;
+    for (const SceneFormat& format : sceneFormats())
+        names += (names.empty() ? "" : " or ") + std::string(format.name);
+    return names;
+}
+
+std::string foundFormat(std::string_view text)
+{
+    if (text.empty())
+        return "an empty file";
+    if (startsWith(text, "#VRML V1.0"))
+        return "VRML 1.0";
+    if (startsWith(text, "#VRML V2.0"))
+        return "VRML97";
+    if (startsWith(text, "#X3D"))
+        return "X3D in classic encoding";
+    return quoted(text.substr(0, text.find('\n')));
+}
+
+int GraphLoader::getFormatList(std::list<std::string>& formats, FormatStyle style)
+{
+    for (const SceneFormat& format : sceneFormats()) {
+        std::string text = format.name;
+        if (style == FILTER_FS) {
+            const char* divider = " (";
+            for (const char* suffix : format.suffixes) {
+                text += std::string(divider) + "*." + suffix;
+                divider = " ";
+            }
+            text += ")";
+        }
+        formats.push_back(std::move(text));
+    }
+    return static_cast<int>(sceneFormats().size());
+}
+
+int GraphLoader::getSuffixList(std::list<std::string>& suffixes)
+{
+    int count = 0;
+    for (const SceneFormat& format : sceneFormats()) {
+        for (const char* suffix : format.suffixes) {
+            suffixes.emplace_back(suffix);
+            ++count;
+        }
+    }
+    return count;
+}
+
+} // namespace Orvane

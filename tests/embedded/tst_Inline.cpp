@@ -1,0 +1,269 @@
+#include "LoadedText.h"
+#include <Orvane/EventOutSlot.h>
+#include <Orvane/NodePartDesc.h>
+#include <Orvane/System.h>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace Orvane;
+
+class tst_Inline : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { System::the().init(0, nullptr, 382); }
+    void cleanupTestCase() { System::the().exit(); }
+    void init();
+
+    void contentIsAmongTheChildren();
+    void namesOfTheFileAreItsOwn();
+    void addressesCountFromTheirOwnFile();
+    void firstReadableAddressCounts();
+    void missingFileIsTold();
+    void networkIsNotAsked();
+    void fileThatInlinesItselfIsTold();
+    void unreadableFileIsToldAndTheRestLoads();
+    void inlineThatIsNotToLoadStaysEmpty();
+    void rootsOfInlinedFilesAreNotTaken();
+    void importedNodesCanBeRouted();
+    void importsThatCannotBeAreTold();
+    void nestingCountsOverAllFiles();
+    void bytesOfAllFilesCount();
+    void sharedInlineIsReadOnce();
+
+private:
+    void write(const char* name, const std::string& nodes);
+    std::string path(const char* name) const;
+    /// The messages as "file:line:column text", the file without its folder.
+    QStringList told(const LoadedText& scene) const;
+
+    std::unique_ptr<QTemporaryDir> _folder;
+};
+
+void tst_Inline::init()
+{
+    _folder = std::make_unique<QTemporaryDir>();
+}
+
+std::string tst_Inline::path(const char* name) const
+{
+    return _folder->filePath(QLatin1String(name)).toStdString();
+}
+
+void tst_Inline::write(const char* name, const std::string& nodes)
+{
+    QDir().mkpath(QFileInfo(QString::fromStdString(path(name))).path());
+    QFile file(QString::fromStdString(path(name)));
+    const QByteArray text = QByteArray::fromStdString(LoadedText::document(nodes));
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        qFatal("the temporary folder takes no file");
+}
+
+QStringList tst_Inline::told(const LoadedText& scene) const
+{
+    QStringList list;
+    for (const LoadMessage& message : scene.report().messages)
+        list << QString::fromStdString(message.toString()).remove(_folder->path() + QLatin1Char('/'));
+    return list;
+}
+
+void tst_Inline::contentIsAmongTheChildren()
+{
+    write("inner.x3d", "<Group><Shape/></Group><Viewpoint/>");
+    write("scene.x3d", "<Inline url='\"inner.x3d\"'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(told(scene), QStringList());
+    QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Inline(Group(Shape) Viewpoint))"));
+    std::vector<Node*> children;
+    scene.scene()->collectAllChildren(children, 0);
+    Field* last = children[0]->findField(children[0]->partDescCount() - 1);
+    QVERIFY(last->_desc->privateAccess());
+}
+
+void tst_Inline::namesOfTheFileAreItsOwn()
+{
+    write("inner.x3d", "<Group DEF='A'/><Group DEF='Only'/>");
+    write("scene.x3d", "<Transform DEF='A'/><Inline DEF='I' url='\"inner.x3d\"'/><Group USE='Only'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(scene.find("A")->type()->name, std::string("Transform"));
+    QVERIFY(!scene.find("Only"));
+    QCOMPARE(told(scene),
+             QStringList(QStringLiteral("scene.x3d:2:56: USE: expected the name of a node, found \"Only\"")));
+    NodeNameSpace* inner = NodeNameSpace::findNameSpace(scene.scene()->nameSpace(), "I", nullptr, false);
+    QVERIFY(inner);
+    QCOMPARE(inner->rootNode(), scene.find("I"));
+    Node* group = NodeNameSpace::findNode(inner, "A");
+    QVERIFY(group);
+    QCOMPARE(group->type()->name, std::string("Group"));
+}
+
+void tst_Inline::addressesCountFromTheirOwnFile()
+{
+    write("parts/more/deep.x3d", "<Box/>");
+    write("parts/inner.x3d", "<Inline url='\"more/deep.x3d\"'/>");
+    write("scene.x3d", "<Inline url='\"parts/inner.x3d\"'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(told(scene), QStringList());
+    QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Inline(Inline(Box)))"));
+}
+
+void tst_Inline::firstReadableAddressCounts()
+{
+    write("inner.x3d", "<Box/>");
+    write("other.x3d", "<Sphere/>");
+    write("scene.x3d",
+          "<Inline url='\"http://example.org/x.x3d\" \"none.x3d\" \"inner.x3d\" \"other.x3d\"'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(told(scene), QStringList());
+    QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Inline(Box))"));
+}
+
+void tst_Inline::missingFileIsTold()
+{
+    write("scene.x3d", "<Group/>\n  <Inline url='\"none.x3d\" \"nor this.x3d\"'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(told(scene),
+             QStringList(QStringLiteral("scene.x3d:3:3: Inline.url: expected a readable local file, found "
+                                        "\"none.x3d\", \"nor this.x3d\"")));
+}
+
+void tst_Inline::networkIsNotAsked()
+{
+    write("scene.x3d", "<Inline url='\"http://127.0.0.1:1/a.x3d\"'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(told(scene),
+             QStringList(QStringLiteral("scene.x3d:2:1: Inline.url: expected a readable local file, found "
+                                        "\"http://127.0.0.1:1/a.x3d\"")));
+    LoadedText remote;
+    QVERIFY(!remote.loadFile("http://127.0.0.1:1/a.x3d"));
+    QCOMPARE(told(remote),
+             QStringList(QStringLiteral("http://127.0.0.1:1/a.x3d: expected a local file, found an "
+                                        "address of a network")));
+}
+
+void tst_Inline::fileThatInlinesItselfIsTold()
+{
+    write("a.x3d", "<Box/><Inline url='\"b.x3d\"'/>");
+    write("b.x3d", "<Sphere/><Inline url='\"../" + QFileInfo(_folder->path()).fileName().toStdString() +
+                       "/a.x3d\"'/><Cone/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("a.x3d")));
+    QCOMPARE(told(scene).size(), 1);
+    QVERIFY(told(scene)[0].startsWith(
+        QLatin1String("b.x3d:2:10: Inline.url: expected a file that does not inline itself, found")));
+    QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Box Inline(Sphere Inline Cone))"));
+}
+
+void tst_Inline::unreadableFileIsToldAndTheRestLoads()
+{
+    QFile bad(QString::fromStdString(path("bad.x3d")));
+    QVERIFY(bad.open(QIODevice::WriteOnly));
+    bad.write("<X3D><Scene><Box></Scene></X3D>");
+    bad.close();
+    write("good.x3d", "<Cone/>");
+    write("scene.x3d", "<Inline url='\"bad.x3d\"'/><Inline url='\"bad.x3d\" \"good.x3d\"'/><Box/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Inline Inline(Cone) Box)"));
+    QVERIFY(told(scene)[0].startsWith(QLatin1String("bad.x3d:1:")));
+    QCOMPARE(
+        told(scene)[1],
+        QStringLiteral("scene.x3d:2:1: Inline.url: expected a scene that can be read, found \"bad.x3d\""));
+}
+
+void tst_Inline::inlineThatIsNotToLoadStaysEmpty()
+{
+    write("scene.x3d", "<Inline load='false' url='\"none.x3d\"'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(told(scene), QStringList());
+    QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Inline)"));
+}
+
+void tst_Inline::rootsOfInlinedFilesAreNotTaken()
+{
+    write("inner.x3d", "<Engine><Window/></Engine><Box/>");
+    write("scene.x3d", "<Inline url='\"inner.x3d\"'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(told(scene),
+             QStringList(QStringLiteral("inner.x3d:2:1: expected no root node here, found Engine")));
+    QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Inline(Box))"));
+}
+
+void tst_Inline::importedNodesCanBeRouted()
+{
+    write("inner.x3d", "<TimeSensor DEF='T'/><EXPORT localDEF='T' AS='Clock'/>");
+    write("scene.x3d", "<IMPORT inlineDEF='I' importedDEF='Clock' AS='C'/><ROUTE fromNode='C' "
+                       "fromField='fraction_changed' toNode='P' toField='set_fraction'/><Inline DEF='I' "
+                       "url='\"inner.x3d\"'/><PositionInterpolator DEF='P'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(told(scene), QStringList());
+    QCOMPARE(scene.report().routes, std::size_t(1));
+}
+
+void tst_Inline::importsThatCannotBeAreTold()
+{
+    write("inner.x3d", "<TimeSensor DEF='T'/>");
+    write("scene.x3d", "<Group DEF='G'/><Inline DEF='I' url='\"inner.x3d\"'/>\n"
+                       "<IMPORT inlineDEF='G' importedDEF='T'/>\n<IMPORT inlineDEF='I' importedDEF='T'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(
+        told(scene),
+        QStringList(
+            {QStringLiteral("scene.x3d:3:1: IMPORT: expected the name of an Inline, found \"G\""),
+             QStringLiteral("scene.x3d:4:1: IMPORT: expected a name that inner.x3d exports, found \"T\"")}));
+}
+
+void tst_Inline::nestingCountsOverAllFiles()
+{
+    const auto nested = [](int depth, const std::string& inside) {
+        std::string text;
+        for (int i = 0; i < depth; ++i)
+            text += "<Group>";
+        text += inside;
+        for (int i = 0; i < depth; ++i)
+            text += "</Group>";
+        return text;
+    };
+    write("inner.x3d", nested(1200, ""));
+    write("scene.x3d", nested(1000, "<Inline DEF='I' url='\"inner.x3d\"'/>"));
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QVERIFY(told(scene)[0].contains(
+        QLatin1String("expected nodes that nest at most 2000 deep, found deeper ones")));
+    QCOMPARE(scene.find("I")->childCount(), 0);
+}
+
+void tst_Inline::bytesOfAllFilesCount()
+{
+    write("inner.x3d", "<Box/>");
+    write("scene.x3d", "<Inline url='\"inner.x3d\"'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    const qint64 bytes = QFileInfo(QString::fromStdString(path("inner.x3d"))).size() +
+                         QFileInfo(QString::fromStdString(path("scene.x3d"))).size();
+    QCOMPARE(scene.report().bytes, static_cast<std::size_t>(bytes));
+}
+
+void tst_Inline::sharedInlineIsReadOnce()
+{
+    write("inner.x3d", "<Box/>");
+    write("scene.x3d", "<Inline DEF='I' url='\"inner.x3d\"'/><Group><Inline USE='I'/></Group>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Inline(Box) Group(Inline(Box)))"));
+    QCOMPARE(scene.find("I")->childCount(), 1);
+}
+
+QTEST_APPLESS_MAIN(tst_Inline)
+#include "tst_Inline.moc"

@@ -1,0 +1,341 @@
+#include "loader/LoadMessages.h"
+#include "loader/SceneSink.h"
+#include "loader/SourceText.h"
+#include "loader/XmlReader.h"
+#include <QtTest>
+
+using namespace Orvane;
+
+namespace {
+
+/// Writes down what it hears, one line an event.
+class Recorder : public SceneSink
+{
+public:
+    QStringList events;
+    int nodeLimit = 1000000;
+
+    void head(const HeadStatement& s) override
+    {
+        static const char* const kinds[] = {"profile", "component", "unit", "meta"};
+        add(QStringLiteral("%1 %2=%3").arg(QLatin1String(kinds[s.kind]), text(s.name), text(s.content)));
+    }
+    bool beginNode(const NodeStart& s) override
+    {
+        add(QStringLiteral("%1%2 %3 %4 %5:%6")
+                .arg(QLatin1String(s.isInstance ? "instance " : "node "), text(s.type), text(s.name),
+                     text(s.containerField))
+                .arg(s.place.line)
+                .arg(s.place.column));
+        return --nodeLimit >= 0;
+    }
+    void endNode() override { add(QStringLiteral("end")); }
+    void useNode(const NodeUse& u) override
+    {
+        add(QStringLiteral("use %1 %2 %3").arg(text(u.type), text(u.name), text(u.containerField)));
+    }
+    NodePartDataType fieldType(std::string_view) override { return NO_DT; }
+    void fieldValue(std::string_view field, std::string_view value, SourcePlace place) override
+    {
+        add(QStringLiteral("value %1=%2 %3:%4")
+                .arg(text(field), text(value))
+                .arg(place.line)
+                .arg(place.column));
+    }
+    void beginFieldNodes(std::string_view field, SourcePlace) override
+    {
+        add(QStringLiteral("nodes of ") + text(field));
+    }
+    void endFieldNodes() override { add(QStringLiteral("end nodes")); }
+    void sourceText(std::string_view source, SourcePlace place) override
+    {
+        add(QStringLiteral("text %1 %2:%3").arg(text(source)).arg(place.line).arg(place.column));
+    }
+    void beginDeclaration(const FieldDeclaration& d) override
+    {
+        add(QStringLiteral("field %1 %2 %3 %4")
+                .arg(text(d.name))
+                .arg(d.dataType)
+                .arg(d.access)
+                .arg(d.hasValue ? text(d.value) : QStringLiteral("-")));
+    }
+    void endDeclaration() override { add(QStringLiteral("end field")); }
+    void isConnection(std::string_view node, std::string_view proto, SourcePlace) override
+    {
+        add(QStringLiteral("is %1 %2").arg(text(node), text(proto)));
+    }
+    void route(const RouteStatement& r) override
+    {
+        add(QStringLiteral("route %1.%2 %3.%4")
+                .arg(text(r.fromNode), text(r.fromField), text(r.toNode), text(r.toField)));
+    }
+    void importNode(const ExchangeStatement& s) override
+    {
+        add(QStringLiteral("import %1.%2 as %3").arg(text(s.inlineName), text(s.exportedName), text(s.name)));
+    }
+    void exportNode(const ExchangeStatement& s) override
+    {
+        add(QStringLiteral("export %1 as %2").arg(text(s.exportedName), text(s.name)));
+    }
+    void beginProto(std::string_view name, SourcePlace) override
+    {
+        add(QStringLiteral("proto ") + text(name));
+    }
+    void beginProtoBody() override { add(QStringLiteral("body")); }
+    void endProto() override { add(QStringLiteral("end proto")); }
+    void beginExternProto(std::string_view name, std::string_view urls, SourcePlace) override
+    {
+        add(QStringLiteral("extern %1 %2").arg(text(name), text(urls)));
+    }
+    void endExternProto() override { add(QStringLiteral("end extern")); }
+
+private:
+    static QString text(std::string_view view)
+    {
+        return QString::fromUtf8(view.data(), static_cast<int>(view.size()));
+    }
+    void add(const QString& event) { events << event; }
+};
+
+} // namespace
+
+class tst_XmlReader : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nodesAndValuesComeWithTheirPlaces();
+    void usesComeWithoutContent();
+    void headComesBeforeTheScene();
+    void declaredFieldsHoldNodes();
+    void neighbouringTextsAreOne();
+    void commentsAndProcessingInstructionsAreNothing();
+    void prototypesComeInOrder();
+    void statementsAreRead();
+    void statementsWithoutTheirAttributesAreTold();
+    void entitiesAndLineEndsOfAttributes();
+    void generalAttributesAreNothing();
+    void sceneMayBeMissingRoundTheNodes();
+    void whatIsNoSceneIsRefused_data();
+    void whatIsNoSceneIsRefused();
+    void readerStopsWhenTheSceneIsGivenUp();
+    void deepDocumentsNeedNoStack();
+
+private:
+    bool read(const std::string& text);
+    QStringList scene(const std::string& nodes);
+
+    Recorder _recorder;
+    LoadReport _report;
+};
+
+bool tst_XmlReader::read(const std::string& text)
+{
+    _recorder.events.clear();
+    _report = LoadReport();
+    std::size_t leftOut = 0;
+    LoadMessages messages(_report, leftOut, "file");
+    SourceText source;
+    SourceFault fault;
+    return source.takeText(text, fault) && readXml(source, _recorder, messages);
+}
+
+QStringList tst_XmlReader::scene(const std::string& nodes)
+{
+    if (!read("<X3D><Scene>\n" + nodes + "</Scene></X3D>"))
+        return {QStringLiteral("refused")};
+    return _recorder.events;
+}
+
+void tst_XmlReader::nodesAndValuesComeWithTheirPlaces()
+{
+    const QStringList expected = {
+        QStringLiteral("node Group A  2:1"),
+        QStringLiteral("node Shape  children 3:3"),
+        QStringLiteral("value bboxSize=1 2 3 4:13"),
+        QStringLiteral("node Box   5:5"),
+        QStringLiteral("end"),
+        QStringLiteral("end"),
+        QStringLiteral("end"),
+    };
+    QCOMPARE(scene("<Group DEF='A'>\n  <Shape containerField='children'\n  bboxSize='1 2 3'>\n    "
+                   "<Box/></Shape></Group>"),
+             expected);
+    QVERIFY(_report.messages.empty());
+}
+
+void tst_XmlReader::usesComeWithoutContent()
+{
+    QCOMPARE(scene("<Group USE='A' containerField='proxy'><Box/></Group>"),
+             QStringList(QStringLiteral("use Group A proxy")));
+    QCOMPARE(_report.messages.size(), std::size_t(1));
+    QCOMPARE(_report.messages[0].text, std::string("Group: expected no content with USE, found some"));
+}
+
+void tst_XmlReader::headComesBeforeTheScene()
+{
+    QVERIFY(read("<X3D profile='Full' version='3.3' xmlns:xsd='x' xsd:noNamespaceSchemaLocation='y'><head>"
+                 "<component name='Text' level='1'/><unit category='angle' name='degree' "
+                 "conversionFactor='0.5'/><meta name='title' content='T'/></head><Scene/></X3D>"));
+    const QStringList expected = {QStringLiteral("profile Full=3.3"), QStringLiteral("component Text=1"),
+                                  QStringLiteral("unit angle=degree"), QStringLiteral("meta title=T")};
+    QCOMPARE(_recorder.events, expected);
+    QVERIFY(_report.messages.empty());
+}
+
+void tst_XmlReader::declaredFieldsHoldNodes()
+{
+    const QStringList expected = {
+        QStringLiteral("node Script   2:1"),
+        QStringLiteral("field a %1 %2 1").arg(SFFLOAT_DT).arg(FIELDP),
+        QStringLiteral("end field"),
+        QStringLiteral("field n %1 %2 -").arg(SFNODE_DT).arg(EXPOSEDFIELDP),
+        QStringLiteral("use Group G "),
+        QStringLiteral("end field"),
+        QStringLiteral("end"),
+    };
+    QCOMPARE(
+        scene("<Script><field name='a' type='SFFloat' accessType='initializeOnly' value='1'/><field name='n' "
+              "type='SFNode' accessType='inputOutput'><Group USE='G'/></field></Script>"),
+        expected);
+}
+
+void tst_XmlReader::neighbouringTextsAreOne()
+{
+    const QStringList expected = {QStringLiteral("node Script   2:1"), QStringLiteral("text a]]>b 2:18"),
+                                  QStringLiteral("end")};
+    QCOMPARE(scene("<Script><![CDATA[a]]]]><![CDATA[>b]]></Script>"), expected);
+}
+
+void tst_XmlReader::commentsAndProcessingInstructionsAreNothing()
+{
+    QCOMPARE(scene("<!-- c --><?p i?><Group><!-- c --></Group>"),
+             QStringList({QStringLiteral("node Group   2:18"), QStringLiteral("end")}));
+    QVERIFY(_report.messages.empty());
+}
+
+void tst_XmlReader::prototypesComeInOrder()
+{
+    const QStringList expected = {
+        QStringLiteral("proto P"),
+        QStringLiteral("field c %1 %2 1 0 0").arg(SFCOLOR_DT).arg(EXPOSEDFIELDP),
+        QStringLiteral("end field"),
+        QStringLiteral("body"),
+        QStringLiteral("node Material   2:139"),
+        QStringLiteral("is diffuseColor c"),
+        QStringLiteral("end"),
+        QStringLiteral("end proto"),
+        QStringLiteral("extern E \"e.x3d\""),
+        QStringLiteral("end extern"),
+        QStringLiteral("instance P I  2:290"),
+        QStringLiteral("value c=0 0 1 2:350"),
+        QStringLiteral("nodes of n"),
+        QStringLiteral("node Box   2:379"),
+        QStringLiteral("end"),
+        QStringLiteral("end nodes"),
+        QStringLiteral("end"),
+    };
+    QCOMPARE(
+        scene(
+            "<ProtoDeclare name='P'><ProtoInterface><field name='c' type='SFColor' accessType='inputOutput' "
+            "value='1 0 0'/></ProtoInterface><ProtoBody><Material><IS><connect nodeField='diffuseColor' "
+            "protoField='c'/></IS></Material></ProtoBody></ProtoDeclare><ExternProtoDeclare name='E' "
+            "url='\"e.x3d\"'/><ProtoInstance name='P' DEF='I'><fieldValue name='c' value='0 0 "
+            "1'/><fieldValue "
+            "name='n'><Box/></fieldValue></ProtoInstance>"),
+        expected);
+}
+
+void tst_XmlReader::statementsAreRead()
+{
+    const QStringList expected = {QStringLiteral("route A.b C.d"), QStringLiteral("import I.x as y"),
+                                  QStringLiteral("export x as y")};
+    QCOMPARE(
+        scene(
+            "<ROUTE fromNode='A' fromField='b' toNode='C' toField='d'/><IMPORT inlineDEF='I' importedDEF='x' "
+            "AS='y'/><EXPORT localDEF='x' AS='y'/>"),
+        expected);
+}
+
+void tst_XmlReader::statementsWithoutTheirAttributesAreTold()
+{
+    QCOMPARE(scene("<ROUTE fromNode='A' toNode='C' toField='d'/>"), QStringList());
+    QCOMPARE(_report.messages.size(), std::size_t(1));
+    QCOMPARE(_report.messages[0].toString(),
+             std::string("file:2:1: ROUTE: expected the attribute fromField, found "
+                         "none"));
+}
+
+void tst_XmlReader::entitiesAndLineEndsOfAttributes()
+{
+    QCOMPARE(scene("<Text string='&quot;a&#10;b&quot;&#x20;&lt;&amp;\r\nc'/>").value(1),
+             QStringLiteral("value string=\"a\nb\" <& c 2:15"));
+}
+
+void tst_XmlReader::generalAttributesAreNothing()
+{
+    QCOMPARE(scene("<Group id='a' class='b' style='c' xml:lang='d'/>"),
+             QStringList({QStringLiteral("node Group   2:1"), QStringLiteral("end")}));
+    QVERIFY(_report.messages.empty());
+}
+
+void tst_XmlReader::sceneMayBeMissingRoundTheNodes()
+{
+    QVERIFY(read("<X3D><head/><Group/></X3D>"));
+    QCOMPARE(_recorder.events, QStringList({QStringLiteral("node Group   1:13"), QStringLiteral("end")}));
+    QCOMPARE(_report.messages.size(), std::size_t(1));
+    QCOMPARE(_report.messages[0].text, std::string("X3D: expected a Scene, found \"Group\""));
+}
+
+void tst_XmlReader::whatIsNoSceneIsRefused_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("message");
+    const auto row = [](const char* name, const char* text, const char* message) {
+        QTest::newRow(name) << QByteArray(text) << QString::fromLatin1(message);
+    };
+    row("other root", "<html/>", "file:1:1: expected the root element X3D, found \"html\"");
+    row("empty root", "<X3D/>", "file:1:1: expected a Scene in X3D, found none");
+    row("only blanks", "   ", "file:1:4: expected the root element X3D, found the end of the file");
+    row("wrong end", "<X3D>\n<Scene></X3D>",
+        "file:2:10: expected the end tag of the open element, found \"X3D>\"");
+    row("cut", "<X3D><Scene>",
+        "file:1:13: expected the end tag of the open element, found the end of the file");
+    row("cut in an attribute", "<X3D a='b",
+        "file:1:10: expected an attribute with its value in quotes, found the end of the file");
+    row("cut comment", "<X3D><!-- abc",
+        "file:1:14: expected the end of a comment, found the end of the file");
+    row("no quotes", "<X3D a=b/>", "file:1:8: expected an attribute with its value in quotes, found \"b/>\"");
+}
+
+void tst_XmlReader::whatIsNoSceneIsRefused()
+{
+    QFETCH(QByteArray, text);
+    QVERIFY(!read(text.toStdString()));
+    QCOMPARE(_report.messages.size(), std::size_t(1));
+    QCOMPARE(_report.messages[0].severity, LoadMessage::ERROR_LM);
+    QTEST(QString::fromStdString(_report.messages[0].toString()), "message");
+    QVERIFY(_recorder.events.isEmpty());
+}
+
+void tst_XmlReader::readerStopsWhenTheSceneIsGivenUp()
+{
+    _recorder.nodeLimit = 1;
+    QVERIFY(!read("<X3D><Scene><Group/><Group/><Group/></Scene></X3D>"));
+    QCOMPARE(_recorder.events.filter(QStringLiteral("node")).size(), 2);
+    _recorder.nodeLimit = 1000000;
+}
+
+void tst_XmlReader::deepDocumentsNeedNoStack()
+{
+    const int depth = 200000;
+    std::string text;
+    for (int i = 0; i < depth; ++i)
+        text += "<Group>";
+    for (int i = 0; i < depth; ++i)
+        text += "</Group>";
+    QCOMPARE(scene(text).size(), 2 * depth);
+}
+
+QTEST_APPLESS_MAIN(tst_XmlReader)
+#include "tst_XmlReader.moc"
