@@ -66,7 +66,6 @@ private slots:
     void aNewWindowGetsTheViewOfTheCallback();
     void aCallbackWithoutAViewLeavesTheListAsItWas();
     void aWindowAnnouncedTwiceGetsASecondView();
-    void aViewThatIsGivenTwiceLeavesTheListWhole();
     void theParentOfNewViewsMayDie();
     void anEndedWindowLosesItsView();
     void anEndedWindowCallsTheCallbackWithItsView();
@@ -248,26 +247,6 @@ void tst_WindowObserver::aWindowAnnouncedTwiceGetsASecondView()
     QVERIFY(!first->isVisible());
     delete first;
     QVERIFY(window.proc.winPtr() == second->winPtr());
-}
-
-void tst_WindowObserver::aViewThatIsGivenTwiceLeavesTheListWhole()
-{
-    static QorRenderView* only = nullptr;
-    only = nullptr;
-    QorRenderView::connectObserver(
-        [](Orvane::WindowProc* proc) -> QorRenderView* {
-            if (!only)
-                only = new CountingView(proc, nullptr);
-            return only;
-        },
-        nullptr);
-    TestWindow window;
-    window.announce();
-    window.announce();
-    delete only;
-    LogCapture log(osg::LOG_FATAL);
-    window.fire(WindowProc::_showWidget);
-    QCOMPARE(log.take(), QByteArrayList{NoView});
 }
 
 void tst_WindowObserver::theParentOfNewViewsMayDie()

@@ -1,0 +1,118 @@
+#include "BenchScenes.h"
+#include "LineReporter.h"
+#include <OpenSG/OSGLog.h>
+#include <Orvane/Context.h>
+#include <Orvane/System.h>
+#include <pugixml.hpp>
+#ifdef ORVANE_BENCH_COIN
+#include <Inventor/SoDB.h>
+#include <Inventor/SoInput.h>
+#include <Inventor/nodes/SoNode.h>
+#include <Inventor/nodes/SoSeparator.h>
+#endif
+
+namespace {
+
+constexpr int boxes = 10000;
+constexpr int side = 708; // a million triangles
+
+const std::string& boxesScene()
+{
+    static const std::string text = bench::boxesXml(boxes);
+    return text;
+}
+
+const std::string& meshScene()
+{
+    static const std::string text = bench::meshXml(side);
+    return text;
+}
+
+void loadScene(benchmark::State& state, const std::string& text)
+{
+    for (auto step : state) {
+        static_cast<void>(step);
+        Orvane::Context* context = Orvane::Context::create();
+        if (!context->load("bench.x3d", text, Orvane::Context::REPLACE_LT, std::string()))
+            state.SkipWithError("the scene does not load");
+        state.PauseTiming();
+        context->subRef();
+        state.ResumeTiming();
+    }
+}
+
+/// The floor: the parser alone, which knows nothing of nodes.
+void parseXml(benchmark::State& state, const std::string& text)
+{
+    for (auto step : state) {
+        static_cast<void>(step);
+        std::string copy = text;
+        pugi::xml_document document;
+        if (!document.load_buffer_inplace(copy.data(), copy.size()))
+            state.SkipWithError("the scene is no XML");
+        state.PauseTiming();
+        document.reset();
+        state.ResumeTiming();
+    }
+}
+
+void saveScene(benchmark::State& state, const std::string& text)
+{
+    Orvane::Context* context = Orvane::Context::create();
+    context->load("bench.x3d", text, Orvane::Context::REPLACE_LT, std::string());
+    std::string error;
+    for (auto step : state) {
+        static_cast<void>(step);
+        if (!context->save("/tmp/orvane-bench-save.x3d", Orvane::SaveOptions(), error))
+            state.SkipWithError(error.c_str());
+    }
+    std::remove("/tmp/orvane-bench-save.x3d");
+    context->subRef();
+}
+
+#ifdef ORVANE_BENCH_COIN
+void loadCoin(benchmark::State& state, const std::string& text)
+{
+    for (auto step : state) {
+        static_cast<void>(step);
+        SoInput input;
+        input.setBuffer(text.data(), text.size());
+        SoNode* root = SoDB::readAllVRML(&input);
+        if (!root)
+            state.SkipWithError("the scene does not load");
+        state.PauseTiming();
+        if (root) {
+            root->ref();
+            root->unref();
+        }
+        state.ResumeTiming();
+    }
+}
+#endif
+
+template <class Function>
+void add(const char* name, Function function, const std::string& text)
+{
+    benchmark::RegisterBenchmark(name, function, text)->Unit(benchmark::kMillisecond);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    osg::osgLog().setLogLevel(osg::LOG_LOG);
+    Orvane::System::the().init(0, nullptr, 382);
+    add("load_boxes10k/orvane", loadScene, boxesScene());
+    add("load_boxes10k/pugixml", parseXml, boxesScene());
+    add("load_mesh1m/orvane", loadScene, meshScene());
+    add("load_mesh1m/pugixml", parseXml, meshScene());
+    add("save_boxes10k/orvane", saveScene, boxesScene());
+#ifdef ORVANE_BENCH_COIN
+    SoDB::init();
+    add("load_boxes10k/coin", loadCoin, bench::boxesVrml(boxes));
+    add("load_mesh1m/coin", loadCoin, bench::meshVrml(side));
+#endif
+    const int result = runBenchmarks(argc, argv);
+    Orvane::System::the().exit();
+    return result;
+}
