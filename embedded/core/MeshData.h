@@ -1,0 +1,32 @@
+#pragma once
+
+#include <OpenSG/OSGColor.h>
+#include <OpenSG/OSGVector.h>
+#include <cstdint>
+#include <vector>
+
+namespace Orvane {
+
+/// Triangles, lines or points as they are drawn: one list of values per property, all of the same length or
+/// empty, and indices into them. Without indices the vertices are drawn in their order.
+struct MeshData
+{
+    std::vector<osg::Pnt3f> positions;
+    std::vector<osg::Vec3f> normals;
+    std::vector<osg::Color4f> colors;
+    std::vector<float> texCoords; ///< pairs
+    std::vector<std::uint32_t> indices;
+};
+
+/// A coordinate that can be drawn: a finite number, of a size whose squares are finite too.
+inline bool isDrawable(float coordinate)
+{
+    return coordinate > -1e15F && coordinate < 1e15F;
+}
+
+inline bool isDrawable(const osg::Pnt3f& p)
+{
+    return isDrawable(p[0]) && isDrawable(p[1]) && isDrawable(p[2]);
+}
+
+} // namespace Orvane
