@@ -1,10 +1,13 @@
 #pragma once
 
-#include "base/Proc.h"
+#include "core/GroupProc.h"
+#include "core/SceneState.h"
 #include <OpenSG/OSGBackground.h>
 #include <OpenSG/OSGMatrix.h>
 #include <OpenSG/OSGNode.h>
+#include <Orvane/Export.h>
 #include <Orvane/SceneBaseNodeProc.h>
+#include <memory>
 
 namespace Orvane {
 
@@ -23,19 +26,38 @@ struct SceneView
 };
 
 /// Behaviour of a scene: the tree that is drawn, and the stacks of its bound nodes.
-class SceneProc : public SceneBaseNodeProc, public Proc
+class ORVANE_API SceneProc : public SceneBaseNodeProc, public GroupProc
 {
 public:
     explicit SceneProc(Node& scene);
     ~SceneProc() override;
 
     NodeProc* nodeProc() override { return this; }
+    void start(double time) override;
 
     /// Root of all that is drawn, global lights included; the same object for the scene's life. Several
     /// viewports may draw it.
-    osg::NodePtr root() const;
+    osg::NodePtr root() const { return tree(); }
 
     SceneView view() const;
+
+    /// The stack of one kind of bindable nodes, in which the bound one and all others are found.
+    BindableStack& stack(BindableKind kind) const { return _state->stack(kind); }
+
+    /// As `SceneBaseNodeProc::pick`.
+    bool castRay(const osg::Line& ray, std::vector<Node*>& nodes, osg::Pnt3f* point, osg::Vec3f* normal,
+                 osg::NodePtr* osgNode, unsigned int* triangle, float* distance);
+
+    /// The lights that shine on the whole scene have changed.
+    void lightsChanged() { askForLights(); }
+
+protected:
+    void collectLights(std::vector<osg::NodeCorePtr>& lights) const override;
+
+private:
+    std::shared_ptr<SceneState> _state;
+    osg::RefPtr<osg::BackgroundPtr> _background; ///< shown while no background is bound
+    osg::RefPtr<osg::NodePtr> _probe;            ///< stands for the geometry of a hit in a shared tree
 };
 
 } // namespace Orvane

@@ -1,0 +1,88 @@
+#include "core/BindableProc.h"
+#include "base/ValueFields.h"
+#include "core/Part.h"
+#include <Orvane/Context.h>
+#include <Orvane/NodeLink.h>
+#include <Orvane/NodePath.h>
+#include <Orvane/NodeType.h>
+#include <Orvane/SFBool.h>
+#include <algorithm>
+#include <list>
+
+namespace Orvane {
+
+namespace {
+
+const Part bindTimePart("bindTime");
+const Part isBoundPart("isBound");
+const Part setBindPart("set_bind");
+
+/// What an inline brings is bound by events only.
+bool isInlined(Node& node)
+{
+    std::list<NodeLink*> links;
+    NodePath(&node).nodeLinks(links);
+    return std::any_of(links.begin(), links.end(),
+                       [](const NodeLink* link) { return link->parent()->type()->name == "Inline"; });
+}
+
+} // namespace
+
+BindableProc::BindableProc(Node& node, BindableKind kind)
+    : ElementProc(node)
+    , _kind(kind)
+{
+}
+
+BindableProc::~BindableProc()
+{
+    if (_scene)
+        _scene->stack(_kind).remove(*this, context().timeStamp());
+}
+
+void BindableProc::start(double time)
+{
+    _scene = SceneState::of(node());
+    if (_scene)
+        _scene->stack(_kind).add(*this, !isInlined(node()), time);
+    requestUpdate();
+}
+
+void BindableProc::fieldChanged(Field& field, double time)
+{
+    if (setBindPart.is(field))
+        bind(setBindPart.read<SFBool>(node()).value(), time);
+    else
+        requestUpdate();
+}
+
+void BindableProc::update()
+{
+    pictureChanged();
+}
+
+bool BindableProc::isBound() const
+{
+    return _scene && _scene->stack(_kind).bound() == this;
+}
+
+void BindableProc::bind(bool value, double time)
+{
+    if (!_scene)
+        return;
+    if (value)
+        _scene->stack(_kind).bind(*this, time);
+    else
+        _scene->stack(_kind).unbind(*this, time);
+}
+
+void BindableProc::setBound(bool bound, double time)
+{
+    if (node().state() >= DYING_NS)
+        return;
+    isBoundPart.edit<SFBool>(node()).setValue(time, bound, Field::EVENT_CT);
+    bindTimePart.edit<SFTime>(node()).setValue(time, context().timeStamp(), Field::EVENT_CT);
+    requestUpdate();
+}
+
+} // namespace Orvane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "core/ElementProc.h"
+#include "core/SceneState.h"
+#include <Orvane/Export.h>
+#include <memory>
+
+namespace Orvane {
+
+/// Behaviour of a node of which one at a time is bound in a scene.
+class ORVANE_API BindableProc : public ElementProc
+{
+public:
+    BindableProc(Node& node, BindableKind kind);
+    ~BindableProc() override;
+
+    void start(double time) override;
+    void fieldChanged(Field& field, double time) override;
+    void update() override;
+
+    bool isBound() const;
+    /// Does what the event `set_bind` does.
+    void bind(bool value, double time);
+
+protected:
+    friend class BindableStack;
+
+    /// The stack has made the node its top, or taken that from it.
+    virtual void setBound(bool bound, double time);
+
+private:
+    std::shared_ptr<SceneState> _scene; ///< null before the node runs
+    BindableKind _kind;
+};
+
+} // namespace Orvane

@@ -1,0 +1,101 @@
+#include "core/ComposedMeshProc.h"
+#include "core/Part.h"
+#include <Orvane/MFColor.h>
+#include <Orvane/MFColorRGBA.h>
+#include <Orvane/MFInt32.h>
+#include <Orvane/MFVec3d.h>
+#include <Orvane/MFVec3f.h>
+#include <cstring>
+#include <string>
+
+namespace Orvane {
+
+namespace {
+
+const Part colorPart("color");
+const Part coordPart("coord");
+const Part normalPart("normal");
+const Part pointPart("point");
+const Part texCoordPart("texCoord");
+
+const ProcRegistration color("Color", makeProc<DescriptionProc>);
+const ProcRegistration colorRGBA("ColorRGBA", makeProc<DescriptionProc>);
+const ProcRegistration coordinate("Coordinate", makeProc<DescriptionProc>);
+const ProcRegistration coordinateDouble("CoordinateDouble", makeProc<DescriptionProc>);
+const ProcRegistration normal("Normal", makeProc<DescriptionProc>);
+const ProcRegistration textureCoordinate("TextureCoordinate", makeProc<DescriptionProc>);
+
+/// The field that the event "set_x" of a geometry writes: "x", which sends no event of its own.
+Field* targetOf(const Field& event)
+{
+    static constexpr char Prefix[] = "set_";
+    constexpr std::size_t Length = sizeof(Prefix) - 1;
+    if (event.partType() != EVENTINP || std::strncmp(event.name(), Prefix, Length) != 0)
+        return nullptr;
+    return event.node()->findField(std::string(event.name() + Length), Node::EXACT_FSO);
+}
+
+} // namespace
+
+const std::vector<osg::Vec3f>& pointsOf(Node* coord, std::vector<osg::Vec3f>& converted)
+{
+    converted.clear();
+    if (!coord || !pointPart.isIn(*coord))
+        return converted;
+    const Field& field = readField(*coord, pointPart.in(*coord));
+    if (field.dataType() == MFVEC3F_DT)
+        return static_cast<const MFVec3f&>(field).values();
+    if (field.dataType() == MFVEC3D_DT) {
+        const std::vector<osg::Vec3d>& points = static_cast<const MFVec3d&>(field).values();
+        converted.reserve(points.size());
+        for (const osg::Vec3d& p : points)
+            converted.emplace_back(static_cast<float>(p[0]), static_cast<float>(p[1]),
+                                   static_cast<float>(p[2]));
+    }
+    return converted;
+}
+
+void ComposedMeshProc::fieldChanged(Field& field, double time)
+{
+    if (Field* const target = targetOf(field)) {
+        if (target->dataType() == field.dataType())
+            target->assignValue(field);
+    }
+    MeshProc::fieldChanged(field, time);
+}
+
+void ComposedMeshProc::update()
+{
+    const auto useOf = [this](Use& use, const Part& part) {
+        Node* const node = resolved(part.readNode(this->node()));
+        use.set(*this, procAs<ElementProc>(node));
+        return node;
+    };
+    Node* const coordNode = useOf(_coord, coordPart);
+    _colorNode = useOf(_color, colorPart);
+    _normalNode = useOf(_normal, normalPart);
+    _texCoordNode = useOf(_texCoord, texCoordPart);
+
+    std::vector<osg::Vec3f> converted;
+    MeshFaults faults;
+    MeshData mesh = build(pointsOf(coordNode, converted), faults);
+    MeshAttribute<osg::Color3f> rgb;
+    MeshAttribute<osg::Color4f> rgba;
+    bindColors(rgb, rgba);
+    show(std::move(mesh), rgba.isGiven());
+    if (!faults.isEmpty())
+        complain(faults.text());
+}
+
+void ComposedMeshProc::bindColors(MeshAttribute<osg::Color3f>& rgb, MeshAttribute<osg::Color4f>& rgba) const
+{
+    if (!_colorNode || !colorPart.isIn(*_colorNode))
+        return;
+    const Field& field = readField(*_colorNode, colorPart.in(*_colorNode));
+    if (field.dataType() == MFCOLOR_DT)
+        rgb.values = &static_cast<const MFColor&>(field).values();
+    else if (field.dataType() == MFCOLORRGBA_DT)
+        rgba.values = &static_cast<const MFColorRGBA&>(field).values();
+}
+
+} // namespace Orvane

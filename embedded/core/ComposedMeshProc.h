@@ -1,0 +1,45 @@
+#pragma once
+
+#include "core/GeometryProc.h"
+#include "core/MeshBuilder.h"
+#include <OpenSG/OSGVector.h>
+#include <Orvane/Export.h>
+#include <vector>
+
+namespace Orvane {
+
+/// The points of a `Coordinate` or `CoordinateDouble` node; empty for any other node and for null. Points in
+/// double precision are converted into \a converted, else the result is the field's own list.
+ORVANE_API const std::vector<osg::Vec3f>& pointsOf(Node* coord, std::vector<osg::Vec3f>& converted);
+
+/// Behaviour of a mesh whose points and other values stand in nodes of their own, which others may share.
+class ORVANE_API ComposedMeshProc : public MeshProc
+{
+public:
+    using MeshProc::MeshProc;
+
+    void fieldChanged(Field& field, double time) override;
+    void update() override;
+
+protected:
+    /// Builds what is shown of \a points.
+    virtual MeshData build(const std::vector<osg::Vec3f>& points, MeshFaults& faults) = 0;
+
+    Node* colorNode() const { return _colorNode; }
+    Node* normalNode() const { return _normalNode; }
+    Node* texCoordNode() const { return _texCoordNode; }
+
+    /// Binds the values of a `Color` or `ColorRGBA` node, whichever the mesh has.
+    void bindColors(MeshAttribute<osg::Color3f>& rgb, MeshAttribute<osg::Color4f>& rgba) const;
+
+private:
+    Use _color;
+    Use _coord;
+    Use _normal;
+    Use _texCoord;
+    Node* _colorNode = nullptr; ///< good during an update only, like the two below
+    Node* _normalNode = nullptr;
+    Node* _texCoordNode = nullptr;
+};
+
+} // namespace Orvane

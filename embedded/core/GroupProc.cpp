@@ -1,0 +1,295 @@
+#include "core/GroupProc.h"
+#include "core/LightProc.h"
+#include "core/SceneState.h"
+#include <OpenSG/OSGGroup.h>
+#include <OpenSG/OSGVisitSubTree.h>
+#include <Orvane/MFNode.h>
+#include <Orvane/SFBool.h>
+#include <algorithm>
+
+namespace Orvane {
+
+namespace {
+
+const Part addChildrenPart("addChildren");
+const Part childrenPart("children");
+const Part removeChildrenPart("removeChildren");
+const Part visiblePart("visible");
+
+bool holds(const MFNode& field, Node* node)
+{
+    return std::any_of(field.begin(), field.end(),
+                       [node](NodeLink& link) { return link.directNode() == node; });
+}
+
+} // namespace
+
+GroupProc::GroupProc(Node& node)
+    : GroupProc(node, osg::Group::create())
+{
+}
+
+GroupProc::GroupProc(Node& node, const osg::NodeCorePtr& core)
+    : ElementProc(node)
+    , _tree(osg::makeNodeFor(core))
+    , _content(_tree)
+{
+}
+
+GroupProc::~GroupProc()
+{
+    removeEntries(0, _entries.size());
+    if (_lightsScene)
+        _lightsScene->setGlobalLights(*this, {});
+}
+
+void GroupProc::fieldChanged(Field& field, double time)
+{
+    const bool add = addChildrenPart.is(field);
+    if (add || removeChildrenPart.is(field)) {
+        editChildren(childrenPart.edit<MFNode>(node()), field, add, time);
+        // What came in is done with; the links of an event would count as parents.
+        field.clear();
+        return;
+    }
+    if (field.dataType() == MFNODE_DT || field.dataType() == SFNODE_DT)
+        _childrenChanged = true;
+    requestUpdate();
+}
+
+void GroupProc::childrenChanged(Field&)
+{
+    _childrenChanged = true;
+    requestUpdate();
+}
+
+void GroupProc::elementChanged(ElementProc&)
+{
+    askForLights();
+}
+
+void GroupProc::elementGone()
+{
+    // Removed at once: what has died must not be drawn once more.
+    for (std::size_t i = _entries.size(); i-- > 0;) {
+        Entry& entry = _entries[i];
+        if (entry.use.element() || (!entry.shown && !entry.light))
+            continue;
+        removeEntries(i, i + 1);
+    }
+    _childrenChanged = true;
+    requestUpdate();
+}
+
+void GroupProc::askForLights()
+{
+    _lightsChanged = true;
+    requestUpdate();
+}
+
+void GroupProc::update()
+{
+    if (visiblePart.isIn(node()))
+        _tree->setActive(visiblePart.read<SFBool>(node()).value());
+    if (_childrenChanged) {
+        _childrenChanged = false;
+        syncChildren();
+    }
+    if (_lightsChanged) {
+        _lightsChanged = false;
+        syncLights();
+    }
+    pictureChanged();
+}
+
+void GroupProc::collectChildren(std::vector<Node*>& nodes) const
+{
+    for (NodeLink& link : childrenPart.read<MFNode>(node()))
+        nodes.push_back(link.node());
+}
+
+void GroupProc::collectLights(std::vector<osg::NodeCorePtr>&) const
+{
+}
+
+Node* GroupProc::childOf(const osg::NodePtr& shown) const
+{
+    for (const Entry& entry : _entries) {
+        if (entry.shown == shown)
+            return entry.node;
+    }
+    return nullptr;
+}
+
+int GroupProc::shownPlace(std::size_t index) const
+{
+    if (index >= _entries.size() || !_entries[index].shown)
+        return -1;
+    const auto end = _entries.begin() + static_cast<std::ptrdiff_t>(index);
+    return static_cast<int>(
+        std::count_if(_entries.begin(), end, [](const Entry& entry) { return bool(entry.shown); }));
+}
+
+bool GroupProc::isUpToDate(const Entry& entry, Node* node) const
+{
+    // A node without a behaviour of use may have got one, or be another node at the place of a dead one.
+    return entry.node == node && (entry.use.element() || !elementOf(node));
+}
+
+void GroupProc::syncChildren()
+{
+    std::vector<Node*> nodes;
+    nodes.reserve(_entries.size() + 1);
+    collectChildren(nodes);
+    const std::size_t shorter = std::min(nodes.size(), _entries.size());
+    std::size_t front = 0;
+    while (front < shorter && isUpToDate(_entries[front], nodes[front]))
+        ++front;
+    std::size_t back = 0;
+    while (back < shorter - front &&
+           isUpToDate(_entries[_entries.size() - 1 - back], nodes[nodes.size() - 1 - back]))
+        ++back;
+    removeEntries(front, _entries.size() - back);
+
+    std::size_t place = static_cast<std::size_t>(
+        std::count_if(_entries.begin(), _entries.begin() + static_cast<std::ptrdiff_t>(front),
+                      [](const Entry& entry) { return bool(entry.shown); }));
+    std::vector<Entry> added;
+    added.reserve(nodes.size() - front - back);
+    for (std::size_t i = front; i < nodes.size() - back; ++i) {
+        added.push_back(makeEntry(nodes[i], place));
+        place += added.back().shown ? 1 : 0;
+    }
+    _entries.insert(_entries.begin() + static_cast<std::ptrdiff_t>(front),
+                    std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
+    contentChanged();
+    SceneState::askForGlobalLights(node());
+}
+
+GroupProc::Entry GroupProc::makeEntry(Node* child, std::size_t place)
+{
+    Entry entry;
+    entry.node = child;
+    ElementProc* const element = elementOf(child);
+    entry.use.set(*this, element);
+    if (!element)
+        return entry;
+    entry.light = dynamic_cast<LightProc*>(element);
+    if (entry.light)
+        _lightsChanged = true;
+    else if (const osg::NodePtr tree = element->tree())
+        entry.shown = show(tree, place);
+    return entry;
+}
+
+osg::NodePtr GroupProc::show(const osg::NodePtr& tree, std::size_t place)
+{
+    const auto index = static_cast<osg::UInt32>(place);
+    if (!tree->getParent() && tree != _tree.get()) {
+        _content->insertChild(index, tree);
+        if (tree->getParent() == _content.get())
+            return tree;
+    }
+    // In use elsewhere already.
+    const osg::VisitSubTreePtr reference = osg::VisitSubTree::create();
+    reference->setSubTreeRoot(tree);
+    const osg::NodePtr stand = osg::makeNodeFor(reference);
+    _content->insertChild(index, stand);
+    return stand;
+}
+
+void GroupProc::syncLights()
+{
+    std::vector<osg::NodeCorePtr> own;
+    std::vector<osg::NodeCorePtr> global;
+    collectLights(own);
+    for (Entry& entry : _entries) {
+        if (!entry.light)
+            continue;
+        if (!entry.lightCore)
+            entry.lightCore = osg::NodeCorePtr(entry.light->makeLight());
+        const osg::LightPtr light = osg::LightPtr::dcast(entry.lightCore.get());
+        entry.light->apply(light);
+        // A light over the group's content stands in the system of that, wherever the group is shown.
+        const bool isGlobal = entry.light->isGlobal();
+        light->setBeacon(isGlobal ? _tree.get() : osg::NodePtr());
+        (isGlobal ? global : own).push_back(entry.lightCore);
+    }
+    hangBelow(own);
+    if (global.empty() && !_lightsScene)
+        return;
+    if (!_lightsScene)
+        _lightsScene = SceneState::of(node());
+    if (_lightsScene)
+        _lightsScene->setGlobalLights(*this, std::move(global));
+}
+
+void GroupProc::hangBelow(const std::vector<osg::NodeCorePtr>& lights)
+{
+    std::vector<osg::NodeCorePtr> present;
+    for (osg::NodePtr node = _content; node != _tree.get(); node = node->getParent()) {
+        if (node != _content.get())
+            present.insert(present.begin(), node->getCore());
+    }
+    if (present == lights)
+        return;
+    if (_content == _tree) {
+        _content = osg::makeNodeFor(osg::Group::create());
+        while (_tree->getNChildren() > 0)
+            _content->addChild(_tree->getChild(0));
+    } else {
+        _content->getParent()->subChild(_content);
+        while (_tree->getNChildren() > 0)
+            _tree->subChild(0);
+    }
+    osg::NodePtr lowest = _tree;
+    for (const osg::NodeCorePtr& light : lights) {
+        const osg::NodePtr node = osg::makeNodeFor(light);
+        lowest->addChild(node);
+        lowest = node;
+    }
+    lowest->addChild(_content);
+}
+
+void GroupProc::removeEntries(std::size_t first, std::size_t last)
+{
+    for (std::size_t i = last; i-- > first;) {
+        Entry& entry = _entries[i];
+        if (entry.light)
+            _lightsChanged = true;
+        if (entry.shown)
+            _content->subChild(entry.shown);
+    }
+    _entries.erase(_entries.begin() + static_cast<std::ptrdiff_t>(first),
+                   _entries.begin() + static_cast<std::ptrdiff_t>(last));
+}
+
+void GroupProc::editChildren(Field& children, const Field& edit, bool add, double time)
+{
+    auto& list = static_cast<MFNode&>(children);
+    for (NodeLink& link : static_cast<const MFNode&>(edit)) {
+        Node* const child = link.directNode();
+        if (!child || holds(list, child) == add)
+            continue;
+        if (add) {
+            list.addNode(time, child, Field::EVENT_CT);
+            continue;
+        }
+        for (int i = static_cast<int>(list.size()); i-- > 0;) {
+            if (list.elem(i).directNode() == child)
+                list.removeNode(time, i, Field::EVENT_CT);
+        }
+    }
+}
+
+GroupProc* groupOf(const ElementProc& element)
+{
+    GroupProc* first = nullptr;
+    for (const Use* use = element.uses(); use; use = use->next()) {
+        if (auto* group = dynamic_cast<GroupProc*>(use->user()))
+            first = group;
+    }
+    return first;
+}
+
+} // namespace Orvane

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "core/ElementProc.h"
+#include "core/Part.h"
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGRefPtr.h>
+#include <Orvane/Export.h>
+#include <memory>
+#include <vector>
+
+namespace Orvane {
+
+class LightProc;
+class SceneState;
+
+/// Behaviour of a node that shows its children together, and base of all that do more with them. An edit of
+/// the list of children touches only what it changed.
+class ORVANE_API GroupProc : public ElementProc
+{
+public:
+    explicit GroupProc(Node& node);
+    /// A group that is of another kind for OpenSG too.
+    GroupProc(Node& node, const osg::NodeCorePtr& core);
+    ~GroupProc() override;
+
+    void fieldChanged(Field& field, double time) override;
+    void childrenChanged(Field& field) override;
+    void update() override;
+
+    osg::NodePtr tree() const override { return _tree; }
+    /// The matrix from the system of the children to the world, by the first place where the group is used.
+    osg::Matrix toWorld() const { return _tree->getToWorld(); }
+
+    /// The child below which \a shown stands, a node right below the group's content in OpenSG's graph; null
+    /// when there is none.
+    Node* childOf(const osg::NodePtr& shown) const;
+
+protected:
+    void elementChanged(ElementProc& element) override;
+    void elementGone() override;
+
+    /// Fills \a nodes with the nodes that are shown, in order.
+    virtual void collectChildren(std::vector<Node*>& nodes) const;
+    /// Adds the lights, other than those of the children, that shine on the content.
+    virtual void collectLights(std::vector<osg::NodeCorePtr>& lights) const;
+    /// The list of what is shown has changed.
+    virtual void contentChanged() {}
+
+    /// Has the lights of the content looked at in the next update.
+    void askForLights();
+    /// Place in OpenSG's graph of the child at \a index; -1 when it shows nothing.
+    int shownPlace(std::size_t index) const;
+
+private:
+    /// One element of the list of children.
+    struct Entry
+    {
+        Node* node = nullptr;            ///< only compared: it may have died
+        Use use;                         ///< empty when the node shows nothing and shines on nothing
+        osg::RefPtr<osg::NodePtr> shown; ///< the element's tree, or what refers to it; null when it has none
+        LightProc* light = nullptr;
+        osg::RefPtr<osg::NodeCorePtr> lightCore; ///< what the light node shines with here
+    };
+
+    void syncChildren();
+    void syncLights();
+    void hangBelow(const std::vector<osg::NodeCorePtr>& lights);
+    void removeEntries(std::size_t first, std::size_t last);
+    Entry makeEntry(Node* node, std::size_t place);
+    osg::NodePtr show(const osg::NodePtr& tree, std::size_t place);
+    bool isUpToDate(const Entry& entry, Node* node) const;
+    void editChildren(Field& children, const Field& edit, bool add, double time);
+
+    osg::RefPtr<osg::NodePtr> _tree;
+    osg::RefPtr<osg::NodePtr>
+        _content; ///< parent of what the children show: the tree's root, or below lights
+    std::vector<Entry> _entries;
+    std::shared_ptr<SceneState> _lightsScene; ///< the scene that lights of this group light up, if any
+    bool _childrenChanged = true;
+    bool _lightsChanged = false;
+};
+
+/// The group in which an element stands, by the first place where it is used; null when it stands in none.
+ORVANE_API GroupProc* groupOf(const ElementProc& element);
+
+} // namespace Orvane

@@ -1,0 +1,58 @@
+#include "core/ComposedMeshProc.h"
+#include "core/LineBuilder.h"
+#include "core/Part.h"
+#include <Orvane/MFInt32.h>
+#include <Orvane/SFBool.h>
+
+namespace Orvane {
+
+namespace {
+
+const Part colorIndexPart("colorIndex");
+const Part colorPerVertexPart("colorPerVertex");
+const Part coordIndexPart("coordIndex");
+
+class IndexedLineSetProc : public ComposedMeshProc
+{
+public:
+    using ComposedMeshProc::ComposedMeshProc;
+
+    Surface::Kind kind() const override { return Surface::LINES; }
+
+protected:
+    MeshData build(const std::vector<osg::Vec3f>& points, MeshFaults& faults) override
+    {
+        LineSource source;
+        source.points = &points;
+        source.index = &coordIndexPart.read<MFInt32>(node()).values();
+        bindColors(source.colors, source.colorsRGBA);
+        source.colors.index = source.colorsRGBA.index = &colorIndexPart.read<MFInt32>(node()).values();
+        source.colors.perVertex = source.colorsRGBA.perVertex =
+            colorPerVertexPart.read<SFBool>(node()).value();
+        return buildLines(source, faults);
+    }
+};
+
+class PointSetProc : public ComposedMeshProc
+{
+public:
+    using ComposedMeshProc::ComposedMeshProc;
+
+    Surface::Kind kind() const override { return Surface::POINTS; }
+
+protected:
+    MeshData build(const std::vector<osg::Vec3f>& points, MeshFaults& faults) override
+    {
+        MeshAttribute<osg::Color3f> colors;
+        MeshAttribute<osg::Color4f> colorsRGBA;
+        bindColors(colors, colorsRGBA);
+        return buildPoints(points, colors, colorsRGBA, faults);
+    }
+};
+
+const ProcRegistration indexedLineSet("IndexedLineSet", makeProc<IndexedLineSetProc>);
+const ProcRegistration pointSet("PointSet", makeProc<PointSetProc>);
+
+} // namespace
+
+} // namespace Orvane

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "core/BindableStack.h"
+#include <OpenSG/OSGNodeCore.h>
+#include <Orvane/Export.h>
+#include <array>
+#include <memory>
+#include <vector>
+
+namespace Orvane {
+
+class GroupProc;
+class Node;
+class SceneProc;
+
+enum class BindableKind { Viewpoint, NavigationInfo, Background, Fog };
+
+/// What the nodes of one scene share: its stacks of bindable nodes, and its lights that shine everywhere. It
+/// lives as long as the scene's behaviour or a node that takes part.
+class ORVANE_API SceneState
+{
+public:
+    /// The state of the scene in which \a node stands; null when it stands in none.
+    static std::shared_ptr<SceneState> of(Node& node);
+
+    BindableStack& stack(BindableKind kind) { return _stacks[static_cast<std::size_t>(kind)]; }
+
+    /// The scene's own behaviour, which shows the lights; null while it does not run.
+    void setScene(SceneProc* scene) { _scene = scene; }
+
+    /// Sets the lights with which a group lights the whole scene, in place of those that it had.
+    void setGlobalLights(const GroupProc& group, std::vector<osg::NodeCorePtr> lights);
+    /// Has the scene in which \a node stands look anew at which lights are to be seen. Cheap while no node at
+    /// all lights a whole scene.
+    static void askForGlobalLights(Node& node);
+    /// Adds the lights of those groups that are shown.
+    void collectLights(std::vector<osg::NodeCorePtr>& lights) const;
+
+private:
+    void askForLights();
+
+    struct GroupLights
+    {
+        const GroupProc* group;
+        std::vector<osg::NodeCorePtr> lights;
+    };
+
+    std::array<BindableStack, 4> _stacks;
+    std::vector<GroupLights> _lights;
+    SceneProc* _scene = nullptr;
+};
+
+} // namespace Orvane

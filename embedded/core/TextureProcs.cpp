@@ -1,0 +1,159 @@
+#include "base/ValueFields.h"
+#include "core/AppearanceProcs.h"
+#include "core/Part.h"
+#include "core/SceneFiles.h"
+#include "core/SharedTable.h"
+#include "core/Sound.h"
+#include <OpenSG/OSGImageFileHandler.h>
+#include <Orvane/MFString.h>
+#include <Orvane/SFBool.h>
+#include <Orvane/SFFloat.h>
+#include <Orvane/SFImage.h>
+#include <fstream>
+
+namespace Orvane {
+
+namespace {
+
+const Part centerPart("center");
+const Part imagePart("image");
+const Part loadPart("load");
+const Part repeatSPart("repeatS");
+const Part repeatTPart("repeatT");
+const Part rotationPart("rotation");
+const Part scalePart("scale");
+const Part translationPart("translation");
+const Part urlPart("url");
+
+using ImageRef = osg::RefPtr<osg::ImagePtr>;
+
+/// The image in a file, the same for all textures that name it; null when it cannot be read.
+std::shared_ptr<ImageRef> imageOf(const std::string& file)
+{
+    static SharedTable<std::string, ImageRef> images;
+    return images.get(file, [&file] {
+        // Asked for first: that a file is not there is no fault of the image reader's.
+        const bool exists = std::ifstream(file).good();
+        return std::make_unique<ImageRef>(exists ? osg::ImageFileHandler::the().read(file.c_str())
+                                                 : osg::ImagePtr());
+    });
+}
+
+class PictureTextureProc : public TextureProc
+{
+public:
+    using TextureProc::TextureProc;
+
+protected:
+    void put(const osg::ImagePtr& image, Surface& surface) const
+    {
+        if (!image || image->getWidth() < 1 || !image->getData())
+            return;
+        surface.image = image;
+        surface.repeatS = repeatSPart.read<SFBool>(node()).value();
+        surface.repeatT = repeatTPart.read<SFBool>(node()).value();
+    }
+};
+
+class ImageTextureProc : public PictureTextureProc
+{
+public:
+    using PictureTextureProc::PictureTextureProc;
+
+    void fieldChanged(Field& field, double time) override
+    {
+        if (urlPart.is(field) || loadPart.is(field))
+            _read = false;
+        PictureTextureProc::fieldChanged(field, time);
+    }
+
+    void describe(Surface& surface) override
+    {
+        if (!_read) {
+            _read = true;
+            readImage();
+        }
+        if (_image)
+            put(*_image, surface);
+    }
+
+private:
+    /// Takes the first image of the list of addresses that can be read.
+    void readImage()
+    {
+        _image.reset();
+        const auto& urls = urlPart.read<MFString>(node());
+        if (!loadPart.read<SFBool>(node()).value() || urls.size() == 0)
+            return;
+        for (int i = 0; i < static_cast<int>(urls.size()); ++i) {
+            _image = imageAt(urls[i]);
+            if (_image && _image->get())
+                return;
+        }
+        _image.reset();
+        const std::string& first = urls[0];
+        complain("no image can be read from \"" + first.substr(0, 80) + (first.size() > 80 ? "...\"" : "\"") +
+                 (urls.size() > 1 ? " and the addresses after it" : ""));
+    }
+
+    std::shared_ptr<ImageRef> imageAt(const std::string& address) const
+    {
+        std::string mimeType;
+        std::vector<std::uint8_t> data;
+        if (readDataAddress(address, mimeType, data))
+            return std::make_shared<ImageRef>(
+                osg::ImageFileHandler::the().decode(data.data(), data.size(), mimeType.c_str()));
+        const std::string file = localFileOf(node(), address);
+        return file.empty() ? nullptr : imageOf(file);
+    }
+
+    std::shared_ptr<ImageRef> _image;
+    bool _read = false;
+};
+
+class PixelTextureProc : public PictureTextureProc
+{
+public:
+    using PictureTextureProc::PictureTextureProc;
+
+    void describe(Surface& surface) override { put(imagePart.read<SFImage>(node()).image().rco(), surface); }
+};
+
+class FlatTextureTransformProc : public TextureTransformProc
+{
+public:
+    using TextureTransformProc::TextureTransformProc;
+
+    /// -center, scale, rotation, center and translation, the last one applied first to a coordinate.
+    osg::Matrix matrix() const override
+    {
+        const auto pair = [this](const Part& part, float fallback) {
+            const osg::Vec2f& v = part.read<SFVec2f>(node()).value();
+            return osg::Vec3f(soundNumber(v[0], fallback), soundNumber(v[1], fallback), 0.0F);
+        };
+        const osg::Vec3f center = pair(centerPart, 0.0F);
+        osg::Vec3f scale = pair(scalePart, 1.0F);
+        scale[2] = 1.0F;
+        osg::Matrix result;
+        result.setTranslate(-center[0], -center[1], 0.0F);
+        osg::Matrix step;
+        step.setScale(scale[0], scale[1], scale[2]);
+        result.mult(step);
+        step.setIdentity();
+        step.setRotate(toQuaternion(Rotation(0.0F, 0.0F, 1.0F, rotationPart.read<SFFloat>(node()).value())));
+        result.mult(step);
+        step.setIdentity();
+        const osg::Vec3f shift = center + pair(translationPart, 0.0F);
+        step.setTranslate(shift[0], shift[1], 0.0F);
+        result.mult(step);
+        return result;
+    }
+};
+
+const ProcRegistration imageTexture("ImageTexture", makeProc<ImageTextureProc>);
+const ProcRegistration pixelTexture("PixelTexture", makeProc<PixelTextureProc>);
+const ProcRegistration textureTransform("TextureTransform", makeProc<FlatTextureTransformProc>);
+
+} // namespace
+
+} // namespace Orvane
