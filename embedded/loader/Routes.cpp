@@ -10,6 +10,7 @@
 #include <Orvane/NodePartDesc.h>
 #include <Orvane/NodeType.h>
 #include <Orvane/Route.h>
+#include <algorithm>
 
 namespace Orvane {
 
@@ -21,10 +22,12 @@ std::string label(const Node& node)
     return node.type()->name + named;
 }
 
+/// Null when there is no such node; told, unless the name is that of an import, which has been told of.
 Node* findEnd(const PendingEnd& end, FileScope& scope, SourcePlace place)
 {
     Node* node = end.node ? end.node.get() : scope.findNode(end.nodeName);
-    if (!node)
+    const auto isImport = [&](const PendingImport& import) { return import.name == end.nodeName; };
+    if (!node && std::none_of(scope.imports.begin(), scope.imports.end(), isImport))
         scope.messages.warn(place, "ROUTE: expected the name of a node, found " + quoted(end.nodeName));
     return node;
 }
@@ -41,6 +44,29 @@ Field* inField(const Node& node, const std::string& name)
     return part < 0 ? nullptr : node.findField(static_cast<unsigned int>(part));
 }
 
+/// Gives the field of a node of unknown type the data type of the other end: the field as it stands was made
+/// from text, as nothing better was known, or is missing.
+Field* adapted(Field* field, Node& node, const std::string& name, const Field* other, NodePartType access)
+{
+    if (!other || !isUnknown(*node.type()))
+        return field;
+    if (!field)
+        return addField(node, name, other->dataType(), access);
+    if (field->dataType() != SFSTRING_DT || other->dataType() == SFSTRING_DT)
+        return field;
+    const std::string text = field->valueToString();
+    const std::string fieldName = field->name();
+    removeField(node, *field);
+    Field* result = addField(node, fieldName, other->dataType(), EXPOSEDFIELDP);
+    std::string error;
+    if (result && !result->parseValue(text, error)) {
+        removeField(node, *result);
+        result = addField(node, fieldName, SFSTRING_DT, EXPOSEDFIELDP);
+        result->parseValue(text, error);
+    }
+    return result;
+}
+
 void makeRoute(const PendingRoute& pending, FileScope& scope, LoadReport& report)
 {
     Node* fromNode = findEnd(pending.from, scope, pending.place);
@@ -49,11 +75,10 @@ void makeRoute(const PendingRoute& pending, FileScope& scope, LoadReport& report
         return;
     Field* from = outField(*fromNode, pending.from.field);
     Field* to = inField(*toNode, pending.to.field);
-    // The known end tells the data type of an unknown one.
-    if (!from && to && isUnknown(*fromNode->type()))
-        from = addField(*fromNode, pending.from.field, to->dataType(), EVENTOUTP);
-    if (!to && from && isUnknown(*toNode->type()))
-        to = addField(*toNode, pending.to.field, from->dataType(), EVENTINP);
+    const bool fromIsKnown = !isUnknown(*fromNode->type());
+    from = adapted(from, *fromNode, pending.from.field, to, EVENTOUTP);
+    if (fromIsKnown)
+        to = adapted(to, *toNode, pending.to.field, from, EVENTINP);
     if (!from || !to) {
         const bool isFrom = !from;
         const Node& node = isFrom ? *fromNode : *toNode;

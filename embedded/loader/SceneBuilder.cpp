@@ -442,7 +442,7 @@ void SceneBuilder::beginDeclaration(const FieldDeclaration& declaration)
     _levels.back().isAuthorField = true;
     const bool holdsNodes = declaration.dataType == SFNODE_DT || declaration.dataType == MFNODE_DT;
     if (declaration.hasValue && !(holdsNodes && declaration.value.empty()))
-        setValue(*field, declaration.value, declaration.place);
+        setValue(*field, declaration.value, declaration.valuePlace);
 }
 
 void SceneBuilder::endDeclaration()

@@ -35,6 +35,7 @@ struct FieldDeclaration
     bool hasValue = false;
     std::string_view value;
     SourcePlace place;
+    SourcePlace valuePlace;
 };
 
 struct RouteStatement

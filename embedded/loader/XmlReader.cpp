@@ -397,6 +397,7 @@ void XmlWalk::beginField(xml_node node)
     const xml_attribute value = node.attribute("value");
     declaration.hasValue = static_cast<bool>(value);
     declaration.value = value.value();
+    declaration.valuePlace = place(value);
     _sink.beginDeclaration(declaration);
 }
 

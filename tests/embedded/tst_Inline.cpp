@@ -125,7 +125,11 @@ void tst_Inline::firstReadableAddressCounts()
 
 void tst_Inline::missingFileIsTold()
 {
-    write("scene.x3d", "<Group/>\n  <Inline url='\"none.x3d\" \"nor this.x3d\"'/>");
+    // What leans on the file is not told of again.
+    write("scene.x3d",
+          "<Group/>\n  <Inline DEF='I' url='\"none.x3d\" \"nor this.x3d\"'/><IMPORT inlineDEF='I' "
+          "importedDEF='A'/><Transform DEF='T'/><ROUTE fromNode='A' fromField='position' toNode='T' "
+          "toField='translation'/>");
     LoadedText scene;
     QVERIFY(scene.loadFile(path("scene.x3d")));
     QCOMPARE(told(scene),

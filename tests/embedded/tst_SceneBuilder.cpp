@@ -49,6 +49,7 @@ private slots:
     void routesThatCannotBeAreTold_data();
     void routesThatCannotBeAreTold();
     void routeToAnUnknownNodeTakesTheTypeOfTheOtherEnd();
+    void routeGivesATextOfAnUnknownNodeTheTypeOfTheOtherEnd();
     void rootNodesBecomeRoots();
     void windowAtTheTopMakesTheEngine();
     void secondRootIsTold();
@@ -344,7 +345,7 @@ void tst_SceneBuilder::scriptFieldsComeFromTheScene()
     QVERIFY(bad.messages()[1].startsWith(QLatin1String("4:44 field: expected initializeOnly")));
     QCOMPARE(bad.messages()[2],
              QStringLiteral("5:1 Script: expected a new name, found \"url\", which is one of its fields"));
-    QVERIFY(bad.messages()[3].startsWith(QLatin1String("6:1 Script.c: expected ")));
+    QVERIFY(bad.messages()[3].startsWith(QLatin1String("6:64 Script.c: expected ")));
 }
 
 void tst_SceneBuilder::onlyScriptsAndShadersTakeFields()
@@ -437,6 +438,21 @@ void tst_SceneBuilder::routeToAnUnknownNodeTakesTheTypeOfTheOtherEnd()
     QCOMPARE(scene.messages().size(), 1); // about the type alone
     QCOMPARE(scene.report().routes, std::size_t(1));
     QCOMPARE(scene.find("W")->findField("set_speed", Node::EXACT_FSO)->dataType(), SFFLOAT_DT);
+}
+
+void tst_SceneBuilder::routeGivesATextOfAnUnknownNodeTheTypeOfTheOtherEnd()
+{
+    const LoadedText scene(
+        "<TimeSensor DEF='T'/><Wobbler DEF='W' speed='2.50' name='abc'/>"
+        "<ROUTE fromNode='T' fromField='fraction_changed' toNode='W' toField='set_speed'/>\n"
+        "<ROUTE fromNode='T' fromField='fraction_changed' toNode='W' toField='name'/>");
+    QCOMPARE(scene.messages().size(), 2); // one about the type
+    QCOMPARE(scene.messages()[1], QStringLiteral("3:1 ROUTE: expected two fields of one type, found "
+                                                 "fraction_changed (SFFloat) and name (SFString)"));
+    QCOMPARE(scene.report().routes, std::size_t(1));
+    QCOMPARE(scene.find("W")->findField("speed", Node::EXACT_FSO)->dataType(), SFFLOAT_DT);
+    QCOMPARE(scene.value("W", "speed"), QStringLiteral("2.5"));
+    QCOMPARE(scene.value("W", "name"), QStringLiteral("abc"));
 }
 
 void tst_SceneBuilder::rootNodesBecomeRoots()
