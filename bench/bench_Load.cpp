@@ -7,8 +7,7 @@
 #ifdef ORVANE_BENCH_COIN
 #include <Inventor/SoDB.h>
 #include <Inventor/SoInput.h>
-#include <Inventor/nodes/SoNode.h>
-#include <Inventor/nodes/SoSeparator.h>
+#include <Inventor/VRMLnodes/SoVRMLGroup.h>
 #endif
 
 namespace {
@@ -77,7 +76,7 @@ void loadCoin(benchmark::State& state, const std::string& text)
         static_cast<void>(step);
         SoInput input;
         input.setBuffer(text.data(), text.size());
-        SoNode* root = SoDB::readAllVRML(&input);
+        SoVRMLGroup* root = SoDB::readAllVRML(&input);
         if (!root)
             state.SkipWithError("the scene does not load");
         state.PauseTiming();

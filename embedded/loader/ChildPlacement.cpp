@@ -29,9 +29,8 @@ bool ChildPlacement::holdsNodes(const Node& parent, unsigned int part)
            !desc.privateAccess();
 }
 
-bool ChildPlacement::accepts(const Node& parent, unsigned int part, const NodeType& child)
+bool ChildPlacement::allows(const NodePartDesc& desc, const NodeType& child)
 {
-    const NodePartDesc& desc = descOf(parent, part);
     if (desc.valueRestriction != NodePartDesc::NODE_TYPE_VR || isUnknown(child))
         return true;
     std::string_view rest = desc.valueType;
@@ -44,6 +43,16 @@ bool ChildPlacement::accepts(const Node& parent, unsigned int part, const NodeTy
     return false;
 }
 
+bool ChildPlacement::accepts(const NodePartDesc& desc, const NodeType& child)
+{
+    if (desc.valueRestriction != NodePartDesc::NODE_TYPE_VR)
+        return true;
+    const auto [known, isNew] = _accepted.try_emplace({&desc, &child}, false);
+    if (isNew)
+        known->second = allows(desc, child);
+    return known->second;
+}
+
 bool ChildPlacement::isFull(const Node& parent, unsigned int part)
 {
     return descOf(parent, part).dataType == SFNODE_DT && readNode(parent, part);
@@ -54,15 +63,15 @@ int ChildPlacement::find(const Node& parent, const NodeType& child)
     const bool ownParts = parent.partDescCount() != partCount(*parent.type());
     const Pair pair{parent.type(), &child};
     if (!ownParts) {
-        const auto known = _known.find(pair);
-        if (known != _known.end() && (known->second < 0 || !isFull(parent, known->second)))
+        const auto known = _parts.find(pair);
+        if (known != _parts.end() && (known->second < 0 || !isFull(parent, known->second)))
             return known->second;
     }
     int part = search(parent, child, true);
     if (part < 0)
         part = search(parent, child, false);
     else if (!ownParts)
-        _known[pair] = part;
+        _parts[pair] = part;
     return part;
 }
 
@@ -74,7 +83,7 @@ int ChildPlacement::search(const Node& parent, const NodeType& child, bool onlyF
     };
     const bool known = !isUnknown(child);
     const int byDefault = partIndex(*parent.type(), known ? containerField(child) : "children");
-    if (usable(byDefault) && accepts(parent, byDefault, child))
+    if (usable(byDefault) && accepts(*partDesc(*parent.type(), static_cast<unsigned int>(byDefault)), child))
         return byDefault;
     const unsigned int count = partCount(*parent.type());
     for (unsigned int part = 0; part < count; ++part) {
@@ -82,7 +91,7 @@ int ChildPlacement::search(const Node& parent, const NodeType& child, bool onlyF
         const NodePartDesc& desc = descOf(parent, part);
         const bool names =
             known ? desc.valueRestriction == NodePartDesc::NODE_TYPE_VR : desc.name != "metadata";
-        if (usable(index) && names && accepts(parent, part, child))
+        if (usable(index) && names && accepts(desc, child))
             return index;
     }
     return usable(byDefault) ? byDefault : -1;

@@ -2,10 +2,12 @@
 
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace Orvane {
 
 class Node;
+class NodePartDesc;
 class NodeType;
 
 /// True for a type of which only the name is known: its nodes have the fields that the scene gives them.
@@ -23,29 +25,29 @@ public:
     /// True for a part that holds nodes and has a value, so not for one that only takes or sends events.
     static bool holdsNodes(const Node& parent, unsigned int part);
     /// True when the part's restriction allows the type, or it has none.
-    static bool accepts(const Node& parent, unsigned int part, const NodeType& child);
+    static bool allows(const NodePartDesc& desc, const NodeType& child);
+    /// The same, quick when asked again.
+    bool accepts(const NodePartDesc& desc, const NodeType& child);
     /// True for a part of one node that holds a node.
     static bool isFull(const Node& parent, unsigned int part);
 
 private:
-    struct Pair
-    {
-        const NodeType* parent;
-        const NodeType* child;
-        bool operator==(const Pair& other) const { return parent == other.parent && child == other.child; }
-    };
+    /// Of two types, or of a part's description and a type.
+    using Pair = std::pair<const void*, const NodeType*>;
+
     struct Hash
     {
         std::size_t operator()(const Pair& pair) const
         {
             const auto number = [](const void* p) { return reinterpret_cast<std::size_t>(p) >> 4; };
-            return number(pair.parent) * 31 + number(pair.child);
+            return number(pair.first) * 31 + number(pair.second);
         }
     };
 
-    static int search(const Node& parent, const NodeType& child, bool onlyFree);
+    int search(const Node& parent, const NodeType& child, bool onlyFree);
 
-    std::unordered_map<Pair, int, Hash> _known;
+    std::unordered_map<Pair, int, Hash> _parts;
+    std::unordered_map<Pair, bool, Hash> _accepted;
 };
 
 } // namespace Orvane

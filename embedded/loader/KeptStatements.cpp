@@ -26,9 +26,16 @@ void append(Node& node, const char* part, std::initializer_list<std::string_view
         strings.addValue(std::string(text));
 }
 
+/// A part that was added to the node; most nodes have none.
+Field* addedPart(const Node& node, const char* part)
+{
+    const bool hasOwn = node.partDescCount() > partCount(*node.type());
+    return hasOwn ? node.findField(part, Node::EXACT_FSO) : nullptr;
+}
+
 const MFString* kept(const Node& node, const char* part)
 {
-    return static_cast<const MFString*>(node.findField(part, Node::EXACT_FSO));
+    return static_cast<const MFString*>(addedPart(node, part));
 }
 
 NamePairs pairs(const Node& node, const char* part)
@@ -86,7 +93,7 @@ void markInstance(Node& node)
 
 bool isMarkedInstance(const Node& node)
 {
-    return node.findField(instancePart, Node::EXACT_FSO);
+    return addedPart(node, instancePart);
 }
 
 MFNode& inlineContent(Node& inlineNode)
@@ -99,7 +106,7 @@ MFNode& inlineContent(Node& inlineNode)
 
 const MFNode* findInlineContent(const Node& inlineNode)
 {
-    return static_cast<const MFNode*>(inlineNode.findField(contentPart, Node::EXACT_FSO));
+    return static_cast<const MFNode*>(addedPart(inlineNode, contentPart));
 }
 
 } // namespace Orvane

@@ -267,8 +267,7 @@ Field* SceneBuilder::fieldForChild(const Node& child, std::string_view container
 bool SceneBuilder::link(Field& field, Node& child, SourcePlace at)
 {
     Node& parent = *field.node();
-    const unsigned int part = field._desc->id;
-    if (!field._desc->privateAccess() && !ChildPlacement::accepts(parent, part, *child.type()))
+    if (!_session.placement().accepts(*field._desc, *child.type()))
         warn(at, label(parent, field.name()) + ": expected " + field._desc->valueType + ", found " +
                      child.type()->name);
     if (field.dataType() == MFNODE_DT)

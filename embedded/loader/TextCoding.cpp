@@ -127,9 +127,10 @@ std::string wideToUtf8(std::string_view bytes, int unitBytes, bool bigEndian)
 
 std::string toGraph(std::string_view utf8)
 {
-    std::string latin1;
+    const std::size_t ascii = asciiPrefix(utf8, 0);
+    std::string latin1(utf8.substr(0, ascii));
     std::uint32_t code = 0;
-    for (std::size_t at = 0; at < utf8.size();) {
+    for (std::size_t at = ascii; at < utf8.size();) {
         const int length = decode(utf8, at, code);
         if (length == 0 || code > 0xFF)
             return std::string(utf8);
