@@ -35,7 +35,7 @@ public:
     UInt32 getSrcFactor() const { return _srcFactor; }
     void setSrcFactor(UInt32 factor) { _srcFactor = factor; }
     UInt32 getDestFactor() const { return _destFactor; }
-    void setDestFactor(UInt32 factor) { _destFactor = factor; }
+    void setDestFactor(UInt32 factor);
     /// For the factors that use a constant colour.
     const Color4f& getColor() const { return _color; }
     void setColor(const Color4f& color) { _color = color; }

@@ -44,9 +44,8 @@ public:
 
     /// Whether transparency follows from the chunks. Default: yes.
     Int32 getTransparencyMode() const { return _transparencyMode; }
-    void setTransparencyMode(Int32 mode) { _transparencyMode = mode; }
+    void setTransparencyMode(Int32 mode);
 
-    const std::vector<Entry>& getEntries() const override { return _entries; }
     bool isTransparent() const override;
 
 protected:
@@ -54,7 +53,6 @@ protected:
     ~ChunkMaterial() override;
 
 private:
-    std::vector<Entry> _entries;
     Int32 _transparencyMode = TransparencyAutoDetection;
 };
 

@@ -29,7 +29,7 @@ public:
     const NodePtr& getBeacon() const { return _beacon; }
     void setBeacon(const NodePtr& beacon) { _beacon = beacon; }
     bool getOn() const { return _on; }
-    void setOn(bool on) { _on = on; }
+    void setOn(bool on);
 
     /// At distance d the light is divided by constant + linear d + quadratic d^2. Default: 1, 0, 0.
     Real32 getConstantAttenuation() const { return _attenuation[0]; }

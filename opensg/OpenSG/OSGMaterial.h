@@ -33,16 +33,18 @@ public:
     FieldContainerType& getType() const override;
 
     /// The chunks by rising places, no two at one place.
-    virtual const std::vector<Entry>& getEntries() const = 0;
+    const std::vector<Entry>& getEntries() const { return _entries; }
     /// Whether what is drawn so lets shine through what is behind.
     virtual bool isTransparent() const = 0;
 
     /// Among what is opaque, materials with a lower key are drawn first; -128 to 127, 0 at first.
     Int32 getSortKey() const { return _sortKey; }
-    void setSortKey(Int32 key) { _sortKey = key; }
+    void setSortKey(Int32 key);
 
 protected:
     Material() = default;
+
+    std::vector<Entry> _entries;
 
 private:
     Int32 _sortKey = 0;

@@ -45,7 +45,7 @@ public:
     void setAmbient(const Color4f& color) { _front.ambient = color; }
     /// The alpha is that of the surface. An unlit surface shows this colour as it is.
     const Color4f& getDiffuse() const { return _front.diffuse; }
-    void setDiffuse(const Color4f& color) { _front.diffuse = color; }
+    void setDiffuse(const Color4f& color);
     const Color4f& getSpecular() const { return _front.specular; }
     void setSpecular(const Color4f& color) { _front.specular = color; }
     const Color4f& getEmission() const { return _front.emission; }
@@ -57,7 +57,7 @@ public:
     /// The colours of the side that faces away; null when both sides have the same.
     const Side* getBack() const { return _back.get(); }
     void setBack(const Side& side);
-    void clearBack() { _back.reset(); }
+    void clearBack();
 
     /// Whether lights count. Default: yes.
     bool getLit() const { return _lit; }

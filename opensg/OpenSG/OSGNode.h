@@ -79,10 +79,10 @@ public:
 
     /// Actions skip a node, and what is below it, when no bit of this mask is in theirs. Default: all ones.
     UInt32 getTravMask() const { return _travMask; }
-    void setTravMask(UInt32 mask) { _travMask = mask; }
+    void setTravMask(UInt32 mask);
     bool getActive() const { return _travMask != 0; }
     /// Sets the mask to all ones or to none.
-    void setActive(bool active) { _travMask = active ? ~UInt32(0) : 0; }
+    void setActive(bool active) { setTravMask(active ? ~UInt32(0) : 0); }
 
 private:
     friend class VisitSubTree;
@@ -98,12 +98,13 @@ private:
     void addReferrer(VisitSubTree* referrer);
     void subReferrer(VisitSubTree* referrer);
 
-    DynamicVolume _volume;
+    // What every walk through the tree reads stands together.
     UInt32 _travMask = ~UInt32(0);
     bool _updating = false;
-    NodePtr _parent;
-    MFNodePtr _children;
     NodeCorePtr _core;
+    MFNodePtr _children;
+    DynamicVolume _volume;
+    NodePtr _parent;
     // Few nodes have any.
     std::unique_ptr<std::vector<VisitSubTree*>> _referrers;
 };

@@ -20,7 +20,7 @@ public:
     const Pnt3f& getPosition() const { return _position; }
     void setPosition(const Pnt3f& position) { _position = position; }
     /// In the units of the beacon's system; shapes that lie wholly outside are not lit. Default: Inf.
-    void setRange(Real32 range) { _range = range; }
+    void setRange(Real32 range);
 
     const Pnt3f* getSource() const override { return &_position; }
     Real32 getRange() const override { return _range; }

@@ -4,6 +4,7 @@
 #include "OSGRenderStatistics.h"
 
 #include <memory>
+#include <vector>
 
 namespace osg {
 
@@ -13,11 +14,12 @@ class Geometry;
 class Light;
 class Material;
 class NodeCore;
+class Painter;
 class Traversal;
 
 /// Draws a tree: collects what is in view with the lights that reach it, then draws what is opaque, sorted by
-/// state, and what is transparent from back to front. One action may serve many windows and viewports, one
-/// after the other. Whoever makes it deletes it.
+/// state, and what is transparent from back to front. While nothing in a tree changes, what was collected is
+/// kept. One action may serve many windows and viewports, one after the other. Whoever makes it deletes it.
 class OSG_SYSTEMLIB_DLLMAPPING RenderAction : public RenderActionBase
 {
 public:
@@ -52,11 +54,20 @@ public:
     void pushMaterial(const Material* material);
     void popMaterial();
 
+    /// For cores: what this one adds depends on the camera or on time, so that it must be asked in each
+    /// frame.
+    void setVarying() { _varying = true; }
+
 protected:
     RenderAction();
 
 private:
     friend class Traversal;
+    struct Kept;
+
+    Kept& findKept(const Node& root);
+    void drawKept(const NodePtr& node, Kept& kept);
+    void collect(const NodePtr& node, DrawList& list, bool culling);
 
     int enter(Node& node, const Matrix& parentToWorld, int parentMark);
     void visit(NodeCore& core);
@@ -67,8 +78,15 @@ private:
     bool _zWriteTrans = false;
     RenderStatistics _statistics;
     std::unique_ptr<FrustumVolume> _frustum;
-    std::unique_ptr<DrawList> _drawList;
     std::unique_ptr<Traversal> _traversal;
+    std::unique_ptr<DrawList> _fresh;
+    std::unique_ptr<Painter> _painter;
+    std::vector<Kept> _kept;
+
+    // While a list is collected.
+    DrawList* _target = nullptr;
+    bool _culling = true;
+    bool _varying = false;
 };
 
 } // namespace osg

@@ -38,7 +38,7 @@ protected:
     RenderActionBase() = default;
 
 private:
-    friend class DrawList;
+    friend class Painter;
 
     bool _vertexColors = false;
     bool _transparentPass = false;

@@ -7,6 +7,7 @@
 #include <OpenSG/OSGTextureTransformChunk.h>
 
 #include "OSGContainerType.h"
+#include "OSGSceneStamp.h"
 
 #include <epoxy/gl.h>
 
@@ -44,6 +45,12 @@ void TextureTransformChunk::deactivate(RenderActionBase&, UInt32 slot)
     glMatrixMode(GL_TEXTURE);
     glLoadIdentity();
     glMatrixMode(GL_MODELVIEW);
+}
+
+void BlendChunk::setDestFactor(UInt32 factor)
+{
+    SceneStamp::renew();
+    _destFactor = factor;
 }
 
 void BlendChunk::activate(RenderActionBase&, UInt32)

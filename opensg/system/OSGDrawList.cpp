@@ -1,23 +1,24 @@
 #include "OSGDrawList.h"
 
-#include "OSGGLObjects.h"
-
 #include <OpenSG/OSGBlendChunk.h>
+#include <OpenSG/OSGGeometry.h>
+#include <OpenSG/OSGLight.h>
+#include <OpenSG/OSGMaterial.h>
 #include <OpenSG/OSGMaterialChunk.h>
-#include <OpenSG/OSGRenderAction.h>
-#include <OpenSG/OSGWindow.h>
+#include <OpenSG/OSGNode.h>
 
 #include <algorithm>
 #include <cstring>
-#include <epoxy/gl.h>
 
 namespace osg {
 
 namespace {
 
 const UInt32 noLight = ~UInt32(0);
+const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
+const UInt16 blendPlace = StateChunk::BLEND * StateChunk::MaxSlots;
 
-// Stand for what a material does not have. Never destroyed: a picture may be drawn until the process ends.
+// Stand for what a material does not have. Never destroyed: pictures may be drawn until the process ends.
 StateChunk* defaultColors()
 {
     static const MaterialChunkPtr chunk = MaterialChunk::create();
@@ -44,6 +45,8 @@ void DrawList::clear()
 {
     _lights.clear();
     _items.clear();
+    _states.clear();
+    _boxes.clear();
     _opaque.clear();
     _transparent.clear();
     // The outermost scope, without lights.
@@ -59,22 +62,24 @@ void DrawList::pushLight(const Light& light, const Matrix& toWorld)
         _openScopes.push_back(_openScopes.back());
         return;
     }
-    PlacedLight placed{&light, toWorld, light.getSource() != nullptr, Pnt3f(), light.getRange()};
-    if (placed.hasSource) {
-        toWorld.multMatrixPnt(*light.getSource(), placed.source);
-        Real32 scale = 0;
-        for (UInt32 c = 0; c < 3; ++c)
-            scale = osgMax(scale, Vec3f(toWorld[c]).length());
-        placed.range = osgMin(placed.range * scale, Inf);
-    }
     _scopes.push_back({_openScopes.back(), static_cast<UInt32>(_lights.size()), false, false, {}});
     _openScopes.push_back(static_cast<UInt32>(_scopes.size() - 1));
-    _lights.push_back(placed);
+    _lights.push_back({&light, toWorld, toWorld, light.getSource() != nullptr, Pnt3f(), light.getRange()});
 }
 
-void DrawList::popLight()
+void DrawList::placeLights()
 {
-    _openScopes.pop_back();
+    for (PlacedLight& placed : _lights) {
+        const NodePtr& beacon = placed.light->getBeacon();
+        placed.toWorld = beacon ? beacon->getToWorld() : placed.pathToWorld;
+        if (!placed.hasSource)
+            continue;
+        placed.toWorld.multMatrixPnt(*placed.light->getSource(), placed.source);
+        Real32 scale = 0;
+        for (UInt32 c = 0; c < 3; ++c)
+            scale = osgMax(scale, Vec3f(placed.toWorld[c]).length());
+        placed.range = osgMin(placed.light->getRange() * scale, Inf);
+    }
 }
 
 void DrawList::pushMaterial(const Material* material)
@@ -91,292 +96,162 @@ void DrawList::gather(Scope& scope)
     }
     // The outermost first.
     std::reverse(scope.lights.begin(), scope.lights.end());
-    scope.choose |= scope.lights.size() > glLightCount;
+    scope.choose |= scope.lights.size() > lightLimit;
     scope.gathered = true;
 }
 
-void DrawList::add(const Geometry& geometry, const Matrix& toWorld, const Pnt3f& center, Real32 radius)
+void DrawList::add(const Geometry& geometry, const Matrix& toWorld)
 {
     const UInt32 scope = _openScopes.back();
     if (!_scopes[scope].gathered)
         gather(_scopes[scope]);
     const Material* const group = _openMaterials.back();
     const Material* const material = group ? group : geometry.getMaterial().getCPtr();
-    _items.push_back({&geometry, material, scope, radius, center, toWorld});
+    _items.push_back({&geometry, material, 0, 0, false, false, scope, toWorld});
+}
+
+void DrawList::arrange(bool keep)
+{
+    for (UInt32 i = 0; i < _items.size(); ++i) {
+        Item& item = _items[i];
+        item.vertexColors = static_cast<bool>(item.geometry->getColors());
+        item.transparent =
+            (item.material && item.material->isTransparent()) || item.geometry->hasTransparentColors();
+        const Item* last = i > 0 ? &_items[i - 1] : nullptr;
+        if (last && last->material == item.material && last->transparent == item.transparent) {
+            item.firstState = last->firstState;
+            item.stateCount = last->stateCount;
+        } else {
+            resolveState(item);
+        }
+        if (item.transparent)
+            _transparent.push_back({0, i});
+        else
+            _opaque.push_back({stateKey(item), i});
+    }
+    if (!std::is_sorted(_opaque.begin(), _opaque.end()))
+        std::stable_sort(_opaque.begin(), _opaque.end());
+    if (keep)
+        layOut();
+}
+
+void DrawList::resolveState(Item& item)
+{
+    item.firstState = static_cast<UInt32>(_states.size());
+    if (!item.material || item.material->getEntries().empty() ||
+        item.material->getEntries().front().place != colorPlace)
+        _states.push_back({colorPlace, defaultColors()});
+    bool blends = !item.transparent;
+    const auto addDefaultBlending = [&] {
+        if (!blends)
+            _states.push_back({blendPlace, defaultBlending()});
+        blends = true;
+    };
+    if (item.material) {
+        for (const Material::Entry& entry : item.material->getEntries()) {
+            if (entry.place > blendPlace)
+                addDefaultBlending();
+            blends |= entry.place == blendPlace;
+            _states.push_back({entry.place, entry.chunk.getCPtr()});
+        }
+    }
+    addDefaultBlending();
+    item.stateCount = static_cast<UInt16>(_states.size() - item.firstState);
 }
 
 // Groups what shares state, the dearest first: scope of lights, texture, material, geometry. Keys that meet
 // by chance cost a change of state and nothing else.
 UInt64 DrawList::stateKey(const Item& item) const
 {
-    UInt64 sortKey = 128;
     UInt64 texture = 0;
-    UInt64 material = 0;
-    if (item.material) {
-        sortKey = static_cast<UInt64>(osgClamp(-128, item.material->getSortKey(), 127) + 128);
-        material = item.material->getFieldContainerId();
-        for (const Material::Entry& entry : item.material->getEntries()) {
-            if (entry.chunkClass() == StateChunk::TEXTURE) {
-                texture = entry.chunk->getFieldContainerId();
-                break;
-            }
-        }
+    const StateEntry* state = getState(item);
+    for (UInt32 i = 0; i < item.stateCount && texture == 0; ++i) {
+        if (state[i].place / StateChunk::MaxSlots == StateChunk::TEXTURE)
+            texture = state[i].chunk->getFieldContainerId();
     }
+    const Int32 sortKey = item.material ? osgClamp(-128, item.material->getSortKey(), 127) : 0;
+    const UInt64 material = item.material ? item.material->getFieldContainerId() : 0;
     const UInt64 geometry = item.geometry->getFieldContainerId();
-    return sortKey << 56 | UInt64(item.scope & 0xff) << 48 | (texture & 0xffff) << 32 |
-           (material & 0xfffff) << 12 | (geometry & 0xfff);
+    return static_cast<UInt64>(sortKey + 128) << 56 | UInt64(item.scope & 0xff) << 48 |
+           (texture & 0xffff) << 32 | (material & 0xfffff) << 12 | (geometry & 0xfff);
 }
 
-void DrawList::draw(RenderAction& action, RenderStatistics& statistics)
+// A kept list is read from its begin to its end in every picture, which is by far the fastest way to read.
+void DrawList::layOut()
 {
-    for (UInt32 i = 0; i < _items.size(); ++i) {
-        const Item& item = _items[i];
-        const bool transparent =
-            (item.material && item.material->isTransparent()) || item.geometry->hasTransparentColors();
-        if (!transparent) {
-            _opaque.push_back({stateKey(item), i});
-            continue;
+    std::vector<Item> items;
+    std::vector<StateEntry> states;
+    items.reserve(_items.size());
+    states.reserve(_states.size());
+    const auto take = [&](std::vector<Order>& order) {
+        for (Order& entry : order) {
+            Item item = _items[entry.item];
+            const Item* last = items.empty() ? nullptr : &items.back();
+            const StateEntry* state = getState(item);
+            item.firstState = static_cast<UInt32>(states.size());
+            if (last && last->material == item.material && last->transparent == item.transparent)
+                item.firstState = last->firstState;
+            else
+                states.insert(states.end(), state, state + item.stateCount);
+            entry.item = static_cast<UInt32>(items.size());
+            items.push_back(item);
         }
+    };
+    take(_opaque);
+    take(_transparent);
+    _items = std::move(items);
+    _states = std::move(states);
+
+    _box.setEmpty();
+    _boxes.reserve(_items.size());
+    for (const Item& item : _items) {
+        _boxes.push_back(computeBox(item));
+        _box.extendBy(_boxes.back());
+    }
+}
+
+BoxVolume DrawList::computeBox(const Item& item)
+{
+    BoxVolume box = item.geometry->getBox();
+    box.transform(item.toWorld);
+    return box;
+}
+
+void DrawList::sortTransparent(const Matrix& viewing)
+{
+    for (Order& entry : _transparent) {
         Pnt3f center;
-        action.getViewing().multMatrixPnt(item.center, center);
-        // The farthest, which has the lowest z, comes first.
-        _transparent.push_back({action.getSortTrans() ? sortableBits(center[2]) : 0, i});
+        boxOf(entry.item).getCenter(center);
+        viewing.multMatrixPnt(center);
+        // The farthest has the lowest z.
+        entry.key = sortableBits(center[2]);
     }
-    if (!std::is_sorted(_opaque.begin(), _opaque.end()))
-        std::sort(_opaque.begin(), _opaque.end());
     std::stable_sort(_transparent.begin(), _transparent.end());
-
-    _statistics = &statistics;
-    _objects = &action.getWindow()->getGLObjects();
-    beginState(action);
-    drawItems(action, _opaque);
-    if (!_transparent.empty()) {
-        setMaterial(action, nullptr, false);
-        action._transparentPass = true;
-        _materialSet = false;
-        glDepthMask(action.getZWriteTrans());
-        drawItems(action, _transparent);
-        glDepthMask(GL_TRUE);
-    }
-    endState(action);
 }
 
-void DrawList::beginState(RenderAction& action)
-{
-    _state.clear();
-    _scope = 0;
-    std::fill_n(_lightInUse, glLightCount, noLight);
-    _materialSet = false;
-    _arrays = VertexArrays();
-    _geometry = nullptr;
-    _buffers = nullptr;
-    _frontFace = GL_CCW;
-    action._transparentPass = false;
-    action._vertexColors = false;
-    action.setFrontFace(GL_CCW);
-
-    glMatrixMode(GL_PROJECTION);
-    glLoadMatrixf(action.getProjection().getValues());
-    glMatrixMode(GL_MODELVIEW);
-    glEnable(GL_DEPTH_TEST);
-    glDepthFunc(GL_LESS);
-    glDepthMask(GL_TRUE);
-    glFrontFace(GL_CCW);
-    glShadeModel(GL_SMOOTH);
-    // Matrices may scale, and normals of scenes have any length.
-    glEnable(GL_NORMALIZE);
-    const Real32 black[] = {0, 0, 0, 1};
-    glLightModelfv(GL_LIGHT_MODEL_AMBIENT, black);
-    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
-    glLightModeli(GL_LIGHT_MODEL_COLOR_CONTROL, GL_SEPARATE_SPECULAR_COLOR);
-    glEnableClientState(GL_VERTEX_ARRAY);
-    glNormal3f(0, 0, 1);
-}
-
-void DrawList::endState(RenderAction& action)
-{
-    _nextState.clear();
-    for (const StateEntry& entry : _state)
-        entry.chunk->deactivate(action, entry.place % StateChunk::MaxSlots);
-    _state.clear();
-    action._transparentPass = false;
-    action._vertexColors = false;
-    for (UInt32 i = 0; i < glLightCount; ++i) {
-        if (_lightInUse[i] != noLight)
-            glDisable(GL_LIGHT0 + i);
-    }
-    _arrays.enable(nullptr, 0);
-    glDisableClientState(GL_VERTEX_ARRAY);
-    glClientActiveTexture(GL_TEXTURE0);
-    glActiveTexture(GL_TEXTURE0);
-    glBindBuffer(GL_ARRAY_BUFFER, 0);
-    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
-    glDisable(GL_NORMALIZE);
-    glDisable(GL_DEPTH_TEST);
-    glFrontFace(GL_CCW);
-    glLoadIdentity();
-}
-
-void DrawList::drawItems(RenderAction& action, const std::vector<Order>& order)
-{
-    for (const Order& entry : order) {
-        const Item& item = _items[entry.item];
-        if (item.scope != _scope || _scopes[item.scope].choose)
-            setLights(action, item);
-        const bool vertexColors = static_cast<bool>(item.geometry->getColors());
-        if (!_materialSet || item.material != _material || vertexColors != action.hasVertexColors())
-            setMaterial(action, item.material, vertexColors);
-        setGeometry(action, item);
-        setPlace(action, item.toWorld);
-        _buffers->draw(*_statistics);
-        ++_statistics->shapes;
-    }
-}
-
-// The nearest lights that reach the shape; lights without a place first.
 void DrawList::chooseLights(const Item& item, std::vector<UInt32>& chosen) const
 {
+    const BoxVolume box = boxOf(static_cast<UInt32>(&item - _items.data()));
+    Pnt3f center;
+    Vec3f size;
+    box.getCenter(center);
+    box.getSize(size);
+    const Real32 radius = size.length() / 2;
+
     std::vector<std::pair<Real32, UInt32>> reaching;
     for (UInt32 index : _scopes[item.scope].lights) {
         const PlacedLight& placed = _lights[index];
-        const Real32 distance = placed.hasSource ? placed.source.dist(item.center) : -1;
-        if (!(distance > placed.range + item.radius))
+        const Real32 distance = placed.hasSource ? placed.source.dist(center) : -1;
+        if (!(distance > placed.range + radius))
             reaching.emplace_back(distance, index);
     }
-    if (reaching.size() > glLightCount) {
+    if (reaching.size() > lightLimit) {
         std::stable_sort(reaching.begin(), reaching.end(),
                          [](const auto& a, const auto& b) { return a.first < b.first; });
-        reaching.resize(glLightCount);
+        reaching.resize(lightLimit);
     }
     for (const auto& light : reaching)
         chosen.push_back(light.second);
-}
-
-void DrawList::setLights(RenderAction& action, const Item& item)
-{
-    _scope = item.scope;
-    const std::vector<UInt32>* wanted = &_scopes[item.scope].lights;
-    if (_scopes[item.scope].choose) {
-        _chosen.clear();
-        chooseLights(item, _chosen);
-        wanted = &_chosen;
-    }
-    const auto isWanted = [wanted](UInt32 light) {
-        return std::find(wanted->begin(), wanted->end(), light) != wanted->end();
-    };
-    for (UInt32 i = 0; i < glLightCount; ++i) {
-        if (_lightInUse[i] != noLight && !isWanted(_lightInUse[i])) {
-            glDisable(GL_LIGHT0 + i);
-            _lightInUse[i] = noLight;
-        }
-    }
-    bool matrixReset = false;
-    for (UInt32 light : *wanted) {
-        if (std::find(_lightInUse, _lightInUse + glLightCount, light) != _lightInUse + glLightCount)
-            continue;
-        const auto place = std::find(_lightInUse, _lightInUse + glLightCount, noLight);
-        *place = light;
-        // GL takes places of lights through the matrix of the moment.
-        if (!matrixReset)
-            glLoadIdentity();
-        matrixReset = true;
-        Matrix toEye = action.getViewing();
-        toEye.mult(_lights[light].toWorld);
-        const UInt32 index = static_cast<UInt32>(place - _lightInUse);
-        _lights[light].light->activate(index, toEye);
-        glEnable(GL_LIGHT0 + index);
-    }
-}
-
-void DrawList::setMaterial(RenderAction& action, const Material* material, bool vertexColors)
-{
-    const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
-    const UInt16 blendPlace = StateChunk::BLEND * StateChunk::MaxSlots;
-    const Int32 unitCount = _objects->getLimits().textureUnits;
-
-    _nextState.clear();
-    if (!material || material->getEntries().empty() || material->getEntries().front().place != colorPlace)
-        _nextState.push_back({colorPlace, defaultColors()});
-    bool blends = !action.isTransparentPass();
-    const auto addDefaultBlending = [&] {
-        if (!blends)
-            _nextState.push_back({blendPlace, defaultBlending()});
-        blends = true;
-    };
-    if (material) {
-        for (const Material::Entry& entry : material->getEntries()) {
-            if (entry.place == blendPlace)
-                blends = true;
-            if (entry.place > blendPlace)
-                addDefaultBlending();
-            const bool perUnit = entry.chunk->getSlotCount() > 1;
-            if (!perUnit || static_cast<Int32>(entry.slot()) < unitCount)
-                _nextState.push_back({entry.place, entry.chunk.getCPtr()});
-        }
-    }
-    addDefaultBlending();
-
-    const bool colorsChange = vertexColors != action.hasVertexColors();
-    action._vertexColors = vertexColors;
-    auto old = _state.begin();
-    for (const StateEntry& next : _nextState) {
-        const UInt32 slot = next.place % StateChunk::MaxSlots;
-        for (; old != _state.end() && old->place < next.place; ++old)
-            old->chunk->deactivate(action, old->place % StateChunk::MaxSlots);
-        if (old == _state.end() || old->place != next.place) {
-            next.chunk->activate(action, slot);
-            continue;
-        }
-        if (colorsChange && next.place == colorPlace) {
-            old->chunk->deactivate(action, slot);
-            next.chunk->activate(action, slot);
-        } else if (old->chunk != next.chunk) {
-            next.chunk->changeFrom(action, *old->chunk, slot);
-        }
-        ++old;
-    }
-    for (; old != _state.end(); ++old)
-        old->chunk->deactivate(action, old->place % StateChunk::MaxSlots);
-    _state.swap(_nextState);
-
-    const StateEntry& colors = _state.front();
-    _alpha = static_cast<const MaterialChunk*>(colors.chunk)->getDiffuse().alpha();
-    _material = material;
-    _materialSet = true;
-    ++_statistics->materialChanges;
-}
-
-void DrawList::setGeometry(RenderAction&, const Item& item)
-{
-    if (item.geometry == _geometry && !_buffers->needsAlpha(_alpha))
-        return;
-    GLGeometry& buffers = _objects->get<GLGeometry>(item.geometry->getGLSlot(), [&](auto old) {
-        auto made = old ? std::move(old) : std::make_unique<GLGeometry>();
-        made->build(*item.geometry, _alpha);
-        ++_statistics->geometriesBuilt;
-        return made;
-    });
-    if (buffers.needsAlpha(_alpha)) {
-        buffers.build(*item.geometry, _alpha);
-        ++_statistics->geometriesBuilt;
-    }
-    buffers.bind(_arrays, _objects->getLimits().textureUnits);
-    _geometry = item.geometry;
-    _buffers = &buffers;
-    ++_statistics->geometryChanges;
-}
-
-void DrawList::setPlace(RenderAction& action, const Matrix& toWorld)
-{
-    Matrix toEye = action.getViewing();
-    toEye.mult(toWorld);
-    glLoadMatrixf(toEye.getValues());
-    // A matrix that mirrors turns the sense of all faces.
-    const bool mirrors = toWorld.det3() < 0;
-    const UInt32 frontFace = (action.getFrontFace() == GL_CCW) != mirrors ? GL_CCW : GL_CW;
-    if (frontFace != _frontFace)
-        glFrontFace(frontFace);
-    _frontFace = frontFace;
 }
 
 } // namespace osg

@@ -1,65 +1,59 @@
 #pragma once
 
-#include "OSGGLGeometry.h"
-
-#include <OpenSG/OSGLight.h>
-#include <OpenSG/OSGMaterial.h>
+#include <OpenSG/OSGBoxVolume.h>
 #include <OpenSG/OSGMatrix.h>
+#include <OpenSG/OSGStateChunk.h>
 
 #include <vector>
 
 namespace osg {
 
-class GLObjects;
-class RenderAction;
+class Geometry;
+class Light;
+class Material;
 
-/// What one picture is made of: shapes with the lights that reach them, in drawing order after `sort`. The
-/// containers are only pointed at: a list lives as long as the picture takes.
+/// What a picture is made of: shapes with the lights that reach them, in the order in which they are drawn.
+/// The containers are only pointed at: a list is good as long as SceneStamp stays as it is.
 class DrawList
 {
 public:
-    void clear();
-
-    void pushLight(const Light& light, const Matrix& toWorld);
-    void popLight();
-    void pushMaterial(const Material* material);
-    void popMaterial() { _openMaterials.pop_back(); }
-    /// `center` and `radius` bound the shape in world coordinates.
-    void add(const Geometry& geometry, const Matrix& toWorld, const Pnt3f& center, Real32 radius);
-
-    /// Draws all; the viewport's context is current.
-    void draw(RenderAction& action, RenderStatistics& statistics);
-
-private:
-    static constexpr UInt32 glLightCount = 8;
-
-    struct PlacedLight
+    /// A chunk at its place in the state.
+    struct StateEntry
     {
-        const Light* light;
-        Matrix toWorld;
-        bool hasSource;
-        Pnt3f source;
-        Real32 range;
-    };
-
-    // The lights in scope at a place: one more than at the place around it.
-    struct Scope
-    {
-        UInt32 outer;
-        UInt32 light;
-        bool gathered;
-        bool choose; ///< not all lights of the scope reach all shapes
-        std::vector<UInt32> lights;
+        UInt16 place;
+        StateChunk* chunk;
     };
 
     struct Item
     {
         const Geometry* geometry;
-        const Material* material;
+        const Material* material; ///< tells items of equal state; may be null
+        UInt32 firstState;
+        UInt16 stateCount;
+        bool vertexColors;
+        bool transparent;
         UInt32 scope;
-        Real32 radius;
-        Pnt3f center;
         Matrix toWorld;
+    };
+
+    struct PlacedLight
+    {
+        const Light* light;
+        Matrix pathToWorld; ///< of the light's own node
+        Matrix toWorld;
+        bool hasSource;
+        Pnt3f source; ///< in world coordinates, like the range
+        Real32 range;
+    };
+
+    /// The lights at a place: one more than at the place around it.
+    struct Scope
+    {
+        UInt32 outer;
+        UInt32 light;
+        bool gathered;
+        bool choose; ///< not all of the lights may shine on each shape
+        std::vector<UInt32> lights;
     };
 
     struct Order
@@ -69,46 +63,57 @@ private:
         bool operator<(const Order& other) const { return key < other.key; }
     };
 
-    struct StateEntry
-    {
-        UInt16 place;
-        StateChunk* chunk;
-    };
+    /// GL's lights that may shine at once.
+    static constexpr UInt32 lightLimit = 8;
 
-    void gather(Scope& scope);
-    UInt64 stateKey(const Item& item) const;
-    void drawItems(RenderAction& action, const std::vector<Order>& order);
-    void beginState(RenderAction& action);
-    void endState(RenderAction& action);
-    void setLights(RenderAction& action, const Item& item);
+    void clear();
+
+    void pushLight(const Light& light, const Matrix& toWorld);
+    void popLight() { _openScopes.pop_back(); }
+    void pushMaterial(const Material* material);
+    void popMaterial() { _openMaterials.pop_back(); }
+    void add(const Geometry& geometry, const Matrix& toWorld);
+
+    /// Ends the collection: finds state and drawing order. A list that is to be kept for further pictures is
+    /// also laid out in that order, with a box for each item.
+    void arrange(bool keep);
+
+    /// Puts the lights where their beacons are now.
+    void placeLights();
+    /// Orders the transparent items as they are seen, the farthest first.
+    void sortTransparent(const Matrix& viewing);
+    /// The nearest lights that reach an item, those without a source first; at most `lightLimit`.
     void chooseLights(const Item& item, std::vector<UInt32>& chosen) const;
-    void setMaterial(RenderAction& action, const Material* material, bool vertexColors);
-    void setGeometry(RenderAction& action, const Item& item);
-    void setPlace(RenderAction& action, const Matrix& toWorld);
+
+    const std::vector<Item>& getItems() const { return _items; }
+    /// The box of an item in world coordinates; kept lists only.
+    const BoxVolume& getBox(UInt32 item) const { return _boxes[item]; }
+    /// The box around everything; kept lists only.
+    const BoxVolume& getBox() const { return _box; }
+    const StateEntry* getState(const Item& item) const { return _states.data() + item.firstState; }
+    const PlacedLight& getLight(UInt32 index) const { return _lights[index]; }
+    const Scope& getScope(const Item& item) const { return _scopes[item.scope]; }
+    const std::vector<Order>& getOpaque() const { return _opaque; }
+    const std::vector<Order>& getTransparent() const { return _transparent; }
+
+private:
+    void gather(Scope& scope);
+    void resolveState(Item& item);
+    UInt64 stateKey(const Item& item) const;
+    void layOut();
+    static BoxVolume computeBox(const Item& item);
+    BoxVolume boxOf(UInt32 item) const { return _boxes.empty() ? computeBox(_items[item]) : _boxes[item]; }
 
     std::vector<PlacedLight> _lights;
     std::vector<Scope> _scopes;
     std::vector<UInt32> _openScopes;
     std::vector<const Material*> _openMaterials; ///< the last one counts; null for the geometries' own
     std::vector<Item> _items;
+    std::vector<StateEntry> _states;
+    std::vector<BoxVolume> _boxes;
+    BoxVolume _box;
     std::vector<Order> _opaque;
     std::vector<Order> _transparent;
-
-    // What GL is set to while drawing.
-    GLObjects* _objects = nullptr;
-    RenderStatistics* _statistics = nullptr;
-    std::vector<StateEntry> _state;
-    std::vector<StateEntry> _nextState;
-    std::vector<UInt32> _chosen;
-    UInt32 _scope = 0;
-    UInt32 _lightInUse[glLightCount] = {};
-    bool _materialSet = false;
-    const Material* _material = nullptr;
-    Real32 _alpha = 1;
-    VertexArrays _arrays;
-    const Geometry* _geometry = nullptr;
-    const GLGeometry* _buffers = nullptr;
-    UInt32 _frontFace = 0;
 };
 
 } // namespace osg

@@ -6,6 +6,7 @@
 #include <OpenSG/OSGTriangleIterator.h>
 
 #include "OSGContainerType.h"
+#include "OSGSceneStamp.h"
 #include "OSGTriangleTree.h"
 
 #include <algorithm>
@@ -24,6 +25,7 @@ MaterialDrawable::~MaterialDrawable()
 
 void MaterialDrawable::setMaterial(const MaterialPtr& material)
 {
+    SceneStamp::renew();
     setRefdCP(_material, material);
 }
 
@@ -169,8 +171,10 @@ void Geometry::changed(BitVector whichField, UInt32 origin)
         _glSlot.touch();
     if (whichField & shape)
         _triangleTree.reset();
-    if (whichField & ColorsFieldMask)
+    if (whichField & ColorsFieldMask) {
         _colorsChecked = false;
+        SceneStamp::renew();
+    }
     if (whichField & PositionsFieldMask) {
         _boxValid = false;
         invalidateVolume();

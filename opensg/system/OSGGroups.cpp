@@ -7,6 +7,7 @@
 #include <OpenSG/OSGVisitSubTree.h>
 
 #include "OSGContainerType.h"
+#include "OSGSceneStamp.h"
 
 namespace osg {
 
@@ -86,6 +87,7 @@ MaterialGroup::~MaterialGroup()
 
 void MaterialGroup::setMaterial(const MaterialPtr& material)
 {
+    SceneStamp::renew();
     setRefdCP(_material, material);
 }
 

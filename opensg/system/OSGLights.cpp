@@ -5,6 +5,7 @@
 #include <OpenSG/OSGSpotLight.h>
 
 #include "OSGContainerType.h"
+#include "OSGSceneStamp.h"
 
 #include <epoxy/gl.h>
 
@@ -14,6 +15,13 @@ OSG_CONTAINER_TYPE(Light, NodeCore)
 OSG_CREATABLE_CONTAINER_TYPE(DirectionalLight, Light)
 OSG_CREATABLE_CONTAINER_TYPE(PointLight, Light)
 OSG_CREATABLE_CONTAINER_TYPE(SpotLight, PointLight)
+
+void Light::setOn(bool on)
+{
+    if (on != _on)
+        SceneStamp::renew();
+    _on = on;
+}
 
 void Light::renderEnter(RenderAction& action)
 {
@@ -50,6 +58,13 @@ void DirectionalLight::activate(UInt32 index, const Matrix& toEye) const
     toEye.multMatrixVec(_direction, direction);
     const Real32 position[] = {direction[0], direction[1], direction[2], 0};
     glLightfv(GL_LIGHT0 + index, GL_POSITION, position);
+}
+
+void PointLight::setRange(Real32 range)
+{
+    if (range != _range)
+        SceneStamp::renew();
+    _range = range;
 }
 
 void PointLight::activate(UInt32 index, const Matrix& toEye) const

@@ -4,6 +4,7 @@
 #include <OpenSG/OSGRenderActionBase.h>
 
 #include "OSGContainerType.h"
+#include "OSGSceneStamp.h"
 
 #include <algorithm>
 #include <cstring>
@@ -51,8 +52,22 @@ void MaterialChunk::setShininess(Real32 shininess)
     _front.shininess = keptShininess(shininess);
 }
 
+void MaterialChunk::setDiffuse(const Color4f& color)
+{
+    if (color.alpha() != _front.diffuse.alpha())
+        SceneStamp::renew();
+    _front.diffuse = color;
+}
+
+void MaterialChunk::clearBack()
+{
+    SceneStamp::renew();
+    _back.reset();
+}
+
 void MaterialChunk::setBack(const Side& side)
 {
+    SceneStamp::renew();
     _back = std::make_unique<Side>(side);
     _back->shininess = keptShininess(side.shininess);
 }

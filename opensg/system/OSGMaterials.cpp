@@ -2,6 +2,7 @@
 #include <OpenSG/OSGSimpleMaterial.h>
 
 #include "OSGContainerType.h"
+#include "OSGSceneStamp.h"
 
 #include <algorithm>
 
@@ -10,6 +11,12 @@ namespace osg {
 OSG_CONTAINER_TYPE(Material, AttachmentContainer)
 OSG_CREATABLE_CONTAINER_TYPE(ChunkMaterial, Material)
 OSG_CREATABLE_CONTAINER_TYPE(SimpleMaterial, ChunkMaterial)
+
+void Material::setSortKey(Int32 key)
+{
+    SceneStamp::renew();
+    _sortKey = key;
+}
 
 ChunkMaterial::~ChunkMaterial()
 {
@@ -20,6 +27,7 @@ bool ChunkMaterial::addChunk(const StateChunkPtr& chunk, Int32 slot)
 {
     if (!chunk || slot < -1 || slot >= static_cast<Int32>(chunk->getSlotCount()))
         return false;
+    SceneStamp::renew();
     UInt32 chosen = slot < 0 ? 0 : static_cast<UInt32>(slot);
     if (slot < 0) {
         while (chosen + 1 < chunk->getSlotCount() && findChunk(chunk->getChunkClass(), chosen))
@@ -43,6 +51,7 @@ bool ChunkMaterial::subChunk(const StateChunkPtr& chunk)
                                     [&chunk](const Entry& entry) { return entry.chunk == chunk; });
     if (found == _entries.end())
         return false;
+    SceneStamp::renew();
     const StateChunkPtr dropped = found->chunk;
     _entries.erase(found);
     subRefCP(dropped);
@@ -51,6 +60,7 @@ bool ChunkMaterial::subChunk(const StateChunkPtr& chunk)
 
 void ChunkMaterial::clearChunks()
 {
+    SceneStamp::renew();
     std::vector<Entry> dropped;
     dropped.swap(_entries);
     for (Entry& entry : dropped)
@@ -64,6 +74,12 @@ StateChunkPtr ChunkMaterial::findChunk(StateChunk::ChunkClass chunkClass, UInt32
             return entry.chunk;
     }
     return NullFC;
+}
+
+void ChunkMaterial::setTransparencyMode(Int32 mode)
+{
+    SceneStamp::renew();
+    _transparencyMode = mode;
 }
 
 bool ChunkMaterial::isTransparent() const

@@ -4,6 +4,7 @@
 #include <OpenSG/OSGVisitSubTree.h>
 
 #include "OSGContainerType.h"
+#include "OSGSceneStamp.h"
 
 #include <algorithm>
 
@@ -18,6 +19,7 @@ NodePtr Node::createEmpty()
 
 Node::~Node()
 {
+    SceneStamp::renew();
     if (_referrers) {
         for (VisitSubTree* referrer : *_referrers) {
             referrer->_subTreeRoot = NullFC;
@@ -141,6 +143,13 @@ void Node::dropAt(UInt32 index)
     dropped->_parent = NullFC;
     subRefCP(dropped);
     invalidateVolume();
+}
+
+void Node::setTravMask(UInt32 mask)
+{
+    if (mask != _travMask)
+        SceneStamp::renew();
+    _travMask = mask;
 }
 
 Matrix Node::getToWorld() const

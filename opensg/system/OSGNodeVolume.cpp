@@ -2,6 +2,8 @@
 
 #include <OpenSG/OSGVisitSubTree.h>
 
+#include "OSGSceneStamp.h"
+
 #include <algorithm>
 
 // The part of Node that keeps bounding volumes. Trees may be deeper than the stack allows to recurse: what is
@@ -99,8 +101,11 @@ void Node::computeVolume()
 
 void Node::invalidateVolume()
 {
-    // A volume that is out of date has told so already to all that depend on it.
-    if (!_volume.isValid() || _volume.isStatic())
+    // A volume that is out of date has told so already to all that depend on it, and is in no picture.
+    if (!_volume.isValid() && !_volume.isStatic())
+        return;
+    SceneStamp::renew();
+    if (_volume.isStatic())
         return;
     std::vector<Node*> waiting;
     const auto invalidate = [&waiting](Node* node) {

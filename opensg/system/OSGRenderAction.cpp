@@ -1,15 +1,17 @@
 #include <OpenSG/OSGRenderAction.h>
 
-#include <OpenSG/OSGCamera.h>
 #include <OpenSG/OSGFrustumVolume.h>
-#include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGLog.h>
 #include <OpenSG/OSGNode.h>
-#include <OpenSG/OSGViewport.h>
+#include <OpenSG/OSGWindow.h>
 
 #include "OSGDrawList.h"
 #include "OSGGLContext.h"
+#include "OSGPainter.h"
+#include "OSGSceneStamp.h"
 #include "OSGTraversal.h"
+
+#include <algorithm>
 
 namespace osg {
 
@@ -20,7 +22,20 @@ const int outOfView = -1;
 const int partlyInView = 0;
 const int whollyInView = 1;
 
+// Trees whose lists are kept at the same time.
+const std::size_t mostKept = 8;
+
 } // namespace
+
+// A tree that was drawn, and its list once a picture has followed in which nothing had changed.
+struct RenderAction::Kept
+{
+    const Node* root;
+    UInt32 mask;
+    UInt64 stamp;
+    bool keepable;
+    std::unique_ptr<DrawList> list;
+};
 
 RenderAction* RenderAction::create()
 {
@@ -29,8 +44,9 @@ RenderAction* RenderAction::create()
 
 RenderAction::RenderAction()
     : _frustum(std::make_unique<FrustumVolume>())
-    , _drawList(std::make_unique<DrawList>())
     , _traversal(std::make_unique<Traversal>())
+    , _fresh(std::make_unique<DrawList>())
+    , _painter(std::make_unique<Painter>())
 {
 }
 
@@ -47,10 +63,60 @@ Action::ResultE RenderAction::apply(const NodePtr& node)
     Matrix clip = getProjection();
     clip.mult(getViewing());
     _frustum->setPlanes(clip);
-    _drawList->clear();
-    _traversal->run(node, getTravMask(), *this);
-    _drawList->draw(*this, _statistics);
+
+    Kept& kept = findKept(*node);
+    if (kept.stamp == SceneStamp::get() && kept.keepable) {
+        drawKept(node, kept);
+        return Continue;
+    }
+    kept.list.reset();
+    collect(node, *_fresh, _frustumCulling);
+    _fresh->arrange(false);
+    _painter->draw(*_fresh, nullptr, *this, _statistics);
+    kept.stamp = SceneStamp::get();
+    kept.keepable = !_varying;
     return Continue;
+}
+
+// The entry of a tree, which comes to the front; the one that was not asked for longest makes place.
+RenderAction::Kept& RenderAction::findKept(const Node& root)
+{
+    const auto found = std::find_if(_kept.begin(), _kept.end(), [&](const Kept& kept) {
+        return kept.root == &root && kept.mask == getTravMask();
+    });
+    if (found != _kept.end()) {
+        std::rotate(_kept.begin(), found, found + 1);
+        return _kept.front();
+    }
+    if (_kept.size() == mostKept)
+        _kept.pop_back();
+    _kept.insert(_kept.begin(), Kept{&root, getTravMask(), 0, false, nullptr});
+    return _kept.front();
+}
+
+void RenderAction::drawKept(const NodePtr& node, Kept& kept)
+{
+    if (!kept.list) {
+        kept.list = std::make_unique<DrawList>();
+        collect(node, *kept.list, false);
+        kept.list->arrange(true);
+    }
+    const FrustumVolume* frustum = _frustumCulling ? _frustum.get() : nullptr;
+    if (frustum && frustum->classify(kept.list->getBox()) == FrustumVolume::INSIDE)
+        frustum = nullptr;
+    _painter->draw(*kept.list, frustum, *this, _statistics);
+}
+
+void RenderAction::collect(const NodePtr& node, DrawList& list, bool culling)
+{
+    // Changes tell of themselves only where volumes are up to date.
+    node->updateVolume();
+    list.clear();
+    _target = &list;
+    _culling = culling;
+    _varying = false;
+    _traversal->run(node, getTravMask(), *this);
+    _target = nullptr;
 }
 
 const Matrix& RenderAction::getToWorld() const
@@ -60,11 +126,10 @@ const Matrix& RenderAction::getToWorld() const
 
 int RenderAction::enter(Node& node, const Matrix& parentToWorld, int parentMark)
 {
-    const DynamicVolume& volume = node.getVolume(true);
-    if (!_frustumCulling || parentMark == whollyInView)
+    if (!_culling || parentMark == whollyInView)
         return whollyInView;
     BoxVolume box;
-    box.extendBy(volume);
+    box.extendBy(node.getVolume(true));
     // What has no extent may still be a core that takes part in drawing.
     if (box.isEmpty())
         return partlyInView;
@@ -92,34 +157,27 @@ void RenderAction::leave(NodeCore& core)
 
 void RenderAction::addGeometry(Geometry& geometry)
 {
-    const Matrix& toWorld = getToWorld();
-    BoxVolume box = geometry.getBox();
-    box.transform(toWorld);
-    Pnt3f center;
-    Vec3f size;
-    box.getCenter(center);
-    box.getSize(size);
-    _drawList->add(geometry, toWorld, center, size.length() / 2);
+    _target->add(geometry, getToWorld());
 }
 
 void RenderAction::pushLight(Light& light)
 {
-    _drawList->pushLight(light, light.getBeacon() ? light.getBeacon()->getToWorld() : getToWorld());
+    _target->pushLight(light, getToWorld());
 }
 
 void RenderAction::popLight()
 {
-    _drawList->popLight();
+    _target->popLight();
 }
 
 void RenderAction::pushMaterial(const Material* material)
 {
-    _drawList->pushMaterial(material);
+    _target->pushMaterial(material);
 }
 
 void RenderAction::popMaterial()
 {
-    _drawList->popMaterial();
+    _target->popMaterial();
 }
 
 } // namespace osg

@@ -6,6 +6,7 @@
 
 #include "OSGContainerType.h"
 #include "OSGGLTexture.h"
+#include "OSGSceneStamp.h"
 
 #include <algorithm>
 #include <epoxy/gl.h>
@@ -100,7 +101,11 @@ void TextureChunk::changed(BitVector whichField, UInt32 origin)
     // An image tells of its changes as those of a child, without a field.
     if (origin == ChangedOrigin::Child || (whichField & (ImageFieldMask | FrameFieldMask))) {
         ++_imageStamp;
+        // Nobody has asked for what is not known.
+        const Alpha last = _alpha;
         _alpha = Alpha::UNKNOWN;
+        if (last != Alpha::UNKNOWN && getAlpha() != last)
+            SceneStamp::renew();
         _glSlot.touch();
     } else if (whichField & FilterFieldMask) {
         _glSlot.touch();

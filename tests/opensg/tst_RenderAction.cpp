@@ -12,6 +12,7 @@
 #include <OpenSG/OSGPolygonChunk.h>
 #include <OpenSG/OSGSimpleMaterial.h>
 #include <OpenSG/OSGSpotLight.h>
+#include <OpenSG/OSGSwitch.h>
 #include <OpenSG/OSGTextureChunk.h>
 #include <OpenSG/OSGTextureTransformChunk.h>
 #include <OpenSG/OSGVisitSubTree.h>
@@ -20,6 +21,7 @@
 #include <QtTest>
 
 #include <cmath>
+#include <functional>
 
 using namespace osg;
 using NodeRefPtr = RefPtr<NodePtr>;
@@ -635,6 +637,130 @@ private slots:
             const QImage image = picture.draw(first);
             COMPARE_COLOR(colorAt(image, 0, 0), green);
             COMPARE_COLOR(colorAt(image, 3, 0), QColor(0, 0, 128));
+        }
+    }
+
+    void everyChangeIsSeenAfterFramesWithoutOne()
+    {
+        GLPicture picture;
+        picture.background->setColor(Color3f(0.3F, 0.3F, 0.3F));
+        const GeometryPtr square = GeometryBuilder::square(0.8F);
+        const GeoColorsPtr colors = GeoColors::create();
+        for (int i = 0; i < 4; ++i)
+            colors->addValue(Color4f(1, 1, 0, 1));
+        const SimpleMaterialPtr shared = lit(1, 0, 0);
+        const RefPtr<SimpleMaterialPtr> spare = flat(0, 1, 1);
+        const RefPtr<ImagePtr> image = Image::create();
+        const UInt8 opaque[] = {255, 255, 255, 255};
+        image->set(Image::OSG_RGBA_PF, 1, 1, 1, 1, 1, 0, opaque);
+        const SimpleMaterialPtr textured = flat(1, 1, 1);
+        textured->addChunk(texture(image.get()));
+
+        const NodePtr moved = at(-4, 4, 0, shape(GeometryBuilder::square(0.8F), shared));
+        const MaterialGroupPtr looks = MaterialGroup::create();
+        const NodePtr grouped = makeNodeFor(looks);
+        grouped->addChild(at(-2, 4, 0, shape(square, shared)));
+        const NodePtr behind = at(0, 4, -1, shape(GeometryBuilder::square(0.8F), flat(0, 0, 1)));
+        const NodePtr picked = at(0, 4, 0, shape(GeometryBuilder::square(0.8F), textured));
+        const NodePtr removed = at(2, 4, 0, shape(GeometryBuilder::square(0.8F), shared));
+        const SwitchPtr choice = Switch::create();
+        const NodePtr switched = makeNodeFor(choice);
+        switched->addChild(at(4, 4, 0, shape(GeometryBuilder::square(0.8F), shared)));
+        const NodePtr home = at(-4, 2, 0, shape(GeometryBuilder::square(0.8F), shared));
+        const VisitSubTreePtr visit = VisitSubTree::create();
+        const NodePtr visited = at(2, 0, 0, makeNodeFor(visit));
+        const PointLightPtr light = PointLight::create();
+        const TransformPtr lamp = Transform::create();
+        const RefPtr<NodePtr> beacon = makeNodeFor(lamp);
+        light->setBeacon(beacon.get());
+        const RefPtr<NodePtr> root =
+            litBy(light, {moved, grouped, behind, picked, removed, switched, home, visited});
+        Matrix matrix;
+        matrix.setTranslate(0, 0, 5);
+        lamp->setMatrix(matrix);
+
+        const std::vector<std::pair<const char*, std::function<void()>>> changes = {
+            {"lamp", [&] { matrix.setTranslate(4, 0, 2), lamp->setMatrix(matrix); }},
+            {"light color", [&] { light->setDiffuse(Color4f(0.5F, 1, 1, 1)); }},
+            {"range", [&] { light->setRange(5); }},
+            {"far range", [&] { light->setRange(20); }},
+            {"off", [&] { light->setOn(false); }},
+            {"on", [&] { light->setOn(true); }},
+            {"move",
+             [&] {
+                 matrix.setTranslate(-3.5F, 3, 0), TransformPtr::dcast(moved->getCore())->setMatrix(matrix);
+             }},
+            {"color", [&] { shared->setDiffuse(Color3f(0, 1, 0)); }},
+            {"transparency", [&] { shared->setTransparency(0.5F); }},
+            {"force opaque", [&] { shared->setTransparencyMode(ChunkMaterial::TransparencyForceOpaque); }},
+            {"group material", [&] { looks->setMaterial(spare.get()); }},
+            {"no group material", [&] { looks->setMaterial(NullFC); }},
+            {"geometry material", [&] { square->setMaterial(spare.get()); }},
+            {"vertex colors", [&] { square->setColors(colors); }},
+            {"vertex alpha", [&] { colors->editField()[0] = Color4f(1, 0, 0, 0.2F), endEditCP(colors); }},
+            {"positions",
+             [&] {
+                 square->getPositions()->editField()[0] = Pnt3f(-2, -2, 0), endEditCP(square->getPositions());
+             }},
+            {"image alpha", [&] { image->getData()[3] = 100, endEditCP(image.get()); }},
+            {"chunk",
+             [&] {
+                 textured->addChunk(PolygonChunk::create()),
+                     textured->subChunk(textured->findChunk(StateChunk::TEXTURE));
+             }},
+            {"mask", [&] { picked->setTravMask(0); }},
+            {"removed", [&] { root->subChild(removed); }},
+            {"added", [&] { root->addChild(at(2, 2, 0, shape(GeometryBuilder::box(0.5F), spare.get()))); }},
+            {"switch", [&] { choice->setChoice(0); }},
+            {"referred", [&] { visit->setSubTreeRoot(home); }},
+            {"core", [&] { home->getChild(0)->setCore(GeometryBuilder::box(0.7F)); }},
+            {"camera",
+             [&] {
+                 matrix.setTranslate(1, 1, 10),
+                     TransformPtr::dcast(picture.eye->getCore())->setMatrix(matrix);
+             }},
+            {"view", [&] { picture.camera->setFov(0.3F); }}};
+        for (const auto& change : changes) {
+            for (int frame = 0; frame < 3; ++frame)
+                picture.draw(root);
+            const QImage before = picture.draw(root);
+            change.second();
+            const QImage after = picture.draw(root);
+            const QImage settled = (picture.draw(root), picture.draw(root));
+            std::unique_ptr<RenderAction> fresh(RenderAction::create());
+            fresh.swap(picture.action);
+            const QImage expected = picture.draw(root);
+            QVERIFY2(after == expected, change.first);
+            QVERIFY2(settled == expected, change.first);
+            QVERIFY2(before != after, change.first);
+        }
+    }
+
+    void keptTreeMayGo()
+    {
+        GLPicture picture;
+        for (int i = 0; i < 20; ++i) {
+            const NodeRefPtr root = shape(GeometryBuilder::square(), i % 2 ? flat(1, 0, 0) : flat(0, 1, 0));
+            for (int frame = 0; frame < 3; ++frame)
+                COMPARE_COLOR(colorAt(picture.draw(root), 0, 0), i % 2 ? red : green);
+        }
+    }
+
+    void nothingIsBuiltAnewForAMovingCamera()
+    {
+        GLPicture picture;
+        const NodeRefPtr root = makeNodeFor(Group::create());
+        for (int i = 0; i < 50; ++i)
+            root->addChild(
+                at(static_cast<float>(i - 25), 0, 0, shape(GeometryBuilder::square(0.4F), flat(1, 0, 0))));
+        for (int frame = 0; frame < 20; ++frame) {
+            Matrix matrix;
+            matrix.setTranslate(static_cast<float>(frame), 0, 10);
+            TransformPtr::dcast(picture.eye->getCore())->setMatrix(matrix);
+            picture.draw(root);
+            const RenderStatistics& statistics = picture.action->getStatistics();
+            QCOMPARE(statistics.shapes + statistics.culled, UInt64(50));
+            QVERIFY(statistics.shapes >= 10 && statistics.shapes <= 12);
         }
     }
 

@@ -1,0 +1,232 @@
+#include "OSGPainter.h"
+
+#include "OSGGLObjects.h"
+
+#include <OpenSG/OSGFrustumVolume.h>
+#include <OpenSG/OSGLight.h>
+#include <OpenSG/OSGMaterialChunk.h>
+#include <OpenSG/OSGRenderAction.h>
+#include <OpenSG/OSGWindow.h>
+
+#include <algorithm>
+#include <epoxy/gl.h>
+
+namespace osg {
+
+namespace {
+
+const UInt32 noLight = ~UInt32(0);
+const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
+
+} // namespace
+
+void Painter::draw(DrawList& list, const FrustumVolume* frustum, RenderAction& action,
+                   RenderStatistics& statistics)
+{
+    _list = &list;
+    _action = &action;
+    _statistics = &statistics;
+    _objects = &action.getWindow()->getGLObjects();
+    _unitCount = static_cast<UInt32>(osgMax(_objects->getLimits().textureUnits, 1));
+
+    list.placeLights();
+    if (action.getSortTrans())
+        list.sortTransparent(action.getViewing());
+    begin();
+    drawItems(list.getOpaque(), frustum);
+    if (!list.getTransparent().empty()) {
+        clearState();
+        action._transparentPass = true;
+        glDepthMask(action.getZWriteTrans());
+        drawItems(list.getTransparent(), frustum);
+        glDepthMask(GL_TRUE);
+    }
+    end();
+}
+
+void Painter::begin()
+{
+    _state.clear();
+    _stateItem = nullptr;
+    _scope = 0;
+    std::fill_n(_lights, DrawList::lightLimit, noLight);
+    _arrays = VertexArrays();
+    _geometry = nullptr;
+    _buffers = nullptr;
+    _frontFace = GL_CCW;
+    _action->_transparentPass = false;
+    _action->_vertexColors = false;
+    _action->setFrontFace(GL_CCW);
+
+    glMatrixMode(GL_PROJECTION);
+    glLoadMatrixf(_action->getProjection().getValues());
+    glMatrixMode(GL_MODELVIEW);
+    glEnable(GL_DEPTH_TEST);
+    glDepthFunc(GL_LESS);
+    glDepthMask(GL_TRUE);
+    glFrontFace(GL_CCW);
+    glShadeModel(GL_SMOOTH);
+    // Matrices may scale, and normals of scenes have any length.
+    glEnable(GL_NORMALIZE);
+    const Real32 black[] = {0, 0, 0, 1};
+    glLightModelfv(GL_LIGHT_MODEL_AMBIENT, black);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
+    glLightModeli(GL_LIGHT_MODEL_COLOR_CONTROL, GL_SEPARATE_SPECULAR_COLOR);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glNormal3f(0, 0, 1);
+}
+
+void Painter::end()
+{
+    clearState();
+    _action->_transparentPass = false;
+    for (UInt32 i = 0; i < DrawList::lightLimit; ++i) {
+        if (_lights[i] != noLight)
+            glDisable(GL_LIGHT0 + i);
+    }
+    _arrays.enable(nullptr, 0);
+    glDisableClientState(GL_VERTEX_ARRAY);
+    glClientActiveTexture(GL_TEXTURE0);
+    glActiveTexture(GL_TEXTURE0);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_FALSE);
+    glLightModeli(GL_LIGHT_MODEL_COLOR_CONTROL, GL_SINGLE_COLOR);
+    glDisable(GL_NORMALIZE);
+    glDisable(GL_DEPTH_TEST);
+    glFrontFace(GL_CCW);
+    glLoadIdentity();
+}
+
+void Painter::drawItems(const std::vector<DrawList::Order>& order, const FrustumVolume* frustum)
+{
+    for (const DrawList::Order& entry : order) {
+        if (frustum && frustum->classify(_list->getBox(entry.item)) == FrustumVolume::OUTSIDE) {
+            ++_statistics->culled;
+            continue;
+        }
+        const Item& item = _list->getItems()[entry.item];
+        if (item.scope != _scope || _list->getScope(item).choose)
+            setLights(item);
+        if (!_stateItem || item.firstState != _stateItem->firstState ||
+            item.vertexColors != _stateItem->vertexColors)
+            setState(item);
+        setGeometry(item);
+        setPlace(item.toWorld);
+        _buffers->draw(*_statistics);
+        ++_statistics->shapes;
+    }
+}
+
+void Painter::setLights(const Item& item)
+{
+    _scope = item.scope;
+    const std::vector<UInt32>* wanted = &_list->getScope(item).lights;
+    if (_list->getScope(item).choose) {
+        _chosen.clear();
+        _list->chooseLights(item, _chosen);
+        wanted = &_chosen;
+    }
+    UInt32* const end = _lights + DrawList::lightLimit;
+    for (UInt32& light : _lights) {
+        if (light == noLight || std::find(wanted->begin(), wanted->end(), light) != wanted->end())
+            continue;
+        glDisable(GL_LIGHT0 + static_cast<GLenum>(&light - _lights));
+        light = noLight;
+    }
+    for (UInt32 light : *wanted) {
+        if (std::find(_lights, end, light) != end)
+            continue;
+        UInt32* const place = std::find(_lights, end, noLight);
+        *place = light;
+        Matrix toEye = _action->getViewing();
+        toEye.mult(_list->getLight(light).toWorld);
+        // GL takes places of lights through the matrix of the moment.
+        glLoadIdentity();
+        const UInt32 index = static_cast<UInt32>(place - _lights);
+        _list->getLight(light).light->activate(index, toEye);
+        glEnable(GL_LIGHT0 + index);
+    }
+}
+
+void Painter::setState(const Item& item)
+{
+    const bool colorsChange = item.vertexColors != _action->hasVertexColors();
+    _action->_vertexColors = item.vertexColors;
+    _stateItem = &item;
+    ++_statistics->materialChanges;
+
+    // Both states stand by rising places.
+    const DrawList::StateEntry* next = _list->getState(item);
+    const DrawList::StateEntry* const nextEnd = next + item.stateCount;
+    _alpha = static_cast<const MaterialChunk*>(next->chunk)->getDiffuse().alpha();
+    auto old = _state.begin();
+    for (const DrawList::StateEntry* entry = next; entry != nextEnd; ++entry) {
+        const UInt32 slot = entry->place % StateChunk::MaxSlots;
+        for (; old != _state.end() && old->place < entry->place; ++old)
+            old->chunk->deactivate(*_action, old->place % StateChunk::MaxSlots);
+        const bool has = old != _state.end() && old->place == entry->place;
+        // Only chunks of texture units have other slots than the first.
+        if (slot >= _unitCount)
+            continue;
+        if (!has) {
+            entry->chunk->activate(*_action, slot);
+        } else if (colorsChange && entry->place == colorPlace) {
+            old->chunk->deactivate(*_action, slot);
+            entry->chunk->activate(*_action, slot);
+        } else if (old->chunk != entry->chunk) {
+            entry->chunk->changeFrom(*_action, *old->chunk, slot);
+        }
+        old += has;
+    }
+    for (; old != _state.end(); ++old)
+        old->chunk->deactivate(*_action, old->place % StateChunk::MaxSlots);
+    _state.clear();
+    std::copy_if(next, nextEnd, std::back_inserter(_state), [this](const DrawList::StateEntry& entry) {
+        return entry.place % StateChunk::MaxSlots < _unitCount;
+    });
+}
+
+void Painter::clearState()
+{
+    for (const DrawList::StateEntry& entry : _state)
+        entry.chunk->deactivate(*_action, entry.place % StateChunk::MaxSlots);
+    _state.clear();
+    _stateItem = nullptr;
+    _action->_vertexColors = false;
+}
+
+void Painter::setGeometry(const Item& item)
+{
+    if (item.geometry == _geometry && !_buffers->needsAlpha(_alpha))
+        return;
+    GLGeometry& buffers = _objects->get<GLGeometry>(item.geometry->getGLSlot(), [&](auto old) {
+        auto made = old ? std::move(old) : std::make_unique<GLGeometry>();
+        made->build(*item.geometry, _alpha);
+        ++_statistics->geometriesBuilt;
+        return made;
+    });
+    if (buffers.needsAlpha(_alpha)) {
+        buffers.build(*item.geometry, _alpha);
+        ++_statistics->geometriesBuilt;
+    }
+    buffers.bind(_arrays, static_cast<Int32>(_unitCount));
+    _geometry = item.geometry;
+    _buffers = &buffers;
+    ++_statistics->geometryChanges;
+}
+
+void Painter::setPlace(const Matrix& toWorld)
+{
+    Matrix toEye = _action->getViewing();
+    toEye.mult(toWorld);
+    glLoadMatrixf(toEye.getValues());
+    // A matrix that mirrors turns the sense of all faces.
+    const bool mirrors = toWorld.det3() < 0;
+    const UInt32 frontFace = (_action->getFrontFace() == GL_CCW) != mirrors ? GL_CCW : GL_CW;
+    if (frontFace != _frontFace)
+        glFrontFace(frontFace);
+    _frontFace = frontFace;
+}
+
+} // namespace osg

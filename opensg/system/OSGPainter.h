@@ -1,0 +1,53 @@
+#pragma once
+
+#include "OSGDrawList.h"
+#include "OSGGLGeometry.h"
+
+namespace osg {
+
+class FrustumVolume;
+class GLObjects;
+class RenderAction;
+struct RenderStatistics;
+
+/// Draws a list into the viewport of an action, whose context is current, with as few changes of GL state as
+/// the order of the list allows. What GL is set to at first it is set to again at the end.
+class Painter
+{
+public:
+    /// With a `frustum`, items of a kept list that are out of it are left out.
+    void draw(DrawList& list, const FrustumVolume* frustum, RenderAction& action,
+              RenderStatistics& statistics);
+
+private:
+    using Item = DrawList::Item;
+
+    void begin();
+    void end();
+    void drawItems(const std::vector<DrawList::Order>& order, const FrustumVolume* frustum);
+    void setLights(const Item& item);
+    void setState(const Item& item);
+    void clearState();
+    void setGeometry(const Item& item);
+    void setPlace(const Matrix& toWorld);
+
+    const DrawList* _list = nullptr;
+    RenderAction* _action = nullptr;
+    RenderStatistics* _statistics = nullptr;
+    GLObjects* _objects = nullptr;
+    UInt32 _unitCount = 0;
+
+    // What GL is set to.
+    std::vector<DrawList::StateEntry> _state;
+    const Item* _stateItem = nullptr;
+    Real32 _alpha = 1;
+    UInt32 _scope = 0;
+    UInt32 _lights[DrawList::lightLimit] = {};
+    std::vector<UInt32> _chosen;
+    VertexArrays _arrays;
+    const Geometry* _geometry = nullptr;
+    const GLGeometry* _buffers = nullptr;
+    UInt32 _frontFace = 0;
+};
+
+} // namespace osg
