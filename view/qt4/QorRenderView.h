@@ -53,7 +53,7 @@ public:
     class QOR_EXPORT WindowObserver : public Orvane::Observer
     {
     public:
-        WindowObserver(ObserverType type);
+        explicit WindowObserver(ObserverType type);
         WindowObserver(const WindowObserver& other) = default;
         WindowObserver& operator=(const WindowObserver& other) = default;
         ~WindowObserver() override;
@@ -99,9 +99,11 @@ public:
 
     /// Null once the window has ended.
     Orvane::WindowProc* windowProc() const { return _windowProc; }
+    /// The OpenSG window of this view, which holds a reference to it.
     const osg::WindowPtr& winPtr() const { return _winPtr; }
 
     MouseMode mouseMode() const { return _mouseMode; }
+    /// What the mouse does from the next event on.
     void setMouseMode(MouseMode mode) { _mouseMode = mode; }
 
     /// The one word of the refresh timer, that is its interval in milliseconds after `setDesiredFps`, and at
@@ -110,6 +112,7 @@ public:
     /// Stores 1000 divided by \a fps, which must not be 0, and restarts a timer that is enabled.
     void setDesiredFps(int fps);
 
+    /// Whether the refresh timer may run; after `setTimerEnabled(true)` it need not run yet.
     bool isTimerEnabled() const { return _timerEnabled; }
     /// Enabling a disabled timer starts nothing: the next `setDesiredFps` does.
     void setTimerEnabled(bool enabled);
@@ -120,9 +123,11 @@ public:
     /// Shows or hides the tool bar, its toggle button included.
     void setToolbar(bool visible);
 
+    /// 400 by 400 pixels.
     QSize sizeHint() const override;
 
 public slots:
+    /// Refreshes the GL widget's own state. The picture comes with the frames of the runtime alone.
     virtual void updateGL();
 
 signals:
@@ -156,6 +161,9 @@ private:
     void restartTimer();
     void stopTimer();
     bool ignoresMouse() const;
+    /// What goes out for a key, 0 for nothing. A key without a code of its own gives its text, and is ignored
+    /// so that the parent gets it too. \a operation is named in the log.
+    int codeToForward(QKeyEvent* event, const char* operation) const;
     void forgetWindowProc();
 
     Orvane::WindowProc* _windowProc = nullptr;

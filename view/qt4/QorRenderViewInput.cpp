@@ -140,45 +140,33 @@ void QorRenderView::wheelEvent(QWheelEvent* event)
     event->accept();
 }
 
-void QorRenderView::keyPressEvent(QKeyEvent* event)
+int QorRenderView::codeToForward(QKeyEvent* event, const char* operation) const
 {
     if (!_windowProc) {
         event->ignore();
-        return;
+        return 0;
     }
     const auto entry = _keyMap.find(event->key());
-    if (entry != _keyMap.end()) {
-        const unsigned int code = entry->second;
-        if (!isArrow(code) && !_specialKeys)
-            QOR_NOTICE("QorRenderView::keyPressEvent() ignored for special keys\n");
-        else if (code != 0)
-            _windowProc->keyPress(static_cast<int>(code));
-        return;
+    if (entry == _keyMap.end()) {
+        event->ignore();
+        return textCode(event);
     }
-    const int code = textCode(event);
-    event->ignore();
-    if (code != 0)
+    if (!_specialKeys && !isArrow(entry->second)) {
+        QOR_NOTICE("QorRenderView::%s() ignored for special keys\n", operation);
+        return 0;
+    }
+    return static_cast<int>(entry->second);
+}
+
+void QorRenderView::keyPressEvent(QKeyEvent* event)
+{
+    if (const int code = codeToForward(event, "keyPressEvent"))
         _windowProc->keyPress(code);
 }
 
 void QorRenderView::keyReleaseEvent(QKeyEvent* event)
 {
-    if (!_windowProc) {
-        event->ignore();
-        return;
-    }
-    const auto entry = _keyMap.find(event->key());
-    if (entry != _keyMap.end()) {
-        const unsigned int code = entry->second;
-        if (!isArrow(code) && !_specialKeys)
-            QOR_NOTICE("QorRenderView::keyRelease() ignored for special keys\n");
-        else if (code != 0)
-            _windowProc->keyRelease(static_cast<int>(code));
-        return;
-    }
-    const int code = textCode(event);
-    event->ignore();
-    if (code != 0)
+    if (const int code = codeToForward(event, "keyRelease"))
         _windowProc->keyRelease(code);
 }
 
