@@ -35,7 +35,7 @@ osg::ViewportPtr firstViewport(const Orvane::Window* window)
 
 void QorRenderView::execRayTest(QMouseEvent* event)
 {
-    Orvane::Window* window = _windowProc->window();
+    Orvane::Window* window = _windowProc ? _windowProc->window() : nullptr;
     const Orvane::NodeNameSpace* names =
         Orvane::NodeNameSpace::findNameSpace(nullptr, "scene", window ? window->context() : nullptr, false);
 

@@ -136,12 +136,13 @@ void QorRenderView::WindowObserver::deleteView(Orvane::WindowProc* windowProc, Q
     else
         delete view;
 
-    // A view that its host keeps must not call a window that is gone.
-    if (survivor)
-        survivor->forgetWindowProc();
     osg::WindowPtr none;
     windowProc->setWinPtr(none, true);
-    _viewList->removeOne(view);
+    // A view that its host keeps must not call a window that is gone.
+    if (survivor) {
+        survivor->forgetWindowProc();
+        _viewList->removeOne(view);
+    }
 }
 
 // The message names SHOW_OT at both ends of a frame too.

@@ -37,12 +37,15 @@ public slots:
     void setButtonsVisible(bool visible);
 
 protected:
+    /// Makes the message buttons in the runtime's order, and the toggle button behind them.
     void createButtons();
 
 protected slots:
+    /// Sends the message that bears the button's object name.
     void onBtnClicked(QAbstractButton* button);
 
 private:
+    /// Message name to icon; filled by the first tool bar of the process.
     static QMap<QString, const char**> messageIconMap;
 
     Orvane::WindowProc* _windowProc;
