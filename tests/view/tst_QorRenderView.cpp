@@ -327,6 +327,9 @@ void tst_QorRenderView::resizeTellsTheRuntimeUnlessOneIsPending()
     QVERIFY(!view.winPtr()->isResizePending());
     view.resizeGL(30, 20);
     QCOMPARE(window.proc.takeCalls(), (std::vector<std::string>{"resize 30 20"}));
+    view.winPtr()->setResizePending(true);
+    view.resizeGL(50, 40);
+    QCOMPARE(window.proc.takeCalls(), std::vector<std::string>());
 }
 
 void tst_QorRenderView::resizeOfTheGlWidgetGoesByTheRuntimesWindow()

@@ -59,6 +59,8 @@ private slots:
     void aFrameShowsAndStays();
     void twoViewsOfAManagerShowTheirOwnPictures();
     void qtResizesGoToTheRuntimeWithTheContextCurrent();
+    void theViewsResizeHookRunsWhileAResizeIsPending();
+    void theRefreshTimerUpdatesTheGlWidget();
     void theToolbarShowsOverThePicture();
 };
 
@@ -172,6 +174,50 @@ void tst_RenderViewGL::qtResizesGoToTheRuntimeWithTheContextCurrent()
     view->resize(200, 100);
     QTest::qWait(100);
     QCOMPARE(window.proc.takeCalls(), (std::vector<std::string>{"resize 200 100"}));
+}
+
+void tst_RenderViewGL::theViewsResizeHookRunsWhileAResizeIsPending()
+{
+    class View : public QorRenderView
+    {
+    public:
+        using QorRenderView::QorRenderView;
+        using QorRenderView::resizeGL;
+    };
+    TestWindow window;
+    View view(&window.proc, nullptr);
+    auto* gl = view.findChild<OSCQGLWidget*>();
+    QVERIFY(gl->isValid());
+    gl->makeCurrent();
+    view.winPtr()->setResizePending(true);
+    window.proc.takeCalls();
+    view.resizeGL(50, 40);
+    QVERIFY(!view.winPtr()->isResizePending());
+    QCOMPARE(window.proc.takeCalls(), std::vector<std::string>());
+    gl->doneCurrent();
+}
+
+void tst_RenderViewGL::theRefreshTimerUpdatesTheGlWidget()
+{
+    TestWindow window;
+    QorRenderView view(&window.proc, nullptr);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    auto* gl = view.findChild<OSCQGLWidget*>();
+    QVERIFY(gl->isValid());
+    // An update leaves the context current.
+    gl->doneCurrent();
+    QTRY_COMPARE(QGLContext::currentContext(), gl->context());
+
+    view.setTimerEnabled(false);
+    gl->doneCurrent();
+    QTimerEvent late(1);
+    QCoreApplication::sendEvent(&view, &late);
+    QTest::qWait(60);
+    QVERIFY(!QGLContext::currentContext());
+    view.updateGL();
+    QCOMPARE(QGLContext::currentContext(), gl->context());
+    gl->doneCurrent();
 }
 
 void tst_RenderViewGL::theToolbarShowsOverThePicture()

@@ -430,6 +430,8 @@ void tst_RenderViewInput::oneTouchUpdatePerFrame()
     // The begin of this very frame counts.
     update();
     QCOMPARE(f.calls(), Calls());
+    QTouchEvent dropped(QEvent::TouchUpdate);
+    QVERIFY(QCoreApplication::sendEvent(f.gl, &dropped));
     Tiny::setTime(f.context, 2.0);
     QVERIFY(update());
     update();

@@ -71,7 +71,7 @@ QorRenderView::QorRenderView(QorRenderView&)
 QorRenderView::~QorRenderView()
 {
     if (WindowObserver::_viewList)
-        WindowObserver::_viewList->removeOne(this);
+        WindowObserver::_viewList->removeAll(this);
     if (_windowProc && _windowProc->winPtr() == _winPtr) {
         osg::WindowPtr none;
         _windowProc->setWinPtr(none, true);
