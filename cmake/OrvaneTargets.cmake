@@ -72,4 +72,8 @@ function(orvane_test name)
         TIMEOUT 300
         LABELS "${ARG_LABELS}"
         ENVIRONMENT "${environment}")
+    if(ARG_GL)
+        # These look at what the screen shows: one at a time, or they cover each other's windows.
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK display)
+    endif()
 endfunction()
