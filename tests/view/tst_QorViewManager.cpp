@@ -27,6 +27,7 @@ private slots:
     void constructionRunsNoFrameInManualMode();
     void theFirstFrameMayOpenAWindow();
     void theMessageOfTheLastManagerComesBetweenContextAndExit();
+    void theEntryIsGoneWhenTheContextEnds();
     void runFrameGivesTheWait();
     void theWaitIsTruncatedToMilliseconds_data();
     void theWaitIsTruncatedToMilliseconds();
@@ -212,6 +213,23 @@ void tst_QorViewManager::theMessageOfTheLastManagerComesBetweenContextAndExit()
     QCOMPARE(takeTrace(), (Trace{"~Context"}));
     second.reset();
     QCOMPARE(takeTrace(), (Trace{"~Context", "3 ~QorViewManager::exit Orvane system\n", "System::exit"}));
+}
+
+void tst_QorViewManager::theEntryIsGoneWhenTheContextEnds()
+{
+    auto first = std::make_unique<QorViewManager>(nullptr, QorViewManager::ManualTrigger);
+    std::unique_ptr<QorViewManager> second;
+    int ends = 0;
+    Tiny::switches().onEnd = [&](Orvane::Context*) {
+        if (++ends == 1)
+            second = std::make_unique<QorViewManager>(nullptr, QorViewManager::ManualTrigger);
+    };
+    takeTrace();
+    first.reset();
+    // The second one saw an empty table, and the first one no longer did.
+    QCOMPARE(takeTrace(), (Trace{"System::init 0 null 382", "Context::create", "~Context"}));
+    second.reset();
+    QCOMPARE(takeTrace(), (Trace{"~Context", "System::exit"}));
 }
 
 void tst_QorViewManager::runFrameGivesTheWait()

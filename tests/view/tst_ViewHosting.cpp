@@ -201,6 +201,10 @@ void tst_ViewHosting::onlyViewsOfTheManagerAreAdopted()
     Manager manager;
     new QFrame(&manager);
     QCoreApplication::processEvents();
+    TestWindow window;
+    QorRenderView elsewhere(&window.proc, nullptr);
+    QChildEvent polished(QEvent::ChildPolished, &elsewhere);
+    QCoreApplication::sendEvent(&manager, &polished);
     QVERIFY(!manager.layout());
     QVERIFY(manager.isHidden());
 }
@@ -218,8 +222,12 @@ void tst_ViewHosting::aShownViewIsAdoptedAtOnceAndOnlyOnce()
     QCoreApplication::processEvents();
     view->hide();
     view->show();
-    QCoreApplication::processEvents();
+    QChildEvent polished(QEvent::ChildPolished, view);
+    QCoreApplication::sendEvent(&manager, &polished);
     QCOMPARE(manager.grid()->count(), 1);
+    // It stands in the list once, too: nothing is left to remove.
+    Manager::deleteRenderView(view);
+    QCOMPARE(manager.grid()->count(), 0);
 }
 
 void tst_ViewHosting::removalEmptiesTheGridAndTheNextViewStartsAnew()
