@@ -10,8 +10,6 @@
 
 using namespace Orvane::Qt4;
 
-Q_DECLARE_METATYPE(QVector<double>)
-
 class tst_QorViewManager : public QObject
 {
     Q_OBJECT

@@ -127,6 +127,7 @@ void tst_QorWindowToolbar::theToggleButtonIsCheckedAndOutsideTheGroup()
 
     // Four colours: transparent, black, grey, white.
     const QImage icon = bar.toggle()->icon().pixmap(16, 16).toImage().convertToFormat(QImage::Format_ARGB32);
+    QCOMPARE(icon.size(), QSize(16, 16));
     QSet<QRgb> colours;
     for (int y = 0; y < icon.height(); ++y) {
         for (int x = 0; x < icon.width(); ++x)

@@ -69,6 +69,7 @@ private slots:
     void theGridHasNoMarginAndTwoPixelsSpacing();
     void adoptionShowsTheManager();
     void onlyViewsOfTheManagerAreAdopted();
+    void aViewIsAdoptedWhenItIsFinishedNotWhenItIsAdded();
     void aShownViewIsAdoptedAtOnceAndOnlyOnce();
     void removalEmptiesTheGridAndTheNextViewStartsAnew();
     void removalOfAViewThatWasNeverAdoptedKeepsIt();
@@ -209,6 +210,18 @@ void tst_ViewHosting::onlyViewsOfTheManagerAreAdopted()
     QVERIFY(manager.isHidden());
 }
 
+void tst_ViewHosting::aViewIsAdoptedWhenItIsFinishedNotWhenItIsAdded()
+{
+    Manager manager;
+    TestWindow window(manager.context);
+    window.announce();
+    QChildEvent added(QEvent::ChildAdded, manager.viewOf(window));
+    QCoreApplication::sendEvent(&manager, &added);
+    QVERIFY(!manager.layout());
+    QCoreApplication::processEvents();
+    QCOMPARE(manager.cell(manager.viewOf(window)), QPoint(0, 0));
+}
+
 void tst_ViewHosting::aShownViewIsAdoptedAtOnceAndOnlyOnce()
 {
     Manager manager;
@@ -246,8 +259,11 @@ void tst_ViewHosting::removalEmptiesTheGridAndTheNextViewStartsAnew()
     QorRenderView* third = manager.viewOf(*windows[2]);
     const QRect secondPlace = second->geometry();
     const QRect thirdPlace = third->geometry();
+    QLayoutItem* item = manager.grid()->itemAt(1);
 
     windows[0]->end();
+    // The items are taken out, not deleted.
+    QCOMPARE(item->widget(), second);
     QVERIFY(!first);
     QCOMPARE(manager.grid()->count(), 0);
     QCoreApplication::processEvents();
