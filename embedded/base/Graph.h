@@ -92,7 +92,8 @@ ORVANE_API Node* readNode(const Node& node, unsigned int part);
 
 // ---- Name spaces
 
-/// Makes a name space of a context. \a parent may be null. Owned by the context; dies with its root node.
+/// Makes a name space of a context. \a parent may be null. Owned by the context; dies with its root node, or
+/// when that becomes the root of another one.
 ORVANE_API NodeNameSpace* createNameSpace(Context& context, NodeNameSpace* parent, std::string_view name,
                                           Node* rootNode, const Relayne::URL& baseURL);
 

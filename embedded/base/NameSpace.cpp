@@ -73,6 +73,19 @@ void moveTo(Node& node, NodeNameSpace* nameSpace)
     }
 }
 
+/// Ends what the node is the root of: its names are found no more, and go with the last node that has them.
+void closeNamesOf(Node& root)
+{
+    std::vector<NodeNameSpace*> closed;
+    for (const auto& nameSpace : contextData(root).nameSpaces)
+        if (nameSpace->rootNode() == &root) {
+            nameSpace->close();
+            closed.push_back(nameSpace.get());
+        }
+    for (NodeNameSpace* nameSpace : closed)
+        removeWhenUnused(*nameSpace);
+}
+
 } // namespace
 
 NodeNameSpace::NodeNameSpace() = default;
@@ -122,6 +135,8 @@ NodeNameSpace* NodeNameSpace::findNameSpace(NodeNameSpace* parent, const std::st
 NodeNameSpace* createNameSpace(Context& context, NodeNameSpace* parent, std::string_view name, Node* rootNode,
                                const Relayne::URL& baseURL)
 {
+    if (rootNode && rootNode->data()->isNameSpaceRoot)
+        closeNamesOf(*rootNode);
     auto& nameSpaces = context.data()->nameSpaces;
     nameSpaces.push_back(std::make_unique<SceneNames>(context, parent, name, rootNode, baseURL));
     NodeNameSpace* const made = nameSpaces.back().get();

@@ -33,12 +33,20 @@ using SceneReader = bool (*)(Context& context, const Relayne::URL& url, const st
 using SceneWriter = bool (*)(const Node& root, const std::string& path, const SaveOptions& options,
                              std::string& error);
 
-/// The loader pool registers its reader and writer here when it is loaded.
+/// Reads what an `Inline` names now into it, in place of what it held; empties it when it is not to load.
+/// False when nothing could be read; `report` then says why. Never throws.
+using InlineReader = bool (*)(Node& inlineNode, LoadReport& report);
+
+/// The loader pool registers its readers and its writer here when it is loaded.
 class ORVANE_API SceneLoaderRegistration
 {
 public:
-    SceneLoaderRegistration(SceneReader reader, SceneWriter writer);
+    SceneLoaderRegistration(SceneReader reader, InlineReader inlineReader, SceneWriter writer);
 };
+
+/// Brings the content of an `Inline` in step with its fields. Nodes that come run when the inline does. The
+/// messages go where those of `reportMessage` go.
+ORVANE_API bool reloadInline(Node& inlineNode);
 
 /// Adds a message to the report of the context's last load and to the log: "WARNING: file:line:column: text".
 /// For faults that show after loading, such as a texture that is no image.

@@ -19,6 +19,7 @@ namespace {
 struct Loader
 {
     SceneReader reader = nullptr;
+    InlineReader inlineReader = nullptr;
     SceneWriter writer = nullptr;
 };
 
@@ -101,9 +102,28 @@ bool loadScene(Context& context, const Relayne::URL& url, const std::string* tex
 
 } // namespace
 
-SceneLoaderRegistration::SceneLoaderRegistration(SceneReader reader, SceneWriter writer)
+SceneLoaderRegistration::SceneLoaderRegistration(SceneReader reader, InlineReader inlineReader,
+                                                 SceneWriter writer)
 {
-    loader() = {reader, writer};
+    loader() = {reader, inlineReader, writer};
+}
+
+bool reloadInline(Node& inlineNode)
+{
+    if (!loader().inlineReader)
+        return false;
+    Context& context = contextOf(inlineNode);
+    const RefGuard guard(context);
+    BusyScope busy(context);
+    LoadReport report;
+    ++context.data()->loads;
+    const bool ok = loader().inlineReader(inlineNode, report);
+    --context.data()->loads;
+    for (const LoadMessage& message : report.messages)
+        reportMessage(context, message);
+    if (context.data()->loads == 0)
+        startJoinedNodes(context);
+    return ok;
 }
 
 std::string LoadMessage::toString() const

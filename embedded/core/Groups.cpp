@@ -1,3 +1,4 @@
+#include "base/SceneLoader.h"
 #include "core/GroupProc.h"
 #include "core/SceneState.h"
 #include <OpenSG/OSGSwitch.h>
@@ -9,7 +10,9 @@ namespace Orvane {
 
 namespace {
 
+const Part loadPart("load");
 const Part shapePart("shape");
+const Part urlPart("url");
 const Part whichChoicePart("whichChoice");
 
 /// Shows the child that `whichChoice` names.
@@ -51,6 +54,14 @@ class InlineProc : public GroupProc
 {
 public:
     using GroupProc::GroupProc;
+
+    void fieldChanged(Field& field, double time) override
+    {
+        if (loadPart.is(field) || urlPart.is(field))
+            reloadInline(node());
+        else
+            GroupProc::fieldChanged(field, time);
+    }
 
 protected:
     void collectChildren(std::vector<Node*>& nodes) const override

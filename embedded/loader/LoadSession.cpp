@@ -105,14 +105,14 @@ void LoadSession::addInline(Node& node, const FileScope& scope, unsigned int dep
     _inlines.push_back({NodeRef(&node), &scope, depth});
 }
 
-bool LoadSession::readInline(Node& node)
+bool LoadSession::reloadInline(Node& node)
 {
     // The scope of the node's own file is gone; only its address and names are asked for.
-    FileScope& outer = openScope(std::string(), Relayne::URL());
-    if (const NodeNameSpace* names = node.nameSpace()) {
-        outer.url = names->baseURL();
-        outer.messages = LoadMessages(_report, _leftOut, outer.url.toString());
-    }
+    const NodeNameSpace* names = node.nameSpace();
+    const Relayne::URL url = names ? names->baseURL() : Relayne::URL();
+    FileScope& outer = openScope(url.isLocalFile() ? url.localFile() : url.toString(), url);
+    outer.names = node.nameSpace();
+    inlineContent(node).clear();
     const bool ok = readInline({NodeRef(&node), &outer, 0});
     readInlines();
     finish();
@@ -192,6 +192,8 @@ bool LoadSession::readInlineFile(const PendingInline& pending, const Relayne::UR
     scope.routes.clear();
     scope.imports.clear();
     scope.unknownUses.clear();
+    scope.names = nullptr;
+    scope.root = NodeRef();
     return false;
 }
 

@@ -29,8 +29,8 @@ public:
 
     /// Reads a scene as `SceneReader` tells.
     bool readScene(const Relayne::URL& url, const std::string* text, LoadedScene& scene);
-    /// Reads what an inline names into it. False when nothing could be read.
-    bool readInline(Node& node);
+    /// Reads what an inline names now into it as `InlineReader` tells.
+    bool reloadInline(Node& node);
 
     // For the builder.
 

@@ -1,5 +1,6 @@
 #include "loader/SceneFormat.h"
 
+#include "base/Graph.h"
 #include "base/SceneLoader.h"
 #include "loader/LoadMessages.h"
 #include "loader/LoadSession.h"
@@ -7,6 +8,7 @@
 #include "loader/XmlWriter.h"
 #include <Orvane/GraphLoader.h>
 #include <Orvane/LoadReport.h>
+#include <Orvane/Node.h>
 #include <Relayne/URL.h>
 #include <algorithm>
 
@@ -19,18 +21,30 @@ bool startsWith(std::string_view text, std::string_view start)
     return text.substr(0, start.size()) == start;
 }
 
+/// Runs a load. Memory that does not suffice throws; anything else is told by the readers themselves.
+template <class Load>
+bool guarded(LoadReport& report, const std::string& file, Load load)
+{
+    try {
+        return load();
+    } catch (const std::exception& exception) {
+        report.messages.push_back({LoadMessage::ERROR_LM, file, 0, 0,
+                                   std::string("expected room for the scene, found: ") + exception.what()});
+        return false;
+    }
+}
+
 bool readScene(Context& context, const Relayne::URL& url, const std::string* text, LoadedScene& scene,
                LoadReport& report)
 {
-    try {
-        return LoadSession(context, report).readScene(url, text, scene);
-    } catch (const std::exception& exception) {
-        // Memory that does not suffice; anything else is told by the readers themselves.
-        report.messages.push_back({LoadMessage::ERROR_LM, url.toString(), 0, 0,
-                                   std::string("expected room for the scene, found: ") + exception.what()});
-        scene.roots.clear();
-        return false;
-    }
+    return guarded(report, url.toString(),
+                   [&] { return LoadSession(context, report).readScene(url, text, scene); });
+}
+
+bool readInline(Node& inlineNode, LoadReport& report)
+{
+    return guarded(report, inlineNode.getIDStr(),
+                   [&] { return LoadSession(contextOf(inlineNode), report).reloadInline(inlineNode); });
 }
 
 bool writeScene(const Node& root, const std::string& path, const SaveOptions& options, std::string& error)
@@ -52,7 +66,7 @@ bool writeScene(const Node& root, const std::string& path, const SaveOptions& op
     return false;
 }
 
-const SceneLoaderRegistration registration(readScene, writeScene);
+const SceneLoaderRegistration registration(readScene, readInline, writeScene);
 
 } // namespace
 

@@ -31,6 +31,8 @@ private slots:
     void nestingCountsOverAllFiles();
     void bytesOfAllFilesCount();
     void sharedInlineIsReadOnce();
+    void newAddressBringsNewContent();
+    void contentGoesAndComesWithLoad();
 
 private:
     void write(const char* name, const std::string& nodes);
@@ -267,6 +269,52 @@ void tst_Inline::sharedInlineIsReadOnce()
     QVERIFY(scene.loadFile(path("scene.x3d")));
     QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Inline(Box) Group(Inline(Box)))"));
     QCOMPARE(scene.find("I")->childCount(), 1);
+}
+
+void tst_Inline::newAddressBringsNewContent()
+{
+    write("first.x3d", "<Group DEF='A'/>");
+    write("second.x3d", "<Transform DEF='A'/><TimeSensor/>");
+    write("scene.x3d", "<Group><Inline DEF='I' url='\"first.x3d\"'/></Group>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    scene.context().setRootState(0.0, RUNNING_NS);
+    scene.context().runFrame();
+    scene.find("I")->findField("url", Node::EXACT_FSO)->setValueByStr(0.0, "\"second.x3d\"");
+    scene.context().runFrame();
+    QCOMPARE(told(scene), QStringList());
+    QCOMPARE(LoadedText::outline(scene.scene()),
+             QStringLiteral("Scene(Group(Inline(Transform TimeSensor)))"));
+    NodeNameSpace* inner = NodeNameSpace::findNameSpace(scene.scene()->nameSpace(), "I", nullptr, false);
+    QVERIFY(inner);
+    Node* transform = NodeNameSpace::findNode(inner, "A");
+    QVERIFY(transform);
+    QCOMPARE(transform->type()->name, std::string("Transform"));
+    QCOMPARE(transform->state(), RUNNING_NS);
+
+    scene.find("I")->findField("url", Node::EXACT_FSO)->setValueByStr(0.0, "\"none.x3d\"");
+    scene.context().runFrame();
+    QCOMPARE(told(scene),
+             QStringList(QStringLiteral(
+                 "scene.x3d:2:8: Inline.url: expected a readable local file, found \"none.x3d\"")));
+    QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Group(Inline))"));
+}
+
+void tst_Inline::contentGoesAndComesWithLoad()
+{
+    write("inner.x3d", "<Box/>");
+    write("scene.x3d", "<Inline DEF='I' load='false' url='\"inner.x3d\"'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    scene.context().setRootState(0.0, RUNNING_NS);
+    scene.context().runFrame();
+    QCOMPARE(scene.find("I")->childCount(), 0);
+    Field* load = scene.find("I")->findField("load", Node::EXACT_FSO);
+    for (const bool wanted : {true, false, true}) {
+        load->setValueByStr(0.0, wanted ? "TRUE" : "FALSE");
+        scene.context().runFrame();
+        QCOMPARE(scene.find("I")->childCount(), wanted ? 1 : 0);
+    }
 }
 
 QTEST_APPLESS_MAIN(tst_Inline)
