@@ -74,12 +74,6 @@ GLObjects::~GLObjects()
     slots.tables.erase(std::find(slots.tables.begin(), slots.tables.end(), this));
 }
 
-UInt32 GLObjects::getCount() const
-{
-    const auto filled = [](const Entry& entry) { return static_cast<bool>(entry.object); };
-    return static_cast<UInt32>(std::count_if(_entries.begin(), _entries.end(), filled));
-}
-
 void GLObjects::retire(const GLSlot& slot)
 {
     if (slot.getPlace() >= _entries.size())

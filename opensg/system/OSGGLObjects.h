@@ -43,7 +43,6 @@ public:
     void freeRetired();
 
     const GLLimits& getLimits() const { return _limits; }
-    UInt32 getCount() const;
 
     /// The object of `slot`. When there is none that is up to date, `make` is called with the old one (or
     /// null), which it may bring up to date and give back, or free.

@@ -25,7 +25,8 @@ MaterialDrawable::~MaterialDrawable()
 
 void MaterialDrawable::setMaterial(const MaterialPtr& material)
 {
-    SceneStamp::renew();
+    if (material != _material)
+        SceneStamp::renew();
     setRefdCP(_material, material);
 }
 

@@ -87,7 +87,8 @@ MaterialGroup::~MaterialGroup()
 
 void MaterialGroup::setMaterial(const MaterialPtr& material)
 {
-    SceneStamp::renew();
+    if (material != _material)
+        SceneStamp::renew();
     setRefdCP(_material, material);
 }
 

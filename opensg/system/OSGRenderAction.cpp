@@ -109,8 +109,6 @@ void RenderAction::drawKept(const NodePtr& node, Kept& kept)
 
 void RenderAction::collect(const NodePtr& node, DrawList& list, bool culling)
 {
-    // Changes tell of themselves only where volumes are up to date.
-    node->updateVolume();
     list.clear();
     _target = &list;
     _culling = culling;
@@ -126,6 +124,8 @@ const Matrix& RenderAction::getToWorld() const
 
 int RenderAction::enter(Node& node, const Matrix& parentToWorld, int parentMark)
 {
+    if (!_culling)
+        node.updateVolume(); // below a static volume, too: only what is up to date tells of its changes
     if (!_culling || parentMark == whollyInView)
         return whollyInView;
     BoxVolume box;

@@ -197,11 +197,6 @@ void TriangleTree::build(std::vector<Bounded>& bounded)
     _triangles = std::move(ordered);
 }
 
-std::size_t TriangleTree::getMemory() const
-{
-    return _branches.capacity() * sizeof(Branch) + _triangles.capacity() * sizeof(Triangle);
-}
-
 bool TriangleTree::test(const Triangle& triangle, const Pnt3d& origin, const Vec3d& direction,
                         Real64& nearest) const
 {

@@ -26,9 +26,6 @@ public:
     /// Finds the first triangle at 0 <= t < `nearest`; direction need not have length 1.
     bool intersect(const Pnt3d& origin, const Vec3d& direction, Real64 nearest, Hit& hit) const;
 
-    /// Bytes in use.
-    std::size_t getMemory() const;
-
 private:
     struct Branch
     {

@@ -204,6 +204,24 @@ private slots:
         QVERIFY(!shoot(root, down(9, 0))->didHit());
     }
 
+    void multipliedReferencesEnd()
+    {
+        // Each tree shows the next one twice: 2^40 places, if nobody stopped.
+        NodeRefPtr shown = makeNodeFor(GeometryBuilder::square());
+        std::vector<NodeRefPtr> trees{shown};
+        for (int i = 0; i < 40; ++i) {
+            const NodeRefPtr tree = makeNodeFor(Group::create());
+            for (int twice = 0; twice < 2; ++twice) {
+                const VisitSubTreePtr visit = VisitSubTree::create();
+                visit->setSubTreeRoot(shown);
+                tree->addChild(makeNodeFor(visit));
+            }
+            trees.push_back(tree);
+            shown = tree;
+        }
+        QVERIFY(shoot(shown, down(0.5F, 0))->didHit());
+    }
+
     void changedGeometryIsHitWhereItIsNow()
     {
         const GeometryPtr geometry = GeometryBuilder::square();

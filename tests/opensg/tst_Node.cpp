@@ -225,7 +225,7 @@ private slots:
         leaf->getToWorld(result);
         QVERIFY(result == Matrix(2, 0, 0, 1, 0, 2, 0, 2, 0, 0, 2, 3, 0, 0, 0, 1));
         QVERIFY(leaf->getToWorld() == result);
-        QVERIFY(root->getToWorld() == translation(1, 2, 3)->getMatrix());
+        QVERIFY(root->getToWorld()[3] == Vec4f(1, 2, 3, 1));
     }
 
     void volumeIsInTheParentsSystem()

@@ -736,6 +736,26 @@ private slots:
         }
     }
 
+    void changesBelowAStaticVolumeAreSeen()
+    {
+        GLPicture picture;
+        const NodePtr child = shape(GeometryBuilder::square(), flat(1, 0, 0));
+        const NodeRefPtr root = group({group({child})});
+        root->updateVolume();
+        root->getVolume(false).setStatic();
+        child->invalidateVolume();
+        root->getChild(0)->getVolume(false).setStatic();
+        root->getChild(0)->getVolume(false).setValid();
+        for (int frame = 0; frame < 3; ++frame)
+            COMPARE_COLOR(colorAt(picture.draw(root), 0, 0), red);
+        const GeometryPtr other = GeometryBuilder::square();
+        other->setMaterial(flat(0, 1, 0));
+        child->setCore(other);
+        COMPARE_COLOR(colorAt(picture.draw(root), 0, 0), green);
+        root->getChild(0)->subChild(child);
+        COMPARE_COLOR(colorAt(picture.draw(root), 0, 0), black);
+    }
+
     void keptTreeMayGo()
     {
         GLPicture picture;
