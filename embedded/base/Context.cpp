@@ -1,4 +1,5 @@
 #include "base/ContextData.h"
+#include "base/ContextId.h"
 #include "base/Graph.h"
 #include "base/NameSpace.h"
 #include "base/NodeClass.h"
@@ -19,7 +20,27 @@ std::vector<Context*>& contexts()
     return *the;
 }
 
+UInt64 newContextId()
+{
+    static UInt64 last = 0;
+    return ++last;
+}
+
 } // namespace
+
+UInt64 contextId(const Context& context)
+{
+    return context.data()->id;
+}
+
+Context* findContext(UInt64 id)
+{
+    for (Context* const context : contexts()) {
+        if (context->data()->id == id)
+            return context;
+    }
+    return nullptr;
+}
 
 const std::vector<Context*>& livingContexts()
 {
@@ -39,7 +60,7 @@ BusyScope::~BusyScope()
 }
 
 Context::Context()
-    : _data(new Data(*this))
+    : _data(new Data(*this, newContextId()))
 {
     contexts().push_back(this);
 }

@@ -16,12 +16,14 @@ namespace Orvane {
 /// What a context is made of.
 struct Context::Data
 {
-    explicit Data(Context& owner)
+    Data(Context& owner, UInt64 number)
         : context(owner)
+        , id(number)
     {
     }
 
     Context& context;
+    const UInt64 id; ///< process-wide, never used again
     std::vector<NodeRef> roots;
     std::vector<std::unique_ptr<SceneNames>> nameSpaces;
     bool isRunning = false; ///< the roots have been set running, so what joins them runs too

@@ -90,10 +90,8 @@ void removeAllLinks(Field& field)
             removeLink(link);
         return;
     }
-    const Node& owner = *field.node();
-    const UInt64 ownerId = owner.ID();
     const std::vector<NodeLink*>& links = FieldAccess::links(static_cast<MFNode&>(field));
-    while (nodeTable::find(ownerId) == &owner && !links.empty())
+    while (!links.empty())
         removeLink(static_cast<GraphLink&>(*links.back()));
 }
 

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <Orvane/TouchPointRecord.h>
+#include <string>
+#include <vector>
+
+namespace Orvane {
+
+/// One input of a host's widget, as it was noted for the next frame.
+struct InputEvent
+{
+    enum Kind : int {
+        KEY_PRESS,
+        KEY_RELEASE,
+        BUTTON_PRESS,
+        BUTTON_RELEASE,
+        MOUSE_MOVE,
+        TOUCH,
+        MESSAGE,
+        BROWSE
+    };
+
+    Kind kind = MOUSE_MOVE;
+    int code = 0; ///< key code, or button
+    int x = 0;    ///< widget pixels from the left
+    int y = 0;    ///< widget pixels from the top
+    std::vector<TouchPointRecord> touches;
+    std::string message;
+};
+
+} // namespace Orvane

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "base/Proc.h"
+#include <OpenSG/OSGDirectionalLight.h>
+#include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGPerspectiveCamera.h>
+#include <OpenSG/OSGRefPtr.h>
+#include <OpenSG/OSGTransform.h>
+#include <OpenSG/OSGViewport.h>
+#include <OpenSG/OSGVisitSubTree.h>
+#include <OpenSG/OSGWindow.h>
+#include <Orvane/ViewareaProc.h>
+#include <vector>
+
+namespace Orvane {
+
+struct SceneView;
+
+/// Behaviour of a viewarea: the OpenSG viewport, its camera, and the head light that goes with the camera.
+/// Draws whatever scene its context has at the moment.
+class ViewareaBehaviour final : public ViewareaProc, public Proc
+{
+public:
+    explicit ViewareaBehaviour(Node& viewarea);
+    ~ViewareaBehaviour() override;
+
+    NodeProc* nodeProc() override { return this; }
+    void fieldChanged(Field& field, double time) override;
+
+    /// Puts the viewport into a window, behind its other ports; a null window takes it out.
+    void setWindow(const osg::WindowPtr& window);
+
+    /// Brings viewport, camera, background and lights in step with fields and scene. Called before each
+    /// picture.
+    void prepare();
+
+    bool isEnabled() const;
+
+    /// The chain of nodes from the scene down to the shape under a place of the window, in pixels from its
+    /// upper left corner; empty when nothing is there or the place lies outside of the viewport.
+    std::vector<Node*> pick(int x, int y) const;
+
+    /// Tells the viewarea that the pointer has come over a sensor or left it.
+    void setOverSensor(bool over) { _overSensor = over; }
+
+private:
+    void placeViewport();
+    void aimCamera(const SceneView& view, const osg::NodePtr& sceneRoot);
+
+    osg::RefPtr<osg::ViewportPtr> _port;
+    osg::RefPtr<osg::PerspectiveCameraPtr> _camera;
+    osg::RefPtr<osg::NodePtr> _beacon;
+    osg::RefPtr<osg::TransformPtr> _beaconTransform;
+    osg::RefPtr<osg::NodePtr> _root; ///< the head light, over a reference to the scene's tree
+    osg::RefPtr<osg::DirectionalLightPtr> _headlight;
+    osg::RefPtr<osg::VisitSubTreePtr> _scene;
+    osg::WindowPtr _window; ///< not counted: the window behaviour takes the viewport out before it lets go
+};
+
+} // namespace Orvane

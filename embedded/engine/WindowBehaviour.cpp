@@ -1,0 +1,224 @@
+#include "WindowBehaviour.h"
+
+#include "ViewareaBehaviour.h"
+#include "base/Graph.h"
+#include <OpenSG/OSGRenderAction.h>
+#include <Orvane/Context.h>
+#include <Orvane/Field.h>
+#include <Orvane/MFNode.h>
+#include <Orvane/MFString.h>
+#include <Orvane/NodeNameSpace.h>
+#include <Orvane/NodeType.h>
+#include <Orvane/Window.h>
+#include <utility>
+
+namespace Orvane {
+
+namespace {
+
+const ProcRegistration registration("Window", makeProc<WindowBehaviour>);
+
+/// A picture is drawn anew this often even when nothing has changed: whoever shows it may have hidden its
+/// widget meanwhile and lost the pixels, of which nobody tells the runtime.
+constexpr std::chrono::seconds refreshInterval(1);
+
+} // namespace
+
+WindowBehaviour::WindowBehaviour(Node& window)
+    : WindowProc(dynamic_cast<Window*>(&window))
+    , Proc(window)
+    , _action(osg::RenderAction::create())
+{
+}
+
+WindowBehaviour::~WindowBehaviour()
+{
+    removeFrameWindow(context(), *this);
+    if (_announced)
+        _deleteWidget.fire(context().timeStamp(), this);
+    for (ViewareaBehaviour* viewarea : viewareas())
+        viewarea->setWindow(osg::WindowPtr());
+}
+
+void WindowBehaviour::start(double)
+{
+    addFrameWindow(context(), *this);
+    attachViewareas();
+    requestFrame();
+}
+
+void WindowBehaviour::settle()
+{
+    if (_announced)
+        return;
+    _announced = true;
+    const double time = context().timeStamp();
+    _newWidget.fire(time, this);
+    _showWidget.fire(time, this);
+}
+
+void WindowBehaviour::fieldChanged(Field& field, double time)
+{
+    const std::string_view name = field.name();
+    if (_winPtr != osg::NullFC) {
+        if (name == "size")
+            _resizeWidget.fire(time, this);
+        else if (name == "position")
+            _repositionWidget.fire(time, this);
+        else if (name == "fullScreen")
+            _fullScreenWidget.fire(time, this);
+    }
+    render();
+}
+
+void WindowBehaviour::childrenChanged(Field&)
+{
+    requestFrame();
+    render();
+}
+
+std::vector<ViewareaBehaviour*> WindowBehaviour::viewareas() const
+{
+    static const auto part = static_cast<unsigned int>(partIndex(*node().type(), "viewareas"));
+    std::vector<ViewareaBehaviour*> result;
+    for (NodeLink& link : read<MFNode>(node(), part)) {
+        if (auto* viewarea = procAs<ViewareaBehaviour>(link.node()))
+            result.push_back(viewarea);
+    }
+    return result;
+}
+
+void WindowBehaviour::attachViewareas()
+{
+    for (ViewareaBehaviour* viewarea : viewareas())
+        viewarea->setWindow(viewarea->isEnabled() ? _winPtr : osg::WindowPtr());
+}
+
+void WindowBehaviour::windowPointerChanged()
+{
+    attachViewareas();
+    render();
+}
+
+void WindowBehaviour::render()
+{
+    _redraw = true;
+}
+
+void WindowBehaviour::resize(int width, int height)
+{
+    if (_winPtr != osg::NullFC)
+        _winPtr->resize(width, height);
+    render();
+}
+
+void WindowBehaviour::note(InputEvent event)
+{
+    // Only the last of several moves counts: the pointer is asked for its place once a frame.
+    if (event.kind == InputEvent::MOUSE_MOVE && !_input.empty() &&
+        _input.back().kind == InputEvent::MOUSE_MOVE)
+        _input.back() = std::move(event);
+    else
+        _input.push_back(std::move(event));
+}
+
+void WindowBehaviour::keyPress(int key)
+{
+    note({InputEvent::KEY_PRESS, key, 0, 0, {}, {}});
+}
+
+void WindowBehaviour::keyRelease(int key)
+{
+    note({InputEvent::KEY_RELEASE, key, 0, 0, {}, {}});
+}
+
+void WindowBehaviour::buttonPress(int button, int x, int y)
+{
+    note({InputEvent::BUTTON_PRESS, button, x, y, {}, {}});
+}
+
+void WindowBehaviour::buttonRelease(int button, int x, int y)
+{
+    note({InputEvent::BUTTON_RELEASE, button, x, y, {}, {}});
+}
+
+void WindowBehaviour::mouseMove(int x, int y)
+{
+    note({InputEvent::MOUSE_MOVE, 0, x, y, {}, {}});
+}
+
+void WindowBehaviour::touchEvent(std::vector<TouchPointRecord>& points)
+{
+    note({InputEvent::TOUCH, 0, 0, 0, points, {}});
+}
+
+void WindowBehaviour::message(const std::string& name)
+{
+    note({InputEvent::MESSAGE, 0, 0, 0, {}, name});
+}
+
+void WindowBehaviour::browse(int x, int y)
+{
+    note({InputEvent::BROWSE, 0, x, y, {}, {}});
+}
+
+void WindowBehaviour::handleInput(double)
+{
+    const std::vector<InputEvent> input = std::exchange(_input, {});
+    for (const InputEvent& event : input) {
+        if (event.kind == InputEvent::BROWSE)
+            openAnchorAt(event.x, event.y);
+    }
+}
+
+void WindowBehaviour::openAnchorAt(int x, int y)
+{
+    const std::vector<ViewareaBehaviour*> areas = viewareas();
+    for (auto area = areas.rbegin(); area != areas.rend(); ++area) {
+        const std::vector<Node*> chain = (*area)->pick(x, y);
+        for (auto hit = chain.rbegin(); hit != chain.rend(); ++hit) {
+            const int part = isOfType(*(*hit)->type(), "Anchor") ? partIndex(*(*hit)->type(), "url") : -1;
+            if (part < 0)
+                continue;
+            const MFString& urls = read<MFString>(**hit, static_cast<unsigned int>(part));
+            const Relayne::URL base = (*hit)->nameSpace() ? (*hit)->nameSpace()->baseURL() : Relayne::URL();
+            for (unsigned int i = 0; i < urls.size(); ++i) {
+                const Relayne::URL target = base.resolved(Relayne::URL(urls[static_cast<int>(i)]));
+                if (context().load(target.toString(), Context::REPLACE_LT, {}))
+                    return;
+            }
+            return;
+        }
+        if (!chain.empty())
+            return;
+    }
+}
+
+bool WindowBehaviour::needsDrawing(unsigned long pictureVersion) const
+{
+    return _winPtr != osg::NullFC && (_redraw || pictureVersion != _drawnVersion ||
+                                      std::chrono::steady_clock::now() - _drawnAt >= refreshInterval);
+}
+
+void WindowBehaviour::draw(unsigned long pictureVersion, FrameStatistics& statistics)
+{
+    const double time = context().timeStamp();
+    _redraw = false;
+    _drawnVersion = pictureVersion;
+    _drawnAt = std::chrono::steady_clock::now();
+    _beginFrameWidget.fire(time, this);
+    // The host may have taken its window away in answer.
+    if (_winPtr != osg::NullFC) {
+        attachViewareas();
+        for (ViewareaBehaviour* viewarea : viewareas())
+            viewarea->prepare();
+        _action->resetStatistics();
+        _winPtr->render(_action.get());
+        statistics.triangles += _action->getStatistics().triangles;
+        statistics.drawCalls += _action->getStatistics().drawCalls;
+    }
+    if (_winPtr != osg::NullFC)
+        _endFrameWidget.fire(time, this);
+}
+
+} // namespace Orvane
