@@ -1,0 +1,177 @@
+#include "Program.h"
+
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QTest>
+
+class tst_workbench : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void screenshotShowsTheScene();
+    void viewOnlyShowsTheViewAlone();
+    void heldTimeGivesTheSamePictureTwice();
+    void laterTimeGivesAnotherPicture();
+    void missingSceneEndsWithAMessage();
+    void brokenSceneNamesFileAndLine();
+    void badUsageEndsWithTwo_data();
+    void badUsageEndsWithTwo();
+    void everyExampleSceneIsDrawn_data();
+    void everyExampleSceneIsDrawn();
+
+private:
+    QImage shoot(const QStringList& arguments);
+
+    QTemporaryDir _folder;
+    int _count = 0;
+};
+
+QImage tst_workbench::shoot(const QStringList& arguments)
+{
+    const QString file = _folder.filePath(QStringLiteral("shot%1.png").arg(++_count));
+    const Program program = Program::run(QStringLiteral("orvane-workbench"),
+                                         QStringList{QStringLiteral("--screenshot"), file} + arguments);
+    if (program.status != 0)
+        qWarning("%s", qPrintable(program.errors));
+    return QImage(file);
+}
+
+/// Number of colours that differ clearly, on a coarse grid.
+static int colourCount(const QImage& image)
+{
+    QSet<QRgb> colours;
+    for (int y = 0; y < image.height(); y += 3) {
+        for (int x = 0; x < image.width(); x += 3)
+            colours.insert(image.pixel(x, y) & 0xf0f0f0U);
+    }
+    return colours.size();
+}
+
+void tst_workbench::screenshotShowsTheScene()
+{
+    const QImage image = shoot({QStringLiteral("--size"), QStringLiteral("640x480"),
+                                exampleScene(QStringLiteral("primitives.x3d"))});
+    QCOMPARE(image.size(), QSize(640, 480));
+    QVERIFY(colourCount(image) > 20);
+    // The four solids stand side by side, each with its own colour.
+    bool red = false;
+    bool green = false;
+    bool yellow = false;
+    bool blue = false;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor colour(image.pixel(x, y));
+            red |= colour.red() > 2 * colour.green() && colour.red() > 2 * colour.blue() && colour.red() > 90;
+            green |= colour.green() > 2 * colour.red() - 20 && colour.green() > colour.blue() + 40 &&
+                     colour.green() > 80;
+            yellow |= colour.red() > 120 && colour.green() > 90 && colour.blue() < 70;
+            blue |= colour.blue() > 2 * colour.red() && colour.blue() > 100;
+        }
+    }
+    QVERIFY(red);
+    QVERIFY(green);
+    QVERIFY(yellow);
+    QVERIFY(blue);
+}
+
+void tst_workbench::viewOnlyShowsTheViewAlone()
+{
+    const QImage image = shoot({QStringLiteral("--view-only"), QStringLiteral("--size"),
+                                QStringLiteral("320x240"), exampleScene(QStringLiteral("primitives.x3d"))});
+    QCOMPARE(image.size(), QSize(320, 240));
+    // The scene's background reaches into the corners.
+    QCOMPARE(QColor(image.pixel(2, 2)), QColor(51, 56, 66));
+    QCOMPARE(QColor(image.pixel(317, 2)), QColor(51, 56, 66));
+}
+
+void tst_workbench::heldTimeGivesTheSamePictureTwice()
+{
+    const QStringList arguments{QStringLiteral("--view-only"), QStringLiteral("--size"),
+                                QStringLiteral("300x200"),     QStringLiteral("--time"),
+                                QStringLiteral("3"),           exampleScene(QStringLiteral("gears.x3d"))};
+    const QImage first = shoot(arguments);
+    QVERIFY(!first.isNull());
+    QCOMPARE(shoot(arguments), first);
+}
+
+void tst_workbench::laterTimeGivesAnotherPicture()
+{
+    const QStringList arguments{QStringLiteral("--view-only"), QStringLiteral("--size"),
+                                QStringLiteral("300x200"), exampleScene(QStringLiteral("gears.x3d")),
+                                QStringLiteral("--time")};
+    const QImage first = shoot(arguments + QStringList{QStringLiteral("3")});
+    const QImage second = shoot(arguments + QStringList{QStringLiteral("3.2")});
+    QVERIFY(!first.isNull());
+    QVERIFY(!second.isNull());
+    QVERIFY(first != second);
+}
+
+void tst_workbench::missingSceneEndsWithAMessage()
+{
+    const QString file = _folder.filePath(QStringLiteral("none.png"));
+    const Program program =
+        Program::run(QStringLiteral("orvane-workbench"),
+                     {QStringLiteral("--screenshot"), file, QStringLiteral("/no/such/scene.x3d")});
+    QCOMPARE(program.status, 1);
+    QVERIFY2(program.errors.contains(QStringLiteral("/no/such/scene.x3d")), qPrintable(program.errors));
+    QVERIFY(!QFile::exists(file));
+}
+
+void tst_workbench::brokenSceneNamesFileAndLine()
+{
+    const QString path = _folder.filePath(QStringLiteral("broken.x3d"));
+    QFile scene(path);
+    QVERIFY(scene.open(QIODevice::WriteOnly));
+    scene.write("<X3D version='4.0'>\n<Scene>\n<Shape>\n</Scene>\n</X3D>\n");
+    scene.close();
+    const Program program =
+        Program::run(QStringLiteral("orvane-workbench"),
+                     {QStringLiteral("--screenshot"), _folder.filePath(QStringLiteral("b.png")), path});
+    QCOMPARE(program.status, 1);
+    QVERIFY2(program.errors.contains(path + QStringLiteral(":4:")), qPrintable(program.errors));
+}
+
+void tst_workbench::badUsageEndsWithTwo_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("unknown option") << QStringList{QStringLiteral("--nonsense")};
+    QTest::newRow("frames") << QStringList{QStringLiteral("--frames"), QStringLiteral("0")};
+    QTest::newRow("size") << QStringList{QStringLiteral("--size"), QStringLiteral("800")};
+    QTest::newRow("negative size") << QStringList{QStringLiteral("--size"), QStringLiteral("-1x20")};
+    QTest::newRow("time") << QStringList{QStringLiteral("--time"), QStringLiteral("soon")};
+    QTest::newRow("two scenes") << QStringList{QStringLiteral("a.x3d"), QStringLiteral("b.x3d")};
+}
+
+void tst_workbench::badUsageEndsWithTwo()
+{
+    QFETCH(QStringList, arguments);
+    const Program program = Program::run(QStringLiteral("orvane-workbench"), arguments);
+    QCOMPARE(program.status, 2);
+    QVERIFY(program.errors.contains(QStringLiteral("orvane-workbench: ")));
+}
+
+void tst_workbench::everyExampleSceneIsDrawn_data()
+{
+    QTest::addColumn<QString>("scene");
+    const QDir folder(exampleScene(QString()));
+    const QStringList scenes = folder.entryList(
+        {QStringLiteral("*.x3d"), QStringLiteral("*.x3dv"), QStringLiteral("*.wrl")}, QDir::Files);
+    for (const QString& scene : scenes)
+        QTest::newRow(qPrintable(scene)) << folder.filePath(scene);
+    QVERIFY(scenes.size() >= 6);
+}
+
+void tst_workbench::everyExampleSceneIsDrawn()
+{
+    QFETCH(QString, scene);
+    const QImage image =
+        shoot({QStringLiteral("--view-only"), QStringLiteral("--size"), QStringLiteral("400x300"),
+               QStringLiteral("--time"), QStringLiteral("2"), scene});
+    QVERIFY(!image.isNull());
+    QVERIFY2(colourCount(image) > 6, qPrintable(scene));
+}
+
+QTEST_MAIN(tst_workbench)
+#include "tst_workbench.moc"

@@ -1,0 +1,110 @@
+#include "WorkbenchWindow.h"
+
+#include <Orvane/Context.h>
+#include <Orvane/GraphLoader.h>
+#include <QAction>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QorTools.h>
+#include <QorViewManager.h>
+#include <SAI/SAIBrowserRef.h>
+
+using Orvane::Qt4::QorViewManager;
+
+WorkbenchWindow::WorkbenchWindow(bool interactive)
+    : _manager(new QorViewManager(this,
+                                  interactive ? QorViewManager::TimerTrigger : QorViewManager::ManualTrigger))
+    , _status(new QLabel(this))
+{
+    setWindowTitle(tr("Orvane workbench"));
+    setCentralWidget(_manager);
+    statusBar()->addPermanentWidget(_status);
+
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    QAction* openAction = file->addAction(tr("&Open..."), this, &WorkbenchWindow::openByDialog);
+    openAction->setShortcut(QKeySequence::Open);
+    QAction* reload = file->addAction(tr("&Reload"), this, [this] {
+        if (!_file.isEmpty())
+            openOrTell(_file);
+    });
+    reload->setShortcut(QKeySequence::Refresh);
+    file->addSeparator();
+    QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+
+    connect(&_statusTimer, &QTimer::timeout, this, &WorkbenchWindow::updateStatus);
+    _statusTimer.start(500);
+    updateStatus();
+}
+
+WorkbenchWindow::~WorkbenchWindow() = default;
+
+Orvane::Context* WorkbenchWindow::context() const
+{
+    const std::unique_ptr<__SAI_SAIBrowserRef> browser(_manager->getSAI());
+    return browser ? browser->getExecutionContext() : nullptr;
+}
+
+bool WorkbenchWindow::open(const QString& file)
+{
+    _loadError.clear();
+    // An address is told by its scheme; anything else is a file name, and one with odd characters too.
+    const QString path = QFileInfo(file).absoluteFilePath();
+    const bool ok = _manager->loadContextByURL(path);
+    if (ok) {
+        _file = path;
+        setWindowTitle(tr("%1 - Orvane workbench").arg(QFileInfo(file).fileName()));
+    } else if (Orvane::Context* scene = context()) {
+        for (const Orvane::LoadMessage& message : scene->loadReport().messages) {
+            if (message.severity == Orvane::LoadMessage::ERROR_LM)
+                _loadError += (_loadError.isEmpty() ? QString() : QStringLiteral("\n")) +
+                              QString::fromUtf8(message.toString().c_str());
+        }
+    }
+    if (!ok && _loadError.isEmpty())
+        _loadError = tr("%1: the scene cannot be loaded").arg(path);
+    updateStatus();
+    return ok;
+}
+
+void WorkbenchWindow::openByDialog()
+{
+    std::list<std::string> formats;
+    Orvane::GraphLoader::getFormatList(formats, Orvane::GraphLoader::FILTER_FS);
+    QStringList filters;
+    for (const std::string& format : formats)
+        filters << QString::fromUtf8(format.c_str());
+    filters << tr("All files (*)");
+    const QString file = QFileDialog::getOpenFileName(this, tr("Open scene"), QFileInfo(_file).path(),
+                                                      filters.join(QStringLiteral(";;")));
+    if (!file.isEmpty())
+        openOrTell(file);
+}
+
+void WorkbenchWindow::openOrTell(const QString& file)
+{
+    if (open(file))
+        statusBar()->clearMessage();
+    else
+        statusBar()->showMessage(_loadError.section(QLatin1Char('\n'), 0, 0));
+}
+
+void WorkbenchWindow::holdTime(double seconds)
+{
+    if (Orvane::Context* scene = context())
+        scene->holdTime(seconds);
+}
+
+void WorkbenchWindow::updateStatus()
+{
+    Orvane::Context* scene = context();
+    if (!scene)
+        return;
+    const Orvane::FrameStatistics statistics = scene->frameStatistics();
+    _status->setText(tr("%1 frames/s   %L2 triangles")
+                         .arg(statistics.framesPerSecond, 0, 'f', 1)
+                         .arg(static_cast<qulonglong>(statistics.triangles)));
+}

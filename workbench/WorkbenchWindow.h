@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QTimer>
+#include <memory>
+
+class QLabel;
+
+namespace Orvane {
+class Context;
+namespace Qt4 {
+class QorViewManager;
+}
+} // namespace Orvane
+
+/// The main window of the workbench: a view manager in the middle, a menu, and a status line with what the
+/// frames cost.
+class WorkbenchWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    /// With \a interactive true the manager drives its own frames; else the caller runs them.
+    explicit WorkbenchWindow(bool interactive);
+    ~WorkbenchWindow() override;
+
+    /// Opens a scene file. False when it cannot be loaded: the present scene stays, and `loadError()` says
+    /// why.
+    bool open(const QString& file);
+    QString loadError() const { return _loadError; }
+
+    /// Stops the scene's clock; a negative value lets it run.
+    void holdTime(double seconds);
+
+    Orvane::Qt4::QorViewManager* viewManager() const { return _manager; }
+
+public slots:
+    void updateStatus();
+
+private:
+    void openByDialog();
+    void openOrTell(const QString& file);
+    Orvane::Context* context() const;
+
+    Orvane::Qt4::QorViewManager* _manager;
+    QLabel* _status;
+    QTimer _statusTimer;
+    QString _file;
+    QString _loadError;
+};
