@@ -1,0 +1,19 @@
+#include <OpenSG/OSGImage.h>
+#include <Orvane/Context.h>
+#include <QApplication>
+#include <QorViewManager.h>
+#include <cstdio>
+
+int main(int argc, char** argv)
+{
+    QApplication application(argc, argv);
+    Orvane::Qt4::QorViewManager manager(nullptr, Orvane::Qt4::QorViewManager::ManualTrigger);
+    const QString scene = QStringLiteral("<X3D version='4.0'><Scene><Transform DEF='Place' "
+                                         "translation='1 2 3'/></Scene></X3D>");
+    if (!manager.loadContextByString(QStringLiteral("consumer.x3d"), scene))
+        return 1;
+    manager.runFrame();
+    const QString place = manager.getValue(QStringLiteral("Place"), QStringLiteral("translation"));
+    std::printf("%s\n", qPrintable(place));
+    return place == QLatin1String("1 2 3") && osg::Image::create() != osg::NullFC ? 0 : 1;
+}
