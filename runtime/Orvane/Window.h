@@ -24,7 +24,7 @@ public:
     bool cursorVisible() const;
     /// Samples per pixel; 1 or less means no multisampling.
     int samples() const;
-    /// Display specification of a full-screen window.
+    /// Display, size and screen of a full-screen window, as "1024x768:32@60#1".
     const std::string& pipe() const;
     /// The viewareas, from the bottom up.
     MFNode* viewareas() const;
