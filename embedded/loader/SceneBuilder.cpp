@@ -4,6 +4,7 @@
 #include "loader/AngleUnit.h"
 #include "loader/ExternalFiles.h"
 #include "loader/FileScope.h"
+#include "loader/FileText.h"
 #include "loader/KeptStatements.h"
 #include "loader/LoadSession.h"
 #include "loader/TextCoding.h"
@@ -22,26 +23,6 @@ namespace Orvane {
 SceneSink::~SceneSink() = default;
 
 namespace {
-
-constexpr std::string_view blanks = " \t\r\n";
-
-std::string_view trimmed(std::string_view text)
-{
-    const std::size_t begin = text.find_first_not_of(blanks);
-    return begin == std::string_view::npos ? std::string_view()
-                                           : text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
-
-/// The texts of a value that has just been parsed from UTF-8, in the form of the graph.
-void recode(Field& field)
-{
-    if (field.dataType() != MFSTRING_DT)
-        return;
-    auto& strings = static_cast<MFString&>(field);
-    for (int i = 0; i < static_cast<int>(strings.size()); ++i)
-        if (!coding::isAscii(strings.elem(i)))
-            strings.elem(i) = coding::toGraph(strings.elem(i));
-}
 
 /// True for a type whose nodes take fields from their author.
 bool takesDeclarations(const NodeType& type)
@@ -348,22 +329,8 @@ void SceneBuilder::setValue(Field& field, std::string_view text, SourcePlace at)
         return;
     }
     std::string error;
-    bool ok = true;
-    if (field.dataType() == SFSTRING_DT && !coding::isAscii(text)) {
-        ok = field.parseValue(coding::toGraph(text), error);
-    } else if (field.dataType() == MFSTRING_DT) {
-        const std::string_view inner = trimmed(text);
-        if (!inner.empty() && inner.front() != '"' && inner.front() != '[') {
-            field.clear();
-            static_cast<MFString&>(field).addValue(std::string(text));
-        } else {
-            ok = field.parseValue(text, error);
-        }
-        recode(field);
-        _levels.back().namesFiles = _levels.back().namesFiles || namesFiles(owner, desc);
-    } else {
-        ok = field.parseValue(text, error);
-    }
+    const bool ok = parseFileText(field, text, error);
+    _levels.back().namesFiles = _levels.back().namesFiles || namesFiles(owner, desc);
     if (!ok)
         warn(at, label(owner, desc.name) + ": " + error);
     else if (_scope.angleFactor != 1.0)
@@ -372,10 +339,9 @@ void SceneBuilder::setValue(Field& field, std::string_view text, SourcePlace at)
 
 void SceneBuilder::keepUnknownValue(std::string_view name, std::string_view text)
 {
-    if (Field* field = addField(node(), name, SFSTRING_DT, EXPOSEDFIELDP)) {
-        std::string error;
-        field->parseValue(coding::toGraph(text), error);
-    }
+    std::string error;
+    if (Field* field = addField(node(), name, SFSTRING_DT, EXPOSEDFIELDP))
+        parseFileText(*field, text, error);
 }
 
 void SceneBuilder::beginFieldNodes(std::string_view name, SourcePlace place)
@@ -405,7 +371,7 @@ void SceneBuilder::endFieldNodes()
 
 void SceneBuilder::sourceText(std::string_view text, SourcePlace place)
 {
-    const std::string_view source = trimmed(text);
+    const std::string_view source = trimmedText(text);
     if (_skipped > 0 || source.empty())
         return;
     const int part = _levels.back().isNode ? partIndex(*node().type(), "url") : -1;
