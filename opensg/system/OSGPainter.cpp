@@ -48,6 +48,7 @@ void Painter::begin()
 {
     _state.clear();
     _stateItem = nullptr;
+    _textured = false;
     _scope = 0;
     std::fill_n(_lights, DrawList::lightLimit, noLight);
     _arrays = VertexArrays();
@@ -71,7 +72,6 @@ void Painter::begin()
     const Real32 black[] = {0, 0, 0, 1};
     glLightModelfv(GL_LIGHT_MODEL_AMBIENT, black);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
-    glLightModeli(GL_LIGHT_MODEL_COLOR_CONTROL, GL_SEPARATE_SPECULAR_COLOR);
     glEnableClientState(GL_VERTEX_ARRAY);
     glNormal3f(0, 0, 1);
 }
@@ -91,7 +91,6 @@ void Painter::end()
     glBindBuffer(GL_ARRAY_BUFFER, 0);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_FALSE);
-    glLightModeli(GL_LIGHT_MODEL_COLOR_CONTROL, GL_SINGLE_COLOR);
     glDisable(GL_NORMALIZE);
     glDisable(GL_DEPTH_TEST);
     glFrontFace(GL_CCW);
@@ -160,6 +159,7 @@ void Painter::setState(const Item& item)
     const DrawList::StateEntry* next = _list->getState(item);
     const DrawList::StateEntry* const nextEnd = next + item.stateCount;
     _alpha = static_cast<const MaterialChunk*>(next->chunk)->getDiffuse().alpha();
+    bool textured = false;
     auto old = _state.begin();
     for (const DrawList::StateEntry* entry = next; entry != nextEnd; ++entry) {
         const UInt32 slot = entry->place % StateChunk::MaxSlots;
@@ -169,6 +169,7 @@ void Painter::setState(const Item& item)
         // Only chunks of texture units have other slots than the first.
         if (slot >= _unitCount)
             continue;
+        textured |= entry->place / StateChunk::MaxSlots == StateChunk::TEXTURE;
         if (!has) {
             entry->chunk->activate(*_action, slot);
         } else if (colorsChange && entry->place == colorPlace) {
@@ -181,6 +182,7 @@ void Painter::setState(const Item& item)
     }
     for (; old != _state.end(); ++old)
         old->chunk->deactivate(*_action, old->place % StateChunk::MaxSlots);
+    setTextured(textured);
     _state.clear();
     std::copy_if(next, nextEnd, std::back_inserter(_state), [this](const DrawList::StateEntry& entry) {
         return entry.place % StateChunk::MaxSlots < _unitCount;
@@ -193,7 +195,16 @@ void Painter::clearState()
         entry.chunk->deactivate(*_action, entry.place % StateChunk::MaxSlots);
     _state.clear();
     _stateItem = nullptr;
+    setTextured(false);
     _action->_vertexColors = false;
+}
+
+// Highlights lie over textures. Without one the sum is the same, and cheaper in one.
+void Painter::setTextured(bool textured)
+{
+    if (textured != _textured)
+        glLightModeli(GL_LIGHT_MODEL_COLOR_CONTROL, textured ? GL_SEPARATE_SPECULAR_COLOR : GL_SINGLE_COLOR);
+    _textured = textured;
 }
 
 void Painter::setGeometry(const Item& item)

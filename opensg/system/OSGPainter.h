@@ -28,6 +28,7 @@ private:
     void setLights(const Item& item);
     void setState(const Item& item);
     void clearState();
+    void setTextured(bool textured);
     void setGeometry(const Item& item);
     void setPlace(const Matrix& toWorld);
 
@@ -41,6 +42,7 @@ private:
     std::vector<DrawList::StateEntry> _state;
     const Item* _stateItem = nullptr;
     Real32 _alpha = 1;
+    bool _textured = false;
     UInt32 _scope = 0;
     UInt32 _lights[DrawList::lightLimit] = {};
     std::vector<UInt32> _chosen;

@@ -204,6 +204,21 @@ private slots:
         COMPARE_COLOR(colorAt(image, 0.5F, 0.5F), QColor(255, 255, 255));
     }
 
+    void highlightsLieOverTextures()
+    {
+        GLPicture picture;
+        const SimpleMaterialPtr material = lit(1, 1, 1);
+        material->setSpecular(Color3f(0, 0, 1));
+        material->setShininess(1);
+        const UInt8 pixel[] = {0, 255, 0};
+        const ImagePtr image = Image::create();
+        image->set(Image::OSG_RGB_PF, 1, 1, 1, 1, 1, 0, pixel);
+        material->addChunk(texture(image));
+        const NodeRefPtr root =
+            litBy(DirectionalLight::create(), {shape(GeometryBuilder::square(), material)});
+        COMPARE_COLOR(colorAt(picture.draw(root), 0, 0), QColor(0, 255, 255));
+    }
+
     void textureIsTransformed()
     {
         GLPicture picture;
