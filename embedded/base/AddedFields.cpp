@@ -29,10 +29,9 @@ Field* addPart(Node& node, std::string_view name, NodePartDataType dataType, Nod
     part.desc->_data->behaviour = node.type()->data()->behaviour;
     part.field = makeField(node, *part.desc);
     part.desc->defaultValue = part.field->valueToString();
-    if (!node.data()->added)
-        node.data()->added = std::make_unique<AddedParts>();
-    node.data()->added->parts.push_back(std::move(part));
-    return node.data()->added->parts.back().field.get();
+    std::vector<AddedPart>& parts = node.data()->makeExtras().parts;
+    parts.push_back(std::move(part));
+    return parts.back().field.get();
 }
 
 /// The routes of the node are told of anew, as their slot numbers may have changed.
@@ -95,28 +94,28 @@ Field* addPrivateField(Node& node, std::string_view name, NodePartDataType dataT
 
 bool removeField(Node& node, Field& field)
 {
-    AddedParts* const added = node.data()->added.get();
-    const auto place = [added, &field] {
-        return std::find_if(added->parts.begin(), added->parts.end(),
+    NodeExtras* const extras = node.data()->extras.get();
+    const auto place = [extras, &field] {
+        return std::find_if(extras->parts.begin(), extras->parts.end(),
                             [&field](const AddedPart& part) { return part.field.get() == &field; });
     };
-    if (!added || place() == added->parts.end())
+    if (!extras || place() == extras->parts.end())
         return false;
     BusyScope busy(*node.data()->context);
     const UInt64 id = node.ID();
     if (holdsNodes(field.dataType()))
         removeAllLinks(field);
-    if (Node::findNode(id) != &node || place() == added->parts.end())
+    if (Node::findNode(id) != &node || place() == extras->parts.end())
         return true; // an observer was faster
     endRoutes(field);
-    if (Node::findNode(id) != &node || place() == added->parts.end())
+    if (Node::findNode(id) != &node || place() == extras->parts.end())
         return true;
 
     contextData(node).cascade.forget(field);
     const auto part = place();
-    added->removed.push_back(std::move(*part));
-    const auto next = added->parts.erase(part);
-    for (auto i = next; i != added->parts.end(); ++i)
+    extras->removedParts.push_back(std::move(*part));
+    const auto next = extras->parts.erase(part);
+    for (auto i = next; i != extras->parts.end(); ++i)
         --i->desc->id;
     field._desc->id = removedPart;
     announceRoutes(node);

@@ -28,8 +28,6 @@ struct Context::Data
     std::vector<std::unique_ptr<SceneNames>> nameSpaces;
     bool isRunning = false; ///< the roots have been set running, so what joins them runs too
 
-    Node* firstNode = nullptr; ///< all nodes in order of creation
-    Node* lastNode = nullptr;
     std::size_t nodeCount = 0;
 
     Cascade cascade;

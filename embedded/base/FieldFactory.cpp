@@ -1,5 +1,6 @@
 #include "base/FieldFactory.h"
 #include "base/Log.h"
+#include "base/NodeData.h"
 #include "base/TypeData.h"
 #include "base/ValueFields.h"
 #include <OpenSG/OSGLog.h>
@@ -37,16 +38,31 @@ std::unique_ptr<Field> make(Node* node, NodePartDesc* desc)
     return std::make_unique<F>(node, desc);
 }
 
+/// An `SFNode` with its link.
+class LinkedSFNode final : public SFNode
+{
+public:
+    LinkedSFNode(Node* node, NodePartDesc* desc)
+        : SFNode(node, desc)
+        , _ownLink(this)
+    {
+        FieldAccess::setLink(*this, _ownLink);
+    }
+
+private:
+    GraphLink _ownLink;
+};
+
 /// By data type.
 constexpr Maker makers[] = {
-    nullptr,           make<SFBool>,      make<MFBool>,     make<SFColor>,    make<MFColor>,
-    make<SFColorRGBA>, make<MFColorRGBA>, make<SFDouble>,   make<MFDouble>,   make<SFFloat>,
-    make<MFFloat>,     make<SFImage>,     make<MFImage>,    make<SFInt32>,    make<MFInt32>,
-    make<SFMatrix3d>,  make<MFMatrix3d>,  make<SFMatrix3f>, make<MFMatrix3f>, make<SFMatrix4d>,
-    make<MFMatrix4d>,  make<SFMatrix4f>,  make<MFMatrix4f>, make<SFNode>,     make<MFNode>,
-    make<SFRotation>,  make<MFRotation>,  make<SFString>,   make<MFString>,   make<SFTime>,
-    make<MFTime>,      make<SFVec2d>,     make<MFVec2d>,    make<SFVec2f>,    make<MFVec2f>,
-    make<SFVec3d>,     make<MFVec3d>,     make<SFVec3f>,    make<MFVec3f>,    make<SFVec4d>,
+    nullptr,           make<SFBool>,      make<MFBool>,     make<SFColor>,      make<MFColor>,
+    make<SFColorRGBA>, make<MFColorRGBA>, make<SFDouble>,   make<MFDouble>,     make<SFFloat>,
+    make<MFFloat>,     make<SFImage>,     make<MFImage>,    make<SFInt32>,      make<MFInt32>,
+    make<SFMatrix3d>,  make<MFMatrix3d>,  make<SFMatrix3f>, make<MFMatrix3f>,   make<SFMatrix4d>,
+    make<MFMatrix4d>,  make<SFMatrix4f>,  make<MFMatrix4f>, make<LinkedSFNode>, make<MFNode>,
+    make<SFRotation>,  make<MFRotation>,  make<SFString>,   make<MFString>,     make<SFTime>,
+    make<MFTime>,      make<SFVec2d>,     make<MFVec2d>,    make<SFVec2f>,      make<MFVec2f>,
+    make<SFVec3d>,     make<MFVec3d>,     make<SFVec3f>,    make<MFVec3f>,      make<SFVec4d>,
     make<MFVec4d>,     make<SFVec4f>,     make<MFVec4f>};
 static_assert(sizeof makers / sizeof *makers == MFVEC4F_DT + 1, "one maker for each data type");
 

@@ -11,18 +11,28 @@ GraphLink::~GraphLink()
 
 void GraphLink::attach(Node& child)
 {
-    Node::Data& data = *child.data();
     _node = &child;
-    _previous = data.lastParent;
-    (data.lastParent ? data.lastParent->_next : data.firstParent) = this;
-    data.lastParent = this;
+    GraphLink*& first = child.data()->firstParent;
+    if (first) {
+        _previous = first->_previous;
+        _previous->_next = this;
+    } else {
+        first = this;
+    }
+    first->_previous = this;
 }
 
 void GraphLink::detach()
 {
-    Node::Data& data = *_node->data();
-    (_previous ? _previous->_next : data.firstParent) = _next;
-    (_next ? _next->_previous : data.lastParent) = _previous;
+    GraphLink*& first = _node->data()->firstParent;
+    if (first == this)
+        first = _next;
+    else
+        _previous->_next = _next;
+    if (_next)
+        _next->_previous = _previous;
+    else if (first)
+        first->_previous = _previous;
     _previous = nullptr;
     _next = nullptr;
     _node = nullptr;

@@ -42,8 +42,8 @@ public:
     LinkHandle* holdHandle();
 
 private:
-    GraphLink* _previous = nullptr;
-    GraphLink* _next = nullptr;
+    GraphLink* _previous = nullptr; ///< the next older one; of the oldest, the youngest
+    GraphLink* _next = nullptr;     ///< the next younger one
     LinkHandle* _handle = nullptr;
 };
 

@@ -34,14 +34,14 @@ constexpr std::string_view outSuffix = "_changed";
 int ownPartIndex(const Node& node, std::string_view name)
 {
     const int index = partIndex(*node.type(), name);
-    const AddedParts* added = node.data()->added.get();
-    if (index >= 0 || !added)
+    const NodeExtras* extras = node.data()->extras.get();
+    if (index >= 0 || !extras)
         return index;
-    const auto found = std::find_if(added->parts.begin(), added->parts.end(),
+    const auto found = std::find_if(extras->parts.begin(), extras->parts.end(),
                                     [name](const AddedPart& part) { return part.desc->name == name; });
-    return found == added->parts.end()
+    return found == extras->parts.end()
                ? -1
-               : static_cast<int>(partCount(*node.type()) + (found - added->parts.begin()));
+               : static_cast<int>(partCount(*node.type()) + (found - extras->parts.begin()));
 }
 
 const NodePartDesc& descOf(const Node& node, int part)
@@ -49,7 +49,7 @@ const NodePartDesc& descOf(const Node& node, int part)
     const auto index = static_cast<unsigned int>(part);
     const unsigned int typeParts = partCount(*node.type());
     return index < typeParts ? *partDesc(*node.type(), index)
-                             : *node.data()->added->parts[index - typeParts].desc;
+                             : *node.data()->extras->parts[index - typeParts].desc;
 }
 
 /// As `ownPartIndex`, for a part of an access that has all bits of \a access.
@@ -75,9 +75,10 @@ const std::string& Node::getIDStr() const
 {
     if (_name)
         return *_name;
-    if (!_data->idText)
-        _data->idText = std::make_unique<std::string>(_type->name + "#" + std::to_string(_data->id));
-    return *_data->idText;
+    std::string& text = _data->makeExtras().idText;
+    if (text.empty())
+        text = _type->name + "#" + std::to_string(_data->id);
+    return text;
 }
 
 Context* Node::context()
@@ -87,7 +88,7 @@ Context* Node::context()
 
 bool Node::isShared()
 {
-    return _data->firstParent != _data->lastParent;
+    return _data->firstParent && _data->firstParent->nextParentLink();
 }
 
 int Node::childCount() const
@@ -128,7 +129,7 @@ Field* Node::findField(const std::string& name, FieldSearchOrder order) const
 
 unsigned int Node::partDescCount() const
 {
-    const std::size_t added = _data->added ? _data->added->parts.size() : 0;
+    const std::size_t added = _data->extras ? _data->extras->parts.size() : 0;
     return partCount(*_type) + static_cast<unsigned int>(added);
 }
 
@@ -159,29 +160,25 @@ NodeRef createNode(Context& context, NodeType& type, NodeCreator)
     NodeAccess::setData(*node, data);
     countNode(type, 1);
     data->id = nodeTable::add(*node);
-
-    Context::Data& all = *context.data();
-    data->previousNode = all.lastNode;
-    (all.lastNode ? all.lastNode->data()->nextNode : all.firstNode) = node;
-    all.lastNode = node;
-    ++all.nodeCount;
+    ++context.data()->nodeCount;
     return NodeRef(node);
 }
 
 void setSourcePlace(Node& node, unsigned int line, unsigned int column)
 {
-    node.data()->line = line;
+    constexpr unsigned int largestLine = (1U << 28) - 1;
+    node.data()->line = line <= largestLine ? line : 0;
     node.data()->column = column;
 }
 
 unsigned int sourceLine(const Node& node)
 {
-    return node.data()->line;
+    return static_cast<unsigned int>(node.data()->line);
 }
 
 unsigned int sourceColumn(const Node& node)
 {
-    return node.data()->column;
+    return static_cast<unsigned int>(node.data()->column);
 }
 
 Context& contextOf(const Node& node)
@@ -212,12 +209,6 @@ Field& editField(Node& node, unsigned int part)
 Node* readNode(const Node& node, unsigned int part)
 {
     return FieldAccess::link(static_cast<const SFNode&>(readField(node, part))).child();
-}
-
-unsigned int newVisit()
-{
-    static unsigned int last = 0;
-    return ++last;
 }
 
 } // namespace Orvane

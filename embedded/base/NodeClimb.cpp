@@ -1,6 +1,7 @@
 #include "base/NodeClimb.h"
 #include "base/ContextData.h"
 #include "base/NodeData.h"
+#include <unordered_set>
 
 namespace Orvane {
 
@@ -14,16 +15,15 @@ GraphLink* oldestParentLink(const Node& node)
 /// The way of a depth-first search: for a graph in which the oldest links run in a circle.
 std::vector<GraphLink*> searchUp(const Node& node)
 {
-    const unsigned int visit = newVisit();
-    node.data()->visit = visit;
+    std::unordered_set<const Node*> seen{&node};
     std::vector<GraphLink*> way;
     GraphLink* link = oldestParentLink(node);
     for (;;) {
-        while (link && link->parent()->data()->visit == visit)
+        while (link && seen.count(link->parent()) > 0)
             link = link->nextParentLink();
         if (link) {
-            Node& parent = *link->parent();
-            parent.data()->visit = visit;
+            const Node& parent = *link->parent();
+            seen.insert(&parent);
             way.push_back(link);
             link = oldestParentLink(parent);
             if (!link)
@@ -63,8 +63,7 @@ Node* Node::contextRoot() const
     if (top->type()->isContextRoot())
         return const_cast<Node*>(top);
 
-    const unsigned int visit = newVisit();
-    _data->visit = visit;
+    std::unordered_set<const Node*> seen{this};
     std::vector<const Node*> stack{this};
     while (!stack.empty()) {
         const Node* node = stack.back();
@@ -72,10 +71,8 @@ Node* Node::contextRoot() const
         if (node->type()->isContextRoot())
             return const_cast<Node*>(node);
         for (GraphLink* link = oldestParentLink(*node); link; link = link->nextParentLink())
-            if (link->parent()->data()->visit != visit) {
-                link->parent()->data()->visit = visit;
+            if (seen.insert(link->parent()).second)
                 stack.push_back(link->parent());
-            }
     }
     return nullptr;
 }

@@ -8,6 +8,7 @@
 #include <Orvane/MFNode.h>
 #include <Orvane/Node.h>
 #include <Orvane/SFNode.h>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,30 +22,41 @@ struct AddedPart
     std::unique_ptr<Field> field;
 };
 
-struct AddedParts
+/// What few nodes have.
+struct NodeExtras
 {
     std::vector<AddedPart> parts;
-    std::vector<AddedPart> removed; ///< somebody may still look at them
+    std::vector<AddedPart> removedParts; ///< somebody may still look at them
+    std::string idText;                  ///< what `getIDStr` answers without a name, made when asked for
 };
 
 struct Node::Data
 {
     UInt64 id = 0;
     Context* context = nullptr;
-    Node* previousNode = nullptr; ///< of the context
-    Node* nextNode = nullptr;
-    GraphLink* firstParent = nullptr;
-    GraphLink* lastParent = nullptr;
+    GraphLink* firstParent = nullptr; ///< the oldest
     NodeRef* firstRef = nullptr;
     FieldTable fields;
-    std::unique_ptr<AddedParts> added;
+    std::unique_ptr<NodeExtras> extras;
     std::unique_ptr<Proc> proc;
-    std::unique_ptr<std::string> idText; ///< what `getIDStr` answers without a name, made when asked for
-    unsigned int line = 0;
-    unsigned int column = 0;
-    unsigned int visit = 0; ///< number of the last walk that came by
-    bool isReleased = false;
-    bool isNameSpaceRoot = false;
+    std::uint64_t line : 28;
+    std::uint64_t column : 34;
+    std::uint64_t isReleased : 1;
+    std::uint64_t isNameSpaceRoot : 1;
+
+    Data()
+        : line(0)
+        , column(0)
+        , isReleased(0)
+        , isNameSpaceRoot(0)
+    {
+    }
+    NodeExtras& makeExtras()
+    {
+        if (!extras)
+            extras = std::make_unique<NodeExtras>();
+        return *extras;
+    }
 };
 
 /// Way into what nodes and holders keep from their users.
@@ -67,6 +79,7 @@ class FieldAccess
 {
 public:
     static unsigned int& marks(Field& field) { return field._marks; }
+    static void setLink(SFNode& field, GraphLink& link) { field._link = &link; }
     static GraphLink& link(const SFNode& field) { return static_cast<GraphLink&>(*field._link); }
     static std::vector<NodeLink*>& links(MFNode& field) { return field._links; }
     static const std::vector<NodeLink*>& links(const MFNode& field) { return field._links; }
@@ -79,8 +92,8 @@ inline bool isHeld(const Node& node)
 
 inline Field* addedField(const Node& node, unsigned int index)
 {
-    const AddedParts* added = node.data()->added.get();
-    return added && index < added->parts.size() ? added->parts[index].field.get() : nullptr;
+    const NodeExtras* extras = node.data()->extras.get();
+    return extras && index < extras->parts.size() ? extras->parts[index].field.get() : nullptr;
 }
 
 /// Calls \a visit with each link of a node field that leads to a node.
@@ -106,8 +119,8 @@ void forEachField(const Node& node, Visit visit)
     for (unsigned int part = 0; part < count; ++part)
         if (Field* field = node.data()->fields.at(part))
             visit(*field);
-    if (node.data()->added)
-        for (const AddedPart& part : node.data()->added->parts)
+    if (node.data()->extras)
+        for (const AddedPart& part : node.data()->extras->parts)
             visit(*part.field);
 }
 
@@ -118,13 +131,10 @@ void forEachChildLink(const Node& node, Visit visit)
     for (const unsigned int part : typeData(*node.type()).nodeParts)
         if (const Field* field = node.data()->fields.at(part))
             forEachLink(*field, visit);
-    if (node.data()->added)
-        for (const AddedPart& part : node.data()->added->parts)
+    if (node.data()->extras)
+        for (const AddedPart& part : node.data()->extras->parts)
             if (holdsNodes(part.desc->dataType))
                 forEachLink(*part.field, visit);
 }
-
-/// A number that no walk over nodes has had, for `Node::Data::visit`.
-unsigned int newVisit();
 
 } // namespace Orvane

@@ -22,8 +22,6 @@ void leaveContext(Node& node)
 {
     Context::Data& context = contextData(node);
     Node::Data& data = *node.data();
-    (data.previousNode ? data.previousNode->data()->nextNode : context.firstNode) = data.nextNode;
-    (data.nextNode ? data.nextNode->data()->previousNode : context.lastNode) = data.previousNode;
     --context.nodeCount;
     if (data.isReleased)
         std::replace(context.released.begin(), context.released.end(), &node, static_cast<Node*>(nullptr));
@@ -61,33 +59,33 @@ void endNode(Node& node)
     nodeTable::remove(data.id);
 }
 
-/// Marks what the roots and the holders of nodes lead to, and releases the rest, which is nodes that only
-/// hold each other.
+/// Releases the nodes to which neither a root nor a holder leads, which are those that only hold each other.
 void releaseCycles(Context::Data& context)
 {
-    const unsigned int visit = newVisit();
-    std::vector<Node*> stack;
-    for (Node* node = context.firstNode; node; node = node->data()->nextNode)
-        if (node->data()->firstRef) {
-            node->data()->visit = visit;
+    const std::vector<Node*> nodes = nodeTable::nodesOf(context.context);
+    if (nodes.empty())
+        return;
+    const UInt64 firstId = nodes.front()->ID();
+    std::vector<bool> isReached(nodes.back()->ID() - firstId + 1, false);
+    std::vector<const Node*> stack;
+    const auto reach = [&](const Node* node) {
+        if (!isReached[node->ID() - firstId]) {
+            isReached[node->ID() - firstId] = true;
             stack.push_back(node);
         }
+    };
+    for (const Node* node : nodes)
+        if (node->data()->firstRef)
+            reach(node);
     while (!stack.empty()) {
         const Node* node = stack.back();
         stack.pop_back();
-        forEachChildLink(*node, [&stack, visit](GraphLink& link) {
-            if (link.child()->data()->visit != visit) {
-                link.child()->data()->visit = visit;
-                stack.push_back(link.child());
-            }
-        });
+        forEachChildLink(*node, [&reach](GraphLink& link) { reach(link.child()); });
     }
-    std::vector<Node*> unreachable;
-    for (Node* node = context.firstNode; node; node = node->data()->nextNode)
-        if (node->data()->visit != visit)
-            unreachable.push_back(node);
-    for (Node* node : unreachable) {
-        for (GraphLink* link = node->data()->firstParent; link; link = node->data()->firstParent)
+    for (Node* node : nodes) {
+        if (isReached[node->ID() - firstId])
+            continue;
+        while (GraphLink* link = node->data()->firstParent)
             link->detach();
         releaseNode(*node);
     }
@@ -135,8 +133,13 @@ void endAllNodes(Context& context)
     --data.busy;
     endReleasedNodes(context);
     ++data.busy;
-    while (data.firstNode)
-        delete data.firstNode;
+    while (data.nodeCount > 0) {
+        std::vector<UInt64> ids;
+        for (const Node* node : nodeTable::nodesOf(context))
+            ids.push_back(node->ID());
+        for (const UInt64 id : ids)
+            delete nodeTable::find(id); // another one may have taken it along
+    }
     data.released.clear();
     --data.busy;
 }

@@ -1,7 +1,7 @@
 #include "base/NodeTable.h"
+#include "base/ContextData.h"
 #include <array>
 #include <memory>
-#include <vector>
 
 namespace Orvane::nodeTable {
 
@@ -51,6 +51,18 @@ void remove(UInt64 id)
     page->nodes[id % pageSize] = nullptr;
     if (--page->used == 0)
         page.reset();
+}
+
+std::vector<Node*> nodesOf(const Context& context)
+{
+    std::vector<Node*> nodes;
+    nodes.reserve(context.data()->nodeCount);
+    for (const auto& page : table().pages)
+        if (page)
+            for (Node* node : page->nodes)
+                if (node && node->data()->context == &context)
+                    nodes.push_back(node);
+    return nodes;
 }
 
 Node* find(UInt64 id)

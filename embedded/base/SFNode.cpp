@@ -8,7 +8,6 @@ namespace Orvane {
 
 SFNode::SFNode(Node* node, NodePartDesc* desc)
     : Field(node, desc)
-    , _link(std::make_unique<GraphLink>(this))
 {
 }
 

@@ -2,7 +2,6 @@
 
 #include <Orvane/Field.h>
 #include <Orvane/NodeLink.h>
-#include <memory>
 
 namespace Orvane {
 
@@ -33,7 +32,7 @@ public:
 private:
     friend class FieldAccess;
 
-    std::unique_ptr<NodeLink> _link;
+    NodeLink* _link = nullptr; ///< never null once the runtime has made the field
 };
 
 } // namespace Orvane
