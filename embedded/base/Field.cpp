@@ -61,11 +61,16 @@ const std::string& Field::fieldTypeName() const
 void Field::setValueByStr(const double& time, const char* text)
 {
     std::string error;
-    if (parseValue(text ? text : "", error))
-        processValueChange(time, EXTERNAL_CT);
-    else
-        ORVANE_LOG(osg::LOG_WARNING, "Node \"%s\", field \"%s\" (%s): %s.\n",
-                   _node ? _node->getIDStr().c_str() : "", name(), dataTypeName().c_str(), error.c_str());
+    const Node* const owner = _node;
+    const UInt64 ownerId = owner ? owner->ID() : 0;
+    if (parseValue(text ? text : "", error)) {
+        // A text that links nodes makes observers work, who may end this one.
+        if (!owner || Node::findNode(ownerId) == owner)
+            processValueChange(time, EXTERNAL_CT);
+        return;
+    }
+    ORVANE_LOG(osg::LOG_WARNING, "Node \"%s\", field \"%s\" (%s): %s.\n",
+               _node ? _node->getIDStr().c_str() : "", name(), dataTypeName().c_str(), error.c_str());
 }
 
 void Field::processValueChange(const double& time, CallerType caller)

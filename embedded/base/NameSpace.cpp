@@ -172,21 +172,13 @@ void setName(Node& node, NodeNameSpace* nameSpace, std::string_view name)
 void leaveNameSpace(Node& node)
 {
     forgetName(node);
-    std::vector<NodeNameSpace*> closed;
-    if (node.data()->isNameSpaceRoot)
-        for (const auto& nameSpace : contextData(node).nameSpaces)
-            if (nameSpace->rootNode() == &node) {
-                nameSpace->close();
-                closed.push_back(nameSpace.get());
-            }
     if (NodeNameSpace* const own = node.nameSpace()) {
         NodeAccess::setNameSpace(node, nullptr);
         --own->data()->members;
-        if (std::find(closed.begin(), closed.end(), own) == closed.end())
-            removeWhenUnused(*own);
+        removeWhenUnused(*own);
     }
-    for (NodeNameSpace* nameSpace : closed)
-        removeWhenUnused(*nameSpace);
+    if (node.data()->isNameSpaceRoot)
+        closeNamesOf(node);
 }
 
 void endNameSpaces(Context& context)

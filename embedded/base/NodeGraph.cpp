@@ -90,8 +90,10 @@ void removeAllLinks(Field& field)
             removeLink(link);
         return;
     }
+    const Node& owner = *field.node();
+    const UInt64 ownerId = owner.ID();
     const std::vector<NodeLink*>& links = FieldAccess::links(static_cast<MFNode&>(field));
-    while (!links.empty())
+    while (nodeTable::find(ownerId) == &owner && !links.empty())
         removeLink(static_cast<GraphLink&>(*links.back()));
 }
 
