@@ -15,11 +15,10 @@ void FrameScheduler::setTicking(Proc& proc, bool ticking)
     if (ticking) {
         _ticking.push_back(&proc);
         proc._tickSlot = static_cast<std::uint32_t>(_ticking.size());
-        ++_tickingCount;
+        requestFrame(0.0);
     } else {
         _ticking[proc._tickSlot - 1] = nullptr;
         proc._tickSlot = 0;
-        --_tickingCount;
     }
 }
 
@@ -34,6 +33,7 @@ void FrameScheduler::requestUpdate(Proc& proc)
 void FrameScheduler::requestFrame(double seconds)
 {
     _wantedIn = std::min(_wantedIn, std::max(0.0, seconds));
+    _hasAsked = true;
 }
 
 void FrameScheduler::forget(Proc& proc)
@@ -53,7 +53,10 @@ void FrameScheduler::tick(double time, Cascade& cascade)
         if (!proc)
             continue;
         const Cascade::WriterScope writer(cascade, proc->node());
+        _hasAsked = false;
         proc->tick(time);
+        if (_ticking[i] && !_hasAsked)
+            requestFrame(0.0);
     }
     // Close the gaps of those that have left; the others keep their order.
     std::size_t place = 0;

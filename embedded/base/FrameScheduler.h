@@ -30,16 +30,16 @@ public:
 
     unsigned long pictureVersion() const { return _pictureVersion; }
     /// True when there is something to do in each frame.
-    bool isMoving() const { return _tickingCount > 0 || !_updates.empty(); }
+    bool isMoving() const { return !_updates.empty(); }
     /// Seconds from the present frame in which the next one is wanted; infinite when none is.
     double wantedIn() const { return _wantedIn; }
 
 private:
     std::vector<Proc*> _ticking; ///< null where one has left
-    std::size_t _tickingCount = 0;
     std::vector<Proc*> _updates; ///< null where one has ended
     std::vector<Proc*> _updating;
     double _wantedIn = std::numeric_limits<double>::infinity();
+    bool _hasAsked = false; ///< the present tick wants a frame
     unsigned long _pictureVersion = 1;
 };
 

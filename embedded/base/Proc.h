@@ -47,7 +47,8 @@ protected:
     /// Asks for `update` in this frame (or the next one, outside a frame).
     void requestUpdate();
 
-    /// Puts the node on the list of those that tick, or takes it off. Inside `tick` too.
+    /// Puts the node on the list of those that tick, or takes it off. Inside `tick` too. While it ticks there
+    /// is a frame at each 60 Hz tick, unless `tick` asks for its next one by `requestFrame`.
     void setTicking(bool ticking);
 
     /// Wants the next frame at the latest in \a seconds; 0 means at the next 60 Hz tick. Holds for one frame.

@@ -84,7 +84,7 @@ void ComposedMeshProc::update()
     bindColors(rgb, rgba);
     show(std::move(mesh), rgba.isGiven());
     if (!faults.isEmpty())
-        complain(faults.text());
+        complain(nullptr, faults.text());
 }
 
 void ComposedMeshProc::bindColors(MeshAttribute<osg::Color3f>& rgb, MeshAttribute<osg::Color4f>& rgba) const

@@ -76,12 +76,17 @@ void ElementProc::elementGone()
     requestUpdate();
 }
 
-void ElementProc::complain(const std::string& text)
+void ElementProc::complain(const char* part, const std::string& text)
 {
     if (_complained)
         return;
     _complained = true;
-    reportMessage(node(), LoadMessage::WARNING_LM, node().getIDStr() + ": " + text);
+    std::string where = node().type()->name;
+    if (part)
+        where.append(".").append(part);
+    if (node().name())
+        where.append(" of ").append(*node().name());
+    reportMessage(node(), LoadMessage::WARNING_LM, where + ": " + text);
 }
 
 void DescriptionProc::start(double)

@@ -39,8 +39,9 @@ protected:
     /// default asks for an update.
     virtual void elementGone();
 
-    /// Says that the node's fields are at fault, once in the node's life.
-    void complain(const std::string& text);
+    /// Says that a field is at fault, once in the node's life: "Sphere.radius: " and the text. \a part is
+    /// null when the fault is not that of one field.
+    void complain(const char* part, const std::string& text);
 
 private:
     Use* _uses = nullptr;

@@ -38,7 +38,6 @@ GroupProc::GroupProc(Node& node, const osg::NodeCorePtr& core)
 
 GroupProc::~GroupProc()
 {
-    removeEntries(0, _entries.size());
     if (_lightsScene)
         _lightsScene->setGlobalLights(*this, {});
 }
@@ -123,10 +122,13 @@ Node* GroupProc::childOf(const osg::NodePtr& shown) const
 
 int GroupProc::shownPlace(std::size_t index) const
 {
-    if (index >= _entries.size() || !_entries[index].shown)
-        return -1;
+    return index < _entries.size() && _entries[index].shown ? static_cast<int>(shownBefore(index)) : -1;
+}
+
+std::size_t GroupProc::shownBefore(std::size_t index) const
+{
     const auto end = _entries.begin() + static_cast<std::ptrdiff_t>(index);
-    return static_cast<int>(
+    return static_cast<std::size_t>(
         std::count_if(_entries.begin(), end, [](const Entry& entry) { return bool(entry.shown); }));
 }
 
@@ -151,9 +153,7 @@ void GroupProc::syncChildren()
         ++back;
     removeEntries(front, _entries.size() - back);
 
-    std::size_t place = static_cast<std::size_t>(
-        std::count_if(_entries.begin(), _entries.begin() + static_cast<std::ptrdiff_t>(front),
-                      [](const Entry& entry) { return bool(entry.shown); }));
+    std::size_t place = shownBefore(front);
     std::vector<Entry> added;
     added.reserve(nodes.size() - front - back);
     for (std::size_t i = front; i < nodes.size() - back; ++i) {
@@ -253,12 +253,13 @@ void GroupProc::hangBelow(const std::vector<osg::NodeCorePtr>& lights)
 
 void GroupProc::removeEntries(std::size_t first, std::size_t last)
 {
+    std::size_t place = shownBefore(last);
     for (std::size_t i = last; i-- > first;) {
-        Entry& entry = _entries[i];
+        const Entry& entry = _entries[i];
         if (entry.light)
             _lightsChanged = true;
         if (entry.shown)
-            _content->subChild(entry.shown);
+            _content->subChild(static_cast<osg::UInt32>(--place));
     }
     _entries.erase(_entries.begin() + static_cast<std::ptrdiff_t>(first),
                    _entries.begin() + static_cast<std::ptrdiff_t>(last));

@@ -67,6 +67,7 @@ private:
     void hangBelow(const std::vector<osg::NodeCorePtr>& lights);
     void removeEntries(std::size_t first, std::size_t last);
     Entry makeEntry(Node* node, std::size_t place);
+    std::size_t shownBefore(std::size_t index) const;
     osg::NodePtr show(const osg::NodePtr& tree, std::size_t place);
     bool isUpToDate(const Entry& entry, Node* node) const;
     void editChildren(Field& children, const Field& edit, bool add, double time);

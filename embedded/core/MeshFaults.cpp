@@ -1,25 +1,28 @@
 #include "core/MeshFaults.h"
+#include <utility>
 
 namespace Orvane {
 
 std::string MeshFaults::text() const
 {
-    // What is at fault, and what the place counts.
+    // What is at fault, and what its place counts.
     static const char* const Words[][2] = {
-        {"left out because of an index without a point", "index"},
-        {"left out because of too few points", "index"},
-        {"left out because of a point that is not finite", "point"},
-        {"without a value of their own because its index is outside the list", "index"},
+        {"a face or line with an index that has no point", "coordIndex"},
+        {"a face or line of too few points", "coordIndex"},
+        {"a face or line with a point that is not finite", "point"},
+        {"a corner whose colour, normal or texture coordinate is not in the list", "coordIndex"},
     };
-    std::string text;
+    std::string text = "found ";
+    bool isFirst = true;
     for (std::size_t kind = 0; kind < 4; ++kind) {
         const Entry& entry = _entries[kind];
         if (entry.count == 0)
             continue;
-        if (!text.empty())
+        if (!std::exchange(isFirst, false))
             text += "; ";
-        text += std::to_string(entry.count) + ' ' + Words[kind][0] + " (first at " + Words[kind][1] + ' ' +
-                std::to_string(entry.first) + ')';
+        text += std::string(Words[kind][0]) + " (" + std::to_string(entry.count) +
+                (entry.count == 1 ? " time" : " times") + ", first at " + Words[kind][1] + '[' +
+                std::to_string(entry.first) + "])";
     }
     return text;
 }

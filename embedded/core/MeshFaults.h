@@ -33,7 +33,7 @@ public:
         return true;
     }
 
-    /// What was left out and why, in one line.
+    /// What was found in the fields, in one line.
     std::string text() const;
 
 private:

@@ -6,6 +6,7 @@
 #include <Orvane/SFBool.h>
 #include <Orvane/SFFloat.h>
 #include <array>
+#include <string>
 
 namespace Orvane {
 
@@ -91,7 +92,8 @@ public:
         SolidKey wanted = key();
         for (float& size : wanted.sizes) {
             if (!isDrawable(size) || size < 0.0F) {
-                complain("a size below 0 or not finite is taken for 0");
+                complain(nullptr, "expected a finite size of 0 or more, found " + std::to_string(size) +
+                                      "; it counts as 0");
                 size = 0.0F;
             }
         }

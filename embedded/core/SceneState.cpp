@@ -58,6 +58,14 @@ std::shared_ptr<SceneState> SceneState::of(Node& node)
     return state;
 }
 
+osg::Pnt3f SceneState::viewer() const
+{
+    if (!_scene)
+        return osg::Pnt3f();
+    const osg::Matrix viewpoint = _scene->view().viewpoint;
+    return osg::Pnt3f(viewpoint[3][0], viewpoint[3][1], viewpoint[3][2]);
+}
+
 void SceneState::setGlobalLights(const GroupProc& group, std::vector<osg::NodeCorePtr> lights)
 {
     const auto found = std::find_if(_lights.begin(), _lights.end(),

@@ -2,6 +2,7 @@
 
 #include "core/BindableStack.h"
 #include <OpenSG/OSGNodeCore.h>
+#include <OpenSG/OSGVector.h>
 #include <Orvane/Export.h>
 #include <array>
 #include <memory>
@@ -27,6 +28,9 @@ public:
 
     /// The scene's own behaviour, which shows the lights; null while it does not run.
     void setScene(SceneProc* scene) { _scene = scene; }
+
+    /// Where the scene is looked at from, in world coordinates.
+    osg::Pnt3f viewer() const;
 
     /// Sets the lights with which a group lights the whole scene, in place of those that it had.
     void setGlobalLights(const GroupProc& group, std::vector<osg::NodeCorePtr> lights);

@@ -91,9 +91,16 @@ private:
                 return;
         }
         _image.reset();
-        const std::string& first = urls[0];
-        complain("no image can be read from \"" + first.substr(0, 80) + (first.size() > 80 ? "...\"" : "\"") +
-                 (urls.size() > 1 ? " and the addresses after it" : ""));
+        std::string found;
+        for (int i = 0; i < static_cast<int>(urls.size()); ++i)
+            found += (i > 0 ? ", \"" : "\"") + shortened(urls[i]) + '"';
+        complain("url", "expected an image in a local file or in the address, found " + found);
+    }
+
+    static std::string shortened(const std::string& address)
+    {
+        constexpr std::size_t MaxLength = 80;
+        return address.size() <= MaxLength ? address : address.substr(0, MaxLength) + "...";
     }
 
     std::shared_ptr<ImageRef> imageAt(const std::string& address) const

@@ -62,7 +62,7 @@ osg::Matrix TransformProc::matrix()
     const osg::Vec3f& translation = translationPart.read<SFVec3f>(node()).value();
     if (!isSound(center) || !isSound(rotation) || !isSound(scale) || !isSound(scaleOrientation) ||
         !isSound(translation))
-        complain("a transformation that is not finite is left out");
+        complain(nullptr, "expected finite numbers, found others; they are left out");
 
     osg::Vec3f factors = isSound(scale) ? scale : osg::Vec3f(1.0F, 1.0F, 1.0F);
     for (osg::UInt32 i = 0; i < 3; ++i) {

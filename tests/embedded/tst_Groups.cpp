@@ -61,6 +61,8 @@ private slots:
     void switchShowsItsChoice();
     void switchChoiceCountsAllChildren();
     void switchOutOfRangeShowsNothing();
+    void lodShowsTheLevelOfItsDistance();
+    void lodWithoutRangeShowsTheFirst();
     void invisibleGroupIsNotHit();
     void deadChildIsNotShown();
     void removingManyChildren();
@@ -266,6 +268,31 @@ void tst_Groups::switchOutOfRangeShowsNothing()
     QVERIFY(scene.proc().root()->getVolume(true).isEmpty());
     scene.set("S", "whichChoice", "-2147483648");
     QVERIFY(scene.proc().root()->getVolume(true).isEmpty());
+}
+
+void tst_Groups::lodShowsTheLevelOfItsDistance()
+{
+    CoreScene scene("DEF V Viewpoint { position 0 0 15 } Transform { scale 2 2 2 children DEF L LOD { "
+                    "range [ 5 10 ] center 0 0 1 children [ Shape { geometry Box { } } "
+                    "Shape { geometry Box { size 4 4 4 } } Shape { geometry Box { size 6 6 6 } } ] } }");
+    // 15 away from the origin is 6.5 from the centre in the system of the node.
+    QCOMPARE(boundsOf(scene).second, osg::Pnt3f(4, 4, 4));
+    QCOMPARE(scene.get("L", "level_changed"), std::string("1"));
+    scene.set("V", "position", "0 0 5");
+    scene.context->runFrame();
+    QCOMPARE(scene.get("L", "level_changed"), std::string("0"));
+    QCOMPARE(boundsOf(scene).second, osg::Pnt3f(2, 2, 2));
+    scene.set("V", "position", "0 0 500");
+    scene.context->runFrame();
+    QCOMPARE(boundsOf(scene).second, osg::Pnt3f(6, 6, 6));
+}
+
+void tst_Groups::lodWithoutRangeShowsTheFirst()
+{
+    CoreScene scene(
+        "DEF L LOD { children [ Shape { geometry Box { } } Shape { geometry Sphere { radius 9 } } ] }"
+        "LOD { range [ 1 2 3 ] } LOD { }");
+    QCOMPARE(boundsOf(scene).second, osg::Pnt3f(1, 1, 1));
 }
 
 void tst_Groups::invisibleGroupIsNotHit()

@@ -218,7 +218,8 @@ void tst_IndexedFaceSet::faultsNameNodeAndPlace()
     scene.set("F", "set_coordIndex", "0 1 2 -1");
     const LoadMessage message = scene.context->loadReport().messages.at(0);
     QCOMPARE(message.text,
-             std::string("F: 1 left out because of an index without a point (first at index 0)"));
+             std::string("IndexedFaceSet of F: found a face or line with an index that has no point "
+                         "(1 time, first at coordIndex[0])"));
     QCOMPARE(message.line, 4);
     QCOMPARE(message.column, 7);
 }

@@ -239,11 +239,12 @@ void tst_MeshBuilder::badFacesAreLeftOut_data()
     QTest::addColumn<QString>("text");
     QTest::newRow("index without a point")
         << QVector<int>{0, 1, 4, -1, 0, 1, 2, -1} << 1
-        << "1 left out because of an index without a point (first at index 0)";
-    QTest::newRow("huge index") << QVector<int>{0, 1, 2, -1, 0, 2, 2147483647, -1} << 1
-                                << "1 left out because of an index without a point (first at index 4)";
+        << "found a face or line with an index that has no point (1 time, first at coordIndex[0])";
+    QTest::newRow("huge index")
+        << QVector<int>{0, 1, 2, -1, 0, 2, 2147483647, -1} << 1
+        << "found a face or line with an index that has no point (1 time, first at coordIndex[4])";
     QTest::newRow("two corners") << QVector<int>{0, 1, -1, 0, 1, 2, -1} << 1
-                                 << "1 left out because of too few points (first at index 0)";
+                                 << "found a face or line of too few points (1 time, first at coordIndex[0])";
     QTest::newRow("end marks alone") << QVector<int>{-1, -1, 0, 1, 2, -1, -1} << 1 << QString();
     QTest::newRow("no index") << QVector<int>() << 0 << QString();
     QTest::newRow("repeated corner") << QVector<int>{0, 0, 1, -1, 0, 1, 2, -1} << 1 << QString();
@@ -256,7 +257,7 @@ void tst_MeshBuilder::badFacesAreLeftOut()
     QFETCH(QString, text);
     Input input(Square, std::vector<int>(index.begin(), index.end()));
     QCOMPARE(static_cast<int>(triangleCount(input.build())), triangles);
-    QCOMPARE(QString::fromStdString(input.faults.text()), text);
+    QCOMPARE(input.faults.isEmpty() ? QString() : QString::fromStdString(input.faults.text()), text);
 }
 
 void tst_MeshBuilder::faceWithoutAreaShowsNothing()
@@ -333,7 +334,7 @@ void tst_MeshBuilder::missingAttributesAreNoted()
     input.source.colors.values = &colors;
     const MeshData mesh = input.build();
     QCOMPARE(triangleCount(mesh), std::size_t(2));
-    QVERIFY(input.faults.text().find("3 without a value of their own") == 0);
+    QVERIFY(input.faults.text().find("not in the list (3 times") != std::string::npos);
 }
 
 void tst_MeshBuilder::cornersWithEqualValuesAreMerged()
@@ -373,7 +374,7 @@ void tst_MeshBuilder::farAndTinyFacesHaveNormals()
         Input input(points, {0, 1, 2, 3, -1, 0, 1, 2, -1});
         const MeshData mesh = input.build();
         QCOMPARE(triangleCount(mesh), std::size_t(1));
-        QVERIFY(input.faults.text().find("point that is not finite (first at point 3)") != std::string::npos);
+        QVERIFY(input.faults.text().find("not finite (1 time, first at point[3])") != std::string::npos);
     }
 }
 
