@@ -1,7 +1,7 @@
 #include "core/AppearanceProcs.h"
 #include "base/ValueFields.h"
 #include "core/Part.h"
-#include "core/Sound.h"
+#include "core/UsableValues.h"
 #include <Orvane/SFFloat.h>
 #include <algorithm>
 
@@ -21,7 +21,7 @@ const Part transparencyPart("transparency");
 
 float fraction(const Part& part, const Node& node)
 {
-    return std::clamp(soundNumber(part.read<SFFloat>(node).value(), 0.0F), 0.0F, 1.0F);
+    return std::clamp(usableNumber(part.read<SFFloat>(node).value(), 0.0F), 0.0F, 1.0F);
 }
 
 osg::Color3f scaled(const osg::Color3f& color, float factor)

@@ -1,7 +1,7 @@
 #include "core/EnvironmentProcs.h"
 #include "core/Part.h"
 #include "core/SceneProc.h"
-#include "core/Sound.h"
+#include "core/UsableValues.h"
 #include <Orvane/MFColor.h>
 #include <Orvane/MFFloat.h>
 #include <Orvane/SFBool.h>
@@ -37,7 +37,7 @@ void NavigationInfoProc::describe(SceneView& view) const
     if (!sizes.empty() && isDrawable(sizes[0]) && sizes[0] > 0.0F)
         view.avatarRadius = sizes[0];
     view.visibilityLimit =
-        std::max(0.0F, soundNumber(visibilityLimitPart.read<SFFloat>(node()).value(), 0.0F));
+        std::max(0.0F, usableNumber(visibilityLimitPart.read<SFFloat>(node()).value(), 0.0F));
 }
 
 BackgroundProc::BackgroundProc(Node& node)
@@ -50,7 +50,7 @@ void BackgroundProc::update()
 {
     const std::vector<osg::Color3f>& colors = skyColorPart.read<MFColor>(node()).values();
     _background->setColor(colors.empty() ? osg::Color3f() : colors[0]);
-    const float transparency = soundNumber(transparencyPart.read<SFFloat>(node()).value(), 0.0F);
+    const float transparency = usableNumber(transparencyPart.read<SFFloat>(node()).value(), 0.0F);
     _background->setAlpha(1.0F - std::clamp(transparency, 0.0F, 1.0F));
     BindableProc::update();
 }

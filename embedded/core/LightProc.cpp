@@ -1,7 +1,7 @@
 #include "core/LightProc.h"
 #include "base/ValueFields.h"
 #include "core/Part.h"
-#include "core/Sound.h"
+#include "core/UsableValues.h"
 #include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGPointLight.h>
 #include <OpenSG/OSGSpotLight.h>
@@ -42,7 +42,7 @@ public:
     {
         LightProc::apply(light);
         // X3D says where the light goes, OpenSG where it comes from.
-        const osg::Vec3f direction = soundVector(directionPart.read<SFVec3f>(node()).value());
+        const osg::Vec3f direction = usableVector(directionPart.read<SFVec3f>(node()).value());
         const auto directional = osg::DirectionalLightPtr::dcast(light);
         directional->setDirection(isNull(direction) ? osg::Vec3f(0.0F, 0.0F, 1.0F) : -direction);
     }
@@ -59,8 +59,8 @@ public:
     {
         LightProc::apply(light);
         const auto point = osg::PointLightPtr::dcast(light);
-        point->setPosition(osg::Pnt3f(soundVector(locationPart.read<SFVec3f>(node()).value())));
-        const osg::Vec3f factors = soundVector(attenuationPart.read<SFVec3f>(node()).value());
+        point->setPosition(osg::Pnt3f(usableVector(locationPart.read<SFVec3f>(node()).value())));
+        const osg::Vec3f factors = usableVector(attenuationPart.read<SFVec3f>(node()).value());
         // All zero means none; a negative factor would make the light brighter with distance.
         const bool none = !(factors[0] > 0.0F || factors[1] > 0.0F || factors[2] > 0.0F);
         light->setConstantAttenuation(none ? 1.0F : std::max(factors[0], 0.0F));
@@ -82,7 +82,7 @@ public:
     {
         PointLightProc::apply(light);
         const auto spot = osg::SpotLightPtr::dcast(light);
-        const osg::Vec3f direction = soundVector(directionPart.read<SFVec3f>(node()).value());
+        const osg::Vec3f direction = usableVector(directionPart.read<SFVec3f>(node()).value());
         spot->setDirection(isNull(direction) ? osg::Vec3f(0.0F, 0.0F, -1.0F) : direction);
         constexpr float RightAngle = 1.5707963F;
         const auto angle = [&](const Part& part) {
@@ -117,12 +117,12 @@ bool LightProc::isGlobal() const
 void LightProc::apply(const osg::LightPtr& light) const
 {
     const osg::Color3f& color = colorPart.read<SFColor>(node()).value();
-    const float intensity = soundNumber(intensityPart.read<SFFloat>(node()).value(), 1.0F);
+    const float intensity = usableNumber(intensityPart.read<SFFloat>(node()).value(), 1.0F);
     const osg::Color4f shine = scaled(color, intensity);
     light->setOn(onPart.read<SFBool>(node()).value());
     light->setDiffuse(shine);
     light->setSpecular(shine);
-    light->setAmbient(scaled(color, soundNumber(ambientIntensityPart.read<SFFloat>(node()).value(), 0.0F)));
+    light->setAmbient(scaled(color, usableNumber(ambientIntensityPart.read<SFFloat>(node()).value(), 0.0F)));
 }
 
 } // namespace Orvane

@@ -1,7 +1,7 @@
 #include "base/ValueFields.h"
 #include "core/GroupProc.h"
 #include "core/SceneState.h"
-#include "core/Sound.h"
+#include "core/UsableValues.h"
 #include <OpenSG/OSGSwitch.h>
 #include <Orvane/Context.h>
 #include <Orvane/MFFloat.h>
@@ -77,7 +77,7 @@ private:
         toWorld().inverse(toLocal);
         osg::Pnt3f eye;
         toLocal.multMatrixPnt(viewer, eye);
-        const osg::Vec3f center = soundVector(centerPart.read<SFVec3f>(node()).value());
+        const osg::Vec3f center = usableVector(centerPart.read<SFVec3f>(node()).value());
         const float distance = eye.dist(osg::Pnt3f(center));
         const std::vector<float>& ranges = rangePart.read<MFFloat>(node()).values();
         const auto farther =

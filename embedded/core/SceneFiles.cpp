@@ -7,6 +7,8 @@
 #include <Relayne/URL.h>
 #include <array>
 #include <list>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace Orvane {
 
@@ -25,6 +27,28 @@ const NodeNameSpace* nameSpaceOf(const Node& node)
             return parent->nameSpace();
     }
     return nullptr;
+}
+
+bool isReadableFile(const std::string& path)
+{
+    struct stat status = {};
+    return !path.empty() && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+           ::access(path.c_str(), R_OK) == 0;
+}
+
+std::string latin1ToUtf8(const std::string& text)
+{
+    std::string result;
+    for (const char c : text) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80)
+            result.push_back(c);
+        else {
+            result.push_back(static_cast<char>(0xC0 | byte >> 6));
+            result.push_back(static_cast<char>(0x80 | (byte & 0x3F)));
+        }
+    }
+    return result;
 }
 
 int hexValue(char c)
@@ -91,7 +115,12 @@ std::string localFileOf(const Node& node, const std::string& address)
     if (url.isEmpty())
         return std::string();
     const NodeNameSpace* const names = nameSpaceOf(node);
-    return (names ? names->baseURL().resolved(url) : url).localFile();
+    const std::string path = (names ? names->baseURL().resolved(url) : url).localFile();
+    if (isReadableFile(path))
+        return path;
+    // Fields keep most names as Latin-1, file systems mostly as UTF-8.
+    const std::string utf8 = latin1ToUtf8(path);
+    return isReadableFile(utf8) ? utf8 : std::string();
 }
 
 bool readDataAddress(const std::string& address, std::string& mimeType, std::vector<std::uint8_t>& data)

@@ -9,8 +9,8 @@ namespace Orvane {
 
 class Node;
 
-/// Name of the file that \a address means when it stands in a field of \a node: relative addresses count from
-/// the file of the scene. Empty when the address means no file.
+/// Name of the readable file that \a address means when it stands in a field of \a node: relative addresses
+/// count from the file of the scene. Empty when there is none.
 ORVANE_API std::string localFileOf(const Node& node, const std::string& address);
 
 /// Reads a "data:" address. False when \a address is none, or holds no sound data. \a mimeType may come out

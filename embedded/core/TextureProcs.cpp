@@ -3,13 +3,12 @@
 #include "core/Part.h"
 #include "core/SceneFiles.h"
 #include "core/SharedTable.h"
-#include "core/Sound.h"
+#include "core/UsableValues.h"
 #include <OpenSG/OSGImageFileHandler.h>
 #include <Orvane/MFString.h>
 #include <Orvane/SFBool.h>
 #include <Orvane/SFFloat.h>
 #include <Orvane/SFImage.h>
-#include <fstream>
 
 namespace Orvane {
 
@@ -32,10 +31,7 @@ std::shared_ptr<ImageRef> imageOf(const std::string& file)
 {
     static SharedTable<std::string, ImageRef> images;
     return images.get(file, [&file] {
-        // Asked for first: that a file is not there is no fault of the image reader's.
-        const bool exists = std::ifstream(file).good();
-        return std::make_unique<ImageRef>(exists ? osg::ImageFileHandler::the().read(file.c_str())
-                                                 : osg::ImagePtr());
+        return std::make_unique<ImageRef>(osg::ImageFileHandler::the().read(file.c_str()));
     });
 }
 
@@ -62,15 +58,17 @@ public:
 
     void fieldChanged(Field& field, double time) override
     {
-        if (urlPart.is(field) || loadPart.is(field))
-            _read = false;
+        if (urlPart.is(field) || loadPart.is(field)) {
+            _isRead = false;
+            _isLoaded = false;
+        }
         PictureTextureProc::fieldChanged(field, time);
     }
 
     void describe(Surface& surface) override
     {
-        if (!_read) {
-            _read = true;
+        if (!_isRead) {
+            _isRead = true;
             readImage();
         }
         if (_image)
@@ -82,6 +80,7 @@ private:
     void readImage()
     {
         _image.reset();
+        _hasFound = false;
         const auto& urls = urlPart.read<MFString>(node());
         if (!loadPart.read<SFBool>(node()).value() || urls.size() == 0)
             return;
@@ -91,6 +90,9 @@ private:
                 return;
         }
         _image.reset();
+        // The loader has told of files that are not there.
+        if (_isLoaded && !_hasFound)
+            return;
         std::string found;
         for (int i = 0; i < static_cast<int>(urls.size()); ++i)
             found += (i > 0 ? ", \"" : "\"") + shortened(urls[i]) + '"';
@@ -103,19 +105,24 @@ private:
         return address.size() <= MaxLength ? address : address.substr(0, MaxLength) + "...";
     }
 
-    std::shared_ptr<ImageRef> imageAt(const std::string& address) const
+    std::shared_ptr<ImageRef> imageAt(const std::string& address)
     {
         std::string mimeType;
         std::vector<std::uint8_t> data;
-        if (readDataAddress(address, mimeType, data))
+        const bool isData = readDataAddress(address, mimeType, data);
+        const std::string file = isData ? std::string() : localFileOf(node(), address);
+        if (isData || !file.empty())
+            _hasFound = true;
+        if (isData)
             return std::make_shared<ImageRef>(
                 osg::ImageFileHandler::the().decode(data.data(), data.size(), mimeType.c_str()));
-        const std::string file = localFileOf(node(), address);
         return file.empty() ? nullptr : imageOf(file);
     }
 
     std::shared_ptr<ImageRef> _image;
-    bool _read = false;
+    bool _hasFound = false; ///< an address led to something, be it no image
+    bool _isRead = false;
+    bool _isLoaded = true; ///< the addresses are those of the scene's file
 };
 
 class PixelTextureProc : public PictureTextureProc
@@ -136,7 +143,7 @@ public:
     {
         const auto pair = [this](const Part& part, float fallback) {
             const osg::Vec2f& v = part.read<SFVec2f>(node()).value();
-            return osg::Vec3f(soundNumber(v[0], fallback), soundNumber(v[1], fallback), 0.0F);
+            return osg::Vec3f(usableNumber(v[0], fallback), usableNumber(v[1], fallback), 0.0F);
         };
         const osg::Vec3f center = pair(centerPart, 0.0F);
         osg::Vec3f scale = pair(scalePart, 1.0F);

@@ -1,6 +1,6 @@
 #include "core/TransformProc.h"
 #include "base/ValueFields.h"
-#include "core/Sound.h"
+#include "core/UsableValues.h"
 #include <algorithm>
 #include <cmath>
 
@@ -70,8 +70,8 @@ osg::Matrix TransformProc::matrix()
             factors[i] = std::signbit(factors[i]) ? -SmallestScale : SmallestScale;
     }
     osg::Matrix result;
-    result.setTransform(soundVector(translation), toQuaternion(rotation), factors,
-                        toQuaternion(scaleOrientation), soundVector(center));
+    result.setTransform(usableVector(translation), toQuaternion(rotation), factors,
+                        toQuaternion(scaleOrientation), usableVector(center));
     return result;
 }
 

@@ -4,7 +4,7 @@
 #include "core/NormalGenerator.h"
 #include "core/Part.h"
 #include "core/SceneProc.h"
-#include "core/Sound.h"
+#include "core/UsableValues.h"
 #include <Orvane/MFFloat.h>
 #include <Orvane/SFFloat.h>
 #include <algorithm>
@@ -32,8 +32,8 @@ public:
         if (sides.size() < 4 || !(sides[2] > sides[0]) || !(sides[3] > sides[1]))
             return;
         for (std::size_t i = 0; i < 2; ++i) {
-            view.fieldOfViewMin[i] = soundNumber(sides[i], -1.0F);
-            view.fieldOfViewMax[i] = soundNumber(sides[i + 2], 1.0F);
+            view.fieldOfViewMin[i] = usableNumber(sides[i], -1.0F);
+            view.fieldOfViewMax[i] = usableNumber(sides[i + 2], 1.0F);
         }
     }
 };
@@ -54,7 +54,7 @@ osg::Matrix ViewpointProc::cameraToWorld() const
     if (const GroupProc* group = groupOf(*this))
         result = group->toWorld();
     osg::Matrix local;
-    local.setTransform(soundVector(positionPart.read<SFVec3f>(node()).value()),
+    local.setTransform(usableVector(positionPart.read<SFVec3f>(node()).value()),
                        toQuaternion(orientationPart.read<SFRotation>(node()).value()));
     result.mult(local);
     // Axes of unit length at right angles: looking direction first, then up as near as may be.

@@ -72,6 +72,7 @@ private slots:
     void textureTransformFollowsItsFormula();
     void missingImageIsReportedOnce();
     void imageBesideTheSceneIsRead();
+    void fileThatIsNoImageIsReported();
     void secondAddressIsTried();
     void imageInADataAddress();
     void vertexColorsStandForTheDiffuseColor();
@@ -263,16 +264,18 @@ void tst_Shapes::missingImageIsReportedOnce()
 {
     CoreScene scene("DEF S Shape { geometry Box { } appearance Appearance { texture DEF T ImageTexture { "
                     "url [ \"none-a.png\" \"none-b.png\" ] } } } DEF G Group { }");
-    QCOMPARE(scene.messageCount(), std::size_t(1));
     QVERIFY(textureOf(scene, "S") == osg::NullFC);
+    QCOMPARE(scene.messageCount(), std::size_t(0)); // that is the loader's
     scene.set("T", "url", "\"none-c.png\"");
+    QCOMPARE(scene.messageCount(), std::size_t(1));
+    scene.set("T", "url", "\"none-d.png\"");
     QCOMPARE(scene.messageCount(), std::size_t(1));
 }
 
 void tst_Shapes::imageBesideTheSceneIsRead()
 {
     QTemporaryDir folder;
-    const std::string path = folder.filePath(QStringLiteral("red.png")).toStdString();
+    const std::string path = folder.filePath(QStringLiteral("r\u00e9d.png")).toStdString();
     const osg::ImagePtr image = osg::Image::create();
     const osg::UInt8 red[] = {255, 0, 0};
     image->set(osg::Image::OSG_RGB_PF, 1, 1, 1, 1, 1, 0.0, red);
@@ -289,13 +292,29 @@ void tst_Shapes::imageBesideTheSceneIsRead()
     Field& second = scene.field("R", "url");
     setName(*first.node(), names, "S");
     setName(*second.node(), names, "R");
-    first.setValueByStr(0.0, "\"red.png\"");
-    second.setValueByStr(0.0, "\"./red.png\"");
+    first.setValueByStr(0.0, "\"r\xE9"
+                             "d.png\"");
+    second.setValueByStr(0.0, "\"./r\xE9"
+                              "d.png\"");
     scene.context->runFrame();
     QVERIFY(textureOf(scene, "A") != osg::NullFC);
     QCOMPARE(textureOf(scene, "A")->getImage()->getData()[0], osg::UInt8(255));
     QVERIFY(textureOf(scene, "A") == textureOf(scene, "B")); // one file, one texture
     QCOMPARE(scene.messageCount(), std::size_t(0));
+}
+
+void tst_Shapes::fileThatIsNoImageIsReported()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("not.png")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("nothing of the kind");
+    file.close();
+    CoreScene scene(("DEF S Shape { geometry Box { } appearance Appearance { texture ImageTexture { url \"" +
+                     file.fileName().toStdString() + "\" } } }")
+                        .c_str());
+    QVERIFY(textureOf(scene, "S") == osg::NullFC);
+    QCOMPARE(scene.messageCount(), std::size_t(1));
 }
 
 void tst_Shapes::secondAddressIsTried()

@@ -11,15 +11,15 @@ namespace Orvane {
 
 // What scenes write is not always a number that one can work with. These give one in any case.
 
-inline float soundNumber(float value, float fallback)
+inline float usableNumber(float value, float fallback)
 {
     return isDrawable(value) ? value : fallback;
 }
 
 /// The vector, with 0 for components that are no usable number.
-inline osg::Vec3f soundVector(const osg::Vec3f& v)
+inline osg::Vec3f usableVector(const osg::Vec3f& v)
 {
-    return osg::Vec3f(soundNumber(v[0], 0.0F), soundNumber(v[1], 0.0F), soundNumber(v[2], 0.0F));
+    return osg::Vec3f(usableNumber(v[0], 0.0F), usableNumber(v[1], 0.0F), usableNumber(v[2], 0.0F));
 }
 
 inline bool isNull(const osg::Vec3f& v)
@@ -31,7 +31,7 @@ inline bool isNull(const osg::Vec3f& v)
 inline osg::Quaternion toQuaternion(const Rotation& rotation)
 {
     osg::Quaternion result;
-    const osg::Vec3f axis = soundVector(osg::Vec3f(rotation.x(), rotation.y(), rotation.z()));
+    const osg::Vec3f axis = usableVector(osg::Vec3f(rotation.x(), rotation.y(), rotation.z()));
     if (!isNull(axis) && isDrawable(rotation.angle())) {
         const double length = std::hypot(double(axis[0]), double(axis[1]), double(axis[2]));
         const double half = 0.5 * double(rotation.angle());
