@@ -24,6 +24,9 @@ SceneSink::~SceneSink() = default;
 
 namespace {
 
+/// So many fields one node may get; looking them up takes the longer the more they are.
+constexpr unsigned int maxAddedFields = 4096;
+
 /// True for a type whose nodes take fields from their author.
 bool takesDeclarations(const NodeType& type)
 {
@@ -225,7 +228,7 @@ Field* SceneBuilder::fieldForChild(const Node& child, std::string_view container
     if (!container.empty()) {
         Field* field = parent.findField(std::string(container), Node::EXACT_FSO);
         if (!field && isUnknown(*parent.type()))
-            return addField(parent, container, MFNODE_DT, EXPOSEDFIELDP);
+            return addToNode(parent, container, MFNODE_DT, EXPOSEDFIELDP, at);
         const int part = field ? static_cast<int>(field->_desc->id) : partIndex(*parent.type(), container);
         if (part >= 0 && ChildPlacement::holdsNodes(parent, static_cast<unsigned int>(part)))
             return &editField(parent, static_cast<unsigned int>(part));
@@ -239,7 +242,7 @@ Field* SceneBuilder::fieldForChild(const Node& child, std::string_view container
         const std::string_view byDefault = containerField(type);
         const std::string name(byDefault.empty() ? "children" : byDefault);
         Field* field = parent.findField(name, Node::EXACT_FSO);
-        return field ? field : addField(parent, name, MFNODE_DT, EXPOSEDFIELDP);
+        return field ? field : addToNode(parent, name, MFNODE_DT, EXPOSEDFIELDP, at);
     }
     warn(at, parent.type()->name + ": expected nodes that one of its fields takes, found " + type.name);
     return nullptr;
@@ -296,6 +299,22 @@ Field* SceneBuilder::findField(std::string_view name, SourcePlace at)
     return field;
 }
 
+/// Adds a field that the scene gives to one node; null, and told, when the node cannot have it.
+Field* SceneBuilder::addToNode(Node& owner, std::string_view name, NodePartDataType dataType,
+                               NodePartType access, SourcePlace at)
+{
+    if (owner.partDescCount() >= partCount(*owner.type()) + maxAddedFields) {
+        warn(at, owner.type()->name + ": expected at most " + std::to_string(maxAddedFields) +
+                     " fields of an author, found " + quoted(name) + " beside them");
+        return nullptr;
+    }
+    Field* field = addField(owner, coding::toGraph(name), dataType, access);
+    if (!field)
+        warn(at, owner.type()->name + ": expected a new name, found " + quoted(name) +
+                     ", which is one of its fields");
+    return field;
+}
+
 NodePartDataType SceneBuilder::fieldType(std::string_view name)
 {
     if (_skipped > 0)
@@ -317,7 +336,7 @@ void SceneBuilder::fieldValue(std::string_view name, std::string_view text, Sour
     if (field)
         setValue(*field, text, place);
     else if (isUnknown(*node().type()))
-        keepUnknownValue(name, text);
+        keepUnknownValue(name, text, place);
 }
 
 void SceneBuilder::setValue(Field& field, std::string_view text, SourcePlace at)
@@ -337,10 +356,10 @@ void SceneBuilder::setValue(Field& field, std::string_view text, SourcePlace at)
         convertAngles(field, _scope.angleFactor);
 }
 
-void SceneBuilder::keepUnknownValue(std::string_view name, std::string_view text)
+void SceneBuilder::keepUnknownValue(std::string_view name, std::string_view text, SourcePlace at)
 {
     std::string error;
-    if (Field* field = addField(node(), name, SFSTRING_DT, EXPOSEDFIELDP))
+    if (Field* field = addToNode(node(), name, SFSTRING_DT, EXPOSEDFIELDP, at))
         parseFileText(*field, text, error);
 }
 
@@ -352,7 +371,7 @@ void SceneBuilder::beginFieldNodes(std::string_view name, SourcePlace place)
     }
     Field* field = findField(name, place);
     if (!field && isUnknown(*node().type()))
-        field = addField(node(), name, MFNODE_DT, EXPOSEDFIELDP);
+        field = addToNode(node(), name, MFNODE_DT, EXPOSEDFIELDP, place);
     if (!field) {
         ++_skipped;
         return;
@@ -395,10 +414,9 @@ void SceneBuilder::beginDeclaration(const FieldDeclaration& declaration)
     if (!_levels.back().isNode || !takesDeclarations(*owner.type()))
         warn(declaration.place,
              owner.type()->name + ": expected no field of an author, found " + quoted(declaration.name));
-    else if (!(field = addField(owner, coding::toGraph(declaration.name), declaration.dataType,
-                                declaration.access)))
-        warn(declaration.place, owner.type()->name + ": expected a new name, found " +
-                                    quoted(declaration.name) + ", which is one of its fields");
+    else
+        field =
+            addToNode(owner, declaration.name, declaration.dataType, declaration.access, declaration.place);
     if (!field) {
         ++_skipped;
         return;

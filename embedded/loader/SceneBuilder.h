@@ -67,7 +67,9 @@ private:
     bool wouldContainItself(const Node& child, const Field& field) const;
     Field* findField(std::string_view name, SourcePlace at);
     void setValue(Field& field, std::string_view text, SourcePlace at);
-    void keepUnknownValue(std::string_view name, std::string_view text);
+    void keepUnknownValue(std::string_view name, std::string_view text, SourcePlace at);
+    Field* addToNode(Node& owner, std::string_view name, NodePartDataType dataType, NodePartType access,
+                     SourcePlace at);
 
     LoadSession& _session;
     FileScope& _scope;

@@ -161,6 +161,15 @@ void tst_BadScenes::hugeAttributesAndManyNodesLoad()
         scene.load(LoadedText::document("<Transform translation='" + std::string(20 << 20, '9') + "'/>")));
     QCOMPARE(scene.messages().size(), 1);
     QVERIFY(scene.messages()[0].size() < 300);
+    std::string attributes;
+    for (int i = 0; i < 5000; ++i)
+        attributes += " a" + std::to_string(i) + "='1'";
+    QVERIFY(scene.load(LoadedText::document("<Wobbler" + attributes + "/>")));
+    const std::size_t column = std::string("<Wobbler").size() + attributes.find("1' a4097");
+    QCOMPARE(
+        scene.messages().value(1),
+        QStringLiteral("2:%1 Wobbler: expected at most 4096 fields of an author, found \"a4096\" beside them")
+            .arg(column + 1));
     std::string nodes;
     for (int i = 0; i < 20000; ++i)
         nodes += "<Group/>";
