@@ -59,6 +59,16 @@ void forgetName(Node& node)
         nodes.erase(found);
 }
 
+/// True when the node bears the name in the name space and is found by it.
+bool isNamed(const Node& node, NodeNameSpace* nameSpace, std::string_view name)
+{
+    if (node.nameSpace() != nameSpace)
+        return false;
+    if (!node.name() || name.empty())
+        return !node.name() && name.empty();
+    return *node.name() == name && (!nameSpace || NodeNameSpace::findNode(nameSpace, *node.name()) == &node);
+}
+
 void moveTo(Node& node, NodeNameSpace* nameSpace)
 {
     NodeNameSpace* const old = node.nameSpace();
@@ -152,10 +162,7 @@ NodeNameSpace* createNameSpace(Context& context, NodeNameSpace* parent, std::str
 
 void setName(Node& node, NodeNameSpace* nameSpace, std::string_view name)
 {
-    const bool isSame = node.nameSpace() == nameSpace && (node.name() ? *node.name() == name : name.empty());
-    const bool isFound =
-        name.empty() || !nameSpace || NodeNameSpace::findNode(nameSpace, std::string(name)) == &node;
-    if (isSame && isFound)
+    if (isNamed(node, nameSpace, name))
         return;
     forgetName(node);
     const std::unique_ptr<const std::string> oldName(node.name());
@@ -163,8 +170,11 @@ void setName(Node& node, NodeNameSpace* nameSpace, std::string_view name)
     moveTo(node, nameSpace);
     if (nameSpace && node.name()) {
         auto& nodes = nameSpace->data()->nodes;
-        nodes.erase(*node.name()); // the key is the string of who bore the name before
-        nodes.emplace(*node.name(), &node);
+        const auto [place, isNew] = nodes.emplace(*node.name(), &node);
+        if (!isNew) {
+            nodes.erase(place); // its key is the string of who bore the name before
+            nodes.emplace(*node.name(), &node);
+        }
     }
     Node::_nameSpaceChanged.fire(timeOf(node), nullptr, &node);
 }

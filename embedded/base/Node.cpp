@@ -150,13 +150,14 @@ int Node::findEventOutSlotID(const std::string& name) const
     return index >= 0 ? index : partIndexOfAccess(*this, name + std::string(outSuffix), EVENTOUTP);
 }
 
-NodeRef createNode(Context& context, NodeType& type, NodeCreator)
+NodeRef createNode(Context& context, NodeType& type, NodeCreator creator)
 {
     const NodeClassFactory makeNode = type.data()->behaviour->makeNode;
     Node* const node = makeNode ? makeNode() : NodeAccess::make();
     auto* const data = new Node::Data;
     data->context = &context;
     NodeAccess::setType(*node, type);
+    NodeAccess::setState(*node, creator == LOADER_NC ? LOADED_NS : CREATED_NS);
     NodeAccess::setData(*node, data);
     countNode(type, 1);
     data->id = nodeTable::add(*node);

@@ -1,4 +1,3 @@
-#include "base/FieldFactory.h"
 #include "base/TypeData.h"
 #include <Orvane/FieldType.h>
 #include <Orvane/NodePartDesc.h>
@@ -69,13 +68,6 @@ std::vector<std::string> NodePartDesc::valueList() const
         begin = bar + 1;
     }
     return values;
-}
-
-const Field& defaultField(NodePartDesc& desc)
-{
-    if (!desc._data->defaultField)
-        desc._data->defaultField = makeDefaultField(desc);
-    return *desc._data->defaultField;
 }
 
 const std::string& eventInName(NodePartDesc& desc)

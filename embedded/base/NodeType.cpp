@@ -1,4 +1,3 @@
-#include "base/FieldFactory.h"
 #include "base/Graph.h"
 #include "base/Prototype.h"
 #include "base/TypeData.h"
@@ -77,6 +76,19 @@ void finishParts(NodeType::Data& data)
     }
 }
 
+void collectBases(const catalogue::NodeEntry& entry, std::vector<std::string_view>& bases)
+{
+    for (std::string_view rest = entry.bases; !rest.empty();) {
+        const std::string_view base = rest.substr(0, rest.find('|'));
+        rest.remove_prefix(std::min(base.size() + 1, rest.size()));
+        if (std::find(bases.begin(), bases.end(), base) != bases.end())
+            continue;
+        bases.push_back(base);
+        if (const catalogue::NodeEntry* above = catalogue::findNode(base))
+            collectBases(*above, bases);
+    }
+}
+
 int exactPartIndex(const NodeType::Data& data, std::string_view name)
 {
     const auto found = std::lower_bound(
@@ -121,18 +133,15 @@ unsigned int NodeType::getTypeVec(std::vector<NodeType*>& types, int instantiabl
     return static_cast<unsigned int>(types.size());
 }
 
-NodeType::Data& typeData(const NodeType& type)
+void makeParts(NodeType::Data& data)
 {
-    NodeType::Data& data = *type.data();
-    if (!data.hasParts) {
-        if (data.entry) {
-            data.parts.reserve(data.entry->parts.size());
-            for (const catalogue::PartEntry& part : data.entry->parts)
-                data.parts.push_back(describe(*data.entry, part));
-        }
-        finishParts(data);
+    if (data.entry) {
+        data.parts.reserve(data.entry->parts.size());
+        for (const catalogue::PartEntry& part : data.entry->parts)
+            data.parts.push_back(describe(*data.entry, part));
+        collectBases(*data.entry, data.bases);
     }
-    return data;
+    finishParts(data);
 }
 
 void countNode(NodeType& type, int change)
@@ -219,8 +228,8 @@ std::string_view containerField(const NodeType& type)
 
 bool isOfType(const NodeType& type, std::string_view name)
 {
-    const catalogue::NodeEntry* entry = type.data()->entry;
-    return type.name == name || (entry && catalogue::isDerivedFrom(*entry, name));
+    const std::vector<std::string_view>& bases = typeData(type).bases;
+    return type.name == name || std::find(bases.begin(), bases.end(), name) != bases.end();
 }
 
 std::shared_ptr<NodeType> createPrototype(std::string_view name, const std::vector<PartDeclaration>& parts)

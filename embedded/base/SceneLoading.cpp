@@ -50,7 +50,6 @@ void replaceRoots(Context& context, const LoadedScene& scene)
     for (const NodeRef& root : scene.roots) {
         if (!root || !root->type()->isContextRoot())
             continue;
-        raiseState(*root, LOADED_NS);
         const auto old =
             std::find_if(data.roots.begin(), data.roots.end(), [&root](const NodeRef& candidate) {
                 return candidate->type()->name == root->type()->name;

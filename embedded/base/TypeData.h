@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/FieldFactory.h"
 #include "base/NodeClass.h"
 #include "base/Proc.h"
 #include "nodes/Catalogue.h"
@@ -39,14 +40,24 @@ struct NodeType::Data
     std::vector<std::unique_ptr<NodePartDesc>> parts;
     std::vector<unsigned int> byName;    ///< part indices in order of name
     std::vector<unsigned int> nodeParts; ///< parts that hold links to nodes
+    std::vector<std::string_view> bases; ///< all abstract types above, direct or not
 
     std::size_t nodeCount = 0;      ///< living nodes of a prototype's type
     std::weak_ptr<NodeType> self;   ///< of a prototype's type
     std::shared_ptr<NodeType> kept; ///< the same while it has nodes
 };
 
+/// Makes the parts of a type.
+void makeParts(NodeType::Data& data);
+
 /// The type's data with its parts made.
-NodeType::Data& typeData(const NodeType& type);
+inline NodeType::Data& typeData(const NodeType& type)
+{
+    NodeType::Data& data = *type.data();
+    if (!data.hasParts)
+        makeParts(data);
+    return data;
+}
 
 /// A node of the type has come into being, or has gone.
 void countNode(NodeType& type, int change);
@@ -58,7 +69,12 @@ TypeBehaviour& behaviourOf(std::string_view name);
 constexpr unsigned int removedPart = static_cast<unsigned int>(-1);
 
 /// The field that holds the default of the part; it belongs to no node.
-const Field& defaultField(NodePartDesc& desc);
+inline const Field& defaultField(NodePartDesc& desc)
+{
+    if (!desc._data->defaultField)
+        desc._data->defaultField = makeDefaultField(desc);
+    return *desc._data->defaultField;
+}
 
 /// Name of the event that comes into the part ("set_translation") or goes out of it
 /// ("translation_changed").
