@@ -1,4 +1,5 @@
 #include "core/SceneFiles.h"
+#include "base/TextCoding.h"
 #include <Orvane/Field.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodeLink.h>
@@ -34,21 +35,6 @@ bool isReadableFile(const std::string& path)
     struct stat status = {};
     return !path.empty() && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
            ::access(path.c_str(), R_OK) == 0;
-}
-
-std::string latin1ToUtf8(const std::string& text)
-{
-    std::string result;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x80)
-            result.push_back(c);
-        else {
-            result.push_back(static_cast<char>(0xC0 | byte >> 6));
-            result.push_back(static_cast<char>(0x80 | (byte & 0x3F)));
-        }
-    }
-    return result;
 }
 
 int hexValue(char c)
@@ -119,7 +105,7 @@ std::string localFileOf(const Node& node, const std::string& address)
     if (isReadableFile(path))
         return path;
     // Fields keep most names as Latin-1, file systems mostly as UTF-8.
-    const std::string utf8 = latin1ToUtf8(path);
+    const std::string utf8 = coding::latin1ToUtf8(path);
     return isReadableFile(utf8) ? utf8 : std::string();
 }
 

@@ -1,8 +1,8 @@
 #include "loader/ExternalFiles.h"
 
 #include "base/Graph.h"
+#include "base/TextCoding.h"
 #include "loader/FileScope.h"
-#include "loader/TextCoding.h"
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>

@@ -1,6 +1,6 @@
 #include "loader/FileText.h"
 
-#include "loader/TextCoding.h"
+#include "base/TextCoding.h"
 #include <Orvane/MFString.h>
 
 namespace Orvane {

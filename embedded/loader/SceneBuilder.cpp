@@ -1,13 +1,13 @@
 #include "loader/SceneBuilder.h"
 
 #include "base/Graph.h"
+#include "base/TextCoding.h"
 #include "loader/AngleUnit.h"
 #include "loader/ExternalFiles.h"
 #include "loader/FileScope.h"
 #include "loader/FileText.h"
 #include "loader/KeptStatements.h"
 #include "loader/LoadSession.h"
-#include "loader/TextCoding.h"
 #include <Orvane/FieldType.h>
 #include <Orvane/MFNode.h>
 #include <Orvane/MFString.h>

@@ -1,6 +1,6 @@
 #include "loader/SourceText.h"
 
-#include "loader/TextCoding.h"
+#include "base/TextCoding.h"
 #include <algorithm>
 #include <cerrno>
 #include <cstring>

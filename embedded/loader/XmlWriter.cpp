@@ -1,12 +1,12 @@
 #include "loader/XmlWriter.h"
 
 #include "base/Graph.h"
+#include "base/TextCoding.h"
 #include "loader/ChildPlacement.h"
 #include "loader/GraphWalk.h"
 #include "loader/OutputFile.h"
 #include "loader/SceneEmitter.h"
 #include "loader/SceneFormat.h"
-#include "loader/TextCoding.h"
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>

@@ -1,4 +1,4 @@
-#include "loader/TextCoding.h"
+#include "base/TextCoding.h"
 
 #include <cstdint>
 #include <cstring>
