@@ -40,6 +40,14 @@ std::string describe(const pugi::xml_parse_result& result, const std::string& fo
     }
 }
 
+/// Place of the first entity that the document declares itself; npos when it declares none.
+std::size_t findEntity(std::string_view text)
+{
+    const std::string_view prologue = text.substr(0, text.find("<X3D"));
+    const std::size_t type = prologue.find("<!DOCTYPE");
+    return type == std::string_view::npos ? type : prologue.find("<!ENTITY", type);
+}
+
 } // namespace
 
 bool isXml(std::string_view text)
@@ -50,6 +58,10 @@ bool isXml(std::string_view text)
 
 bool readXml(SourceText& text, SceneSink& sink, LoadMessages& messages)
 {
+    // Texts that stand for a file or for another text many times over have no place in a scene.
+    if (const std::size_t entity = findEntity(text.view()); entity != std::string_view::npos)
+        messages.warn(text.place(entity), "expected a document type without entities of its own, found one, "
+                                          "which is not replaced");
     pugi::xml_document document;
     // The parser would overwrite the last character by a zero byte, if there were none behind it.
     const pugi::xml_parse_result result =

@@ -114,6 +114,7 @@ private slots:
     void statementsAreRead();
     void statementsWithoutTheirAttributesAreTold();
     void entitiesAndLineEndsOfAttributes();
+    void entitiesOfTheDocumentAreNotReplaced();
     void generalAttributesAreNothing();
     void sceneMayBeMissingRoundTheNodes();
     void whatIsNoSceneIsRefused_data();
@@ -270,6 +271,17 @@ void tst_XmlReader::entitiesAndLineEndsOfAttributes()
 {
     QCOMPARE(scene("<Text string='&quot;a&#10;b&quot;&#x20;&lt;&amp;\r\nc'/>").value(1),
              QStringLiteral("value string=\"a\nb\" <& c 2:15"));
+}
+
+void tst_XmlReader::entitiesOfTheDocumentAreNotReplaced()
+{
+    QVERIFY(read(
+        "<!DOCTYPE X3D [\n<!ENTITY a \"aaaaaaaa\">\n]><X3D><Scene><WorldInfo title='&a;'/></Scene></X3D>"));
+    QCOMPARE(_report.messages.size(), std::size_t(1));
+    QCOMPARE(_report.messages[0].toString(),
+             std::string("file:2:1: expected a document type without entities of its "
+                         "own, found one, which is not replaced"));
+    QVERIFY(_recorder.events.contains(QStringLiteral("value title=&a; 3:33")));
 }
 
 void tst_XmlReader::generalAttributesAreNothing()
