@@ -15,23 +15,15 @@ const NodePartDesc& descOf(const Node& node, unsigned int part)
     return *readField(node, part)._desc;
 }
 
-} // namespace
-
-bool isUnknown(const NodeType& type)
+/// True for types of the catalogue: their bases say where they may stand, those of others are not known.
+bool saysItsPlace(const NodeType& type)
 {
-    return !type.isProto() && !isOfType(type, "X3DNode");
+    return !type.isProto() && !isUnknown(type);
 }
 
-bool ChildPlacement::holdsNodes(const Node& parent, unsigned int part)
+bool allows(const NodePartDesc& desc, const NodeType& child)
 {
-    const NodePartDesc& desc = descOf(parent, part);
-    return (desc.dataType == SFNODE_DT || desc.dataType == MFNODE_DT) && (desc.partType & FIELDP) &&
-           !desc.privateAccess();
-}
-
-bool ChildPlacement::allows(const NodePartDesc& desc, const NodeType& child)
-{
-    if (desc.valueRestriction != NodePartDesc::NODE_TYPE_VR || isUnknown(child))
+    if (desc.valueRestriction != NodePartDesc::NODE_TYPE_VR || !saysItsPlace(child))
         return true;
     std::string_view rest = desc.valueType;
     while (!rest.empty()) {
@@ -41,6 +33,21 @@ bool ChildPlacement::allows(const NodePartDesc& desc, const NodeType& child)
         rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     }
     return false;
+}
+
+} // namespace
+
+bool isUnknown(const NodeType& type)
+{
+    // Every type of the catalogue has parts.
+    return !type.isProto() && partCount(type) == 0;
+}
+
+bool ChildPlacement::holdsNodes(const Node& parent, unsigned int part)
+{
+    const NodePartDesc& desc = descOf(parent, part);
+    return (desc.dataType == SFNODE_DT || desc.dataType == MFNODE_DT) && (desc.partType & FIELDP) &&
+           !desc.privateAccess();
 }
 
 bool ChildPlacement::accepts(const NodePartDesc& desc, const NodeType& child)
@@ -81,7 +88,7 @@ int ChildPlacement::search(const Node& parent, const NodeType& child, bool onlyF
         const auto index = static_cast<unsigned int>(part);
         return part >= 0 && holdsNodes(parent, index) && !(onlyFree && isFull(parent, index));
     };
-    const bool known = !isUnknown(child);
+    const bool known = saysItsPlace(child);
     const int byDefault = partIndex(*parent.type(), known ? containerField(child) : "children");
     if (usable(byDefault) && accepts(*partDesc(*parent.type(), static_cast<unsigned int>(byDefault)), child))
         return byDefault;

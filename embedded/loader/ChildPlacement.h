@@ -25,8 +25,6 @@ public:
     /// True for a part that holds nodes and has a value, so not for one that only takes or sends events.
     static bool holdsNodes(const Node& parent, unsigned int part);
     /// True when the part's restriction allows the type, or it has none.
-    static bool allows(const NodePartDesc& desc, const NodeType& child);
-    /// The same, quick when asked again.
     bool accepts(const NodePartDesc& desc, const NodeType& child);
     /// True for a part of one node that holds a node.
     static bool isFull(const Node& parent, unsigned int part);

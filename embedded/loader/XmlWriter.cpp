@@ -85,6 +85,7 @@ private:
     void beginElement(const Node& node);
 
     std::string _out;
+    ChildPlacement _placement;
     std::vector<Element> _open;
     unsigned int _depth = 0;
     bool _useTabs;
@@ -232,7 +233,7 @@ void XmlEmitter::container(const Node& node, const Field* holder)
     const Node& parent = *holder->node();
     const std::string_view byType = isUnknown(*node.type()) ? "children" : containerField(*node.type());
     const bool isDefault = byType == holder->name();
-    if (isDefault && (isUnknown(*parent.type()) || ChildPlacement::allows(*holder->_desc, *node.type())))
+    if (isDefault && (isUnknown(*parent.type()) || _placement.accepts(*holder->_desc, *node.type())))
         return;
     // In a scene everything but metadata goes among its children.
     if (parent.type()->isContextRoot() && std::string_view(holder->name()) == "children" &&
