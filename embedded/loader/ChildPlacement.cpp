@@ -67,19 +67,14 @@ bool ChildPlacement::isFull(const Node& parent, unsigned int part)
 
 int ChildPlacement::find(const Node& parent, const NodeType& child)
 {
-    const bool ownParts = parent.partDescCount() != partCount(*parent.type());
-    const Pair pair{parent.type(), &child};
-    if (!ownParts) {
-        const auto known = _parts.find(pair);
-        if (known != _parts.end() && (known->second < 0 || !isFull(parent, known->second)))
-            return known->second;
-    }
-    int part = search(parent, child, true);
-    if (part < 0)
-        part = search(parent, child, false);
-    else if (!ownParts)
-        _parts[pair] = part;
-    return part;
+    const auto [known, isNew] = _parts.try_emplace({parent.type(), &child}, -1);
+    if (isNew)
+        known->second = search(parent, child, false);
+    const int part = known->second;
+    if (part < 0 || !isFull(parent, static_cast<unsigned int>(part)))
+        return part;
+    const int freePart = search(parent, child, true);
+    return freePart >= 0 ? freePart : part;
 }
 
 int ChildPlacement::search(const Node& parent, const NodeType& child, bool onlyFree)

@@ -22,6 +22,7 @@ private slots:
     void nodesGoWhereTheirTypeAsks();
     void containerFieldWins();
     void childWithoutItsDefaultFieldGoesWhereItsTypeIsTaken();
+    void childGoesBesideAFullField();
     void childThatFitsNowhereIsTold();
     void secondNodeOfASingleFieldIsTold();
     void useSharesTheNode();
@@ -100,6 +101,20 @@ void tst_SceneBuilder::childWithoutItsDefaultFieldGoesWhereItsTypeIsTaken()
     QCOMPARE(scene.messages(), QStringList());
     QCOMPARE(LoadedText::outline(scene.root("Engine")),
              QStringLiteral("Engine(Window(Viewarea(Viewpoint)))"));
+}
+
+void tst_SceneBuilder::childGoesBesideAFullField()
+{
+    const char* const set = "<MetadataString/><MetadataFloat/>";
+    const LoadedText scene("<MetadataSet DEF='A'>" + std::string(set) +
+                           "</MetadataSet><Group><MetadataSet DEF='B'>" + set + "</MetadataSet></Group>");
+    QCOMPARE(scene.messages(), QStringList());
+    for (const char* name : {"A", "B"}) {
+        auto* metadata = dynamic_cast<SFNode*>(scene.find(name)->findField("metadata", Node::EXACT_FSO));
+        auto* value = dynamic_cast<MFNode*>(scene.find(name)->findField("value", Node::EXACT_FSO));
+        QCOMPARE(metadata->link().directNode()->type()->name, std::string("MetadataString"));
+        QCOMPARE(value->size(), 1U);
+    }
 }
 
 void tst_SceneBuilder::childThatFitsNowhereIsTold()
