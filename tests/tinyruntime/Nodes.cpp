@@ -642,13 +642,14 @@ template class MLField<NodeLink, 1>;
 
 SFNode::SFNode(Node* node, NodePartDesc* desc)
     : Field(node, desc)
-    , _link(std::make_unique<FieldLink>(this, nullptr))
+    , _link(new FieldLink(this, nullptr)) // owned; see the destructor
 {
 }
 
 SFNode::~SFNode()
 {
     FieldAccess::setNode(*this, nullptr);
+    delete _link;
 }
 
 NodePartDataType SFNode::dataType() const
