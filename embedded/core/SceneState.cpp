@@ -70,7 +70,8 @@ void SceneState::setGlobalLights(const GroupProc& group, std::vector<osg::NodeCo
 {
     const auto found = std::find_if(_lights.begin(), _lights.end(),
                                     [&](const GroupLights& entry) { return entry.group == &group; });
-    if (lights.empty() && found == _lights.end())
+    // What has not changed must not be asked for again: the scene itself is such a group.
+    if (found == _lights.end() ? lights.empty() : found->lights == lights)
         return;
     if (lights.empty()) {
         _lights.erase(found);

@@ -45,6 +45,7 @@ private slots:
     void childrenStayInOrderBelowALight();
     void globalLightStandsWhereItsGroupIs();
     void lightUsedTwiceShinesTwice();
+    void lightsLeaveTheSceneAtRest();
 };
 
 void tst_Lights::directionalLightShinesOnItsGroup()
@@ -187,6 +188,12 @@ void tst_Lights::lightUsedTwiceShinesTwice()
     const auto lights = lightsOf(scene.proc().root());
     QCOMPARE(lights.size(), std::size_t(2));
     QVERIFY(lights[0]->getBeacon()->getToWorld()[3][0] != lights[1]->getBeacon()->getToWorld()[3][0]);
+}
+
+void tst_Lights::lightsLeaveTheSceneAtRest()
+{
+    CoreScene scene("PointLight { } DirectionalLight { } Group { children PointLight { } }");
+    QVERIFY(scene.context->runFrame() > 0.05);
 }
 
 QTEST_GUILESS_MAIN(tst_Lights)
