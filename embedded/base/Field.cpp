@@ -99,13 +99,13 @@ EventOutSlot* Field::getOutSlot(bool create, bool internal)
 
 void Field::createInSlot(bool)
 {
-    if (!_inSlot && (partType() & EVENTINP))
+    if (!_inSlot)
         _inSlot = new EventInSlot(this);
 }
 
 void Field::createOutSlot(bool)
 {
-    if (!_outSlot && (partType() & EVENTOUTP))
+    if (!_outSlot)
         _outSlot = new EventOutSlot(this);
 }
 

@@ -13,20 +13,27 @@ Subject Route::_deleteObject;
 
 namespace {
 
-bool mayConnect(EventOutSlot& outSlot, EventInSlot& inSlot)
+/// Slots exist for any access, for who watches a field. An IS connection joins parts of the same access.
+bool fitsAccess(const Field& from, const Field& to, Route::Type type)
+{
+    return type == Route::IS_RT || ((from.partType() & EVENTOUTP) && (to.partType() & EVENTINP));
+}
+
+bool mayConnect(EventOutSlot& outSlot, EventInSlot& inSlot, Route::Type type)
 {
     const Field& from = *outSlot.field();
     const Field& to = *inSlot.field();
-    return from.dataType() == to.dataType() && from.node()->data()->context == to.node()->data()->context &&
-           from.node()->state() != DYING_NS && to.node()->state() != DYING_NS &&
-           from._desc->id != removedPart && to._desc->id != removedPart && !outSlot.findRoute(&inSlot);
+    return from.dataType() == to.dataType() && fitsAccess(from, to, type) &&
+           from.node()->data()->context == to.node()->data()->context && from.node()->state() != DYING_NS &&
+           to.node()->state() != DYING_NS && from._desc->id != removedPart && to._desc->id != removedPart &&
+           !outSlot.findRoute(&inSlot);
 }
 
 } // namespace
 
 Route* Route::create(EventOutSlot& outSlot, EventInSlot& inSlot, Type type)
 {
-    if (!mayConnect(outSlot, inSlot))
+    if (!mayConnect(outSlot, inSlot, type))
         return nullptr;
     Route* const route = new LiveRoute(outSlot, inSlot, type); // the slots own it
     _newObject.fire(timeOf(*outSlot.field()->node()), route);

@@ -89,11 +89,9 @@ void makeRoute(const PendingRoute& pending, FileScope& scope, LoadReport& report
     }
     from->createOutSlot(false);
     to->createInSlot(false);
-    EventOutSlot* outSlot = from->_outSlot;
-    EventInSlot* inSlot = to->_inSlot;
-    if (outSlot && inSlot && outSlot->findRoute(inSlot))
+    if (from->_outSlot->findRoute(to->_inSlot))
         return; // saying it twice means the same
-    if (outSlot && inSlot && Route::create(*outSlot, *inSlot, Route::SCENE_RT))
+    if (Route::create(*from->_outSlot, *to->_inSlot, Route::SCENE_RT))
         ++report.routes;
     else
         scope.messages.warn(pending.place, "ROUTE: expected two fields of one type, found " +

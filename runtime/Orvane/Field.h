@@ -64,7 +64,7 @@ public:
     /// the runtime's own.
     EventOutSlot* getOutSlot(bool create, bool internal);
 
-    /// Makes the in slot when there is none and the access allows one; \a internal as in `getOutSlot`.
+    /// Makes the in slot when there is none, whatever the access; \a internal as in `getOutSlot`.
     void createInSlot(bool internal);
     /// Makes the out slot, as `createInSlot`.
     void createOutSlot(bool internal);

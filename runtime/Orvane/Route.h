@@ -19,7 +19,7 @@ public:
         SCRIPT_RT = 4 ///< made by a script
     };
 
-    /// Makes a route. Null when the data types differ or the two slots are connected already.
+    /// Makes a route. Null when data types or access do not fit, or the two slots are connected already.
     static Route* create(EventOutSlot& outSlot, EventInSlot& inSlot, Type type);
 
     Route(const Route&) = delete;

@@ -65,6 +65,7 @@ private slots:
     void routedToANodeThatDoesNotRunStoresTheValue();
     void listOperationsMarkTheField();
     void clearAndElemDoNot();
+    void fieldsOfAnyAccessTellTheirObservers();
 
 private:
     Node& trigger() { return _context->add("IntegerTrigger"); }
@@ -460,6 +461,24 @@ void tst_Cascade::clearAndElemDoNot()
     (*_context)->runFrame();
     QCOMPARE(observer.count, 0);
     QCOMPARE(list.size(), 0U);
+}
+
+void tst_Cascade::fieldsOfAnyAccessTellTheirObservers()
+{
+    Node& script = _context->add("Script");
+    for (const NodePartType access : {FIELDP, EVENTINP, EVENTOUTP, EXPOSEDFIELDP}) {
+        auto& value =
+            static_cast<SFInt32&>(*addField(script, "value" + std::to_string(access), SFINT32_DT, access));
+        value.createInSlot(false);
+        value.createOutSlot(false);
+        std::vector<BaseObject*> told;
+        TestObserver observer([&](double, BaseObject* slot, BaseObject*) { told.push_back(slot); });
+        value._inSlot->processEventSubject().attach(observer);
+        value._outSlot->processEventSubject().attach(observer);
+        value.setValue(0.0, 1, Field::EXTERNAL_CT);
+        (*_context)->runFrame();
+        QCOMPARE(told, (std::vector<BaseObject*>{value._inSlot, value._outSlot}));
+    }
 }
 
 QTEST_APPLESS_MAIN(tst_Cascade)

@@ -17,6 +17,7 @@ private slots:
     void createTellsWhenBothSlotsHoldIt();
     void deleteTellsWhileBothSlotsHoldIt();
     void refusesOtherDataTypes();
+    void refusesAccessThatDoesNotFit();
     void refusesASecondRoute();
     void refusesOtherContexts();
     void typesAndCounts();
@@ -74,6 +75,22 @@ void tst_Route::deleteTellsWhileBothSlotsHoldIt()
 void tst_Route::refusesOtherDataTypes()
 {
     QVERIFY(!connectFields(*_from, *_to->node()->findField("rotation", Node::EXACT_FSO)));
+}
+
+void tst_Route::refusesAccessThatDoesNotFit()
+{
+    Node& script = _context->add("Script");
+    Field* const plain = addField(script, "plain", SFVEC3F_DT, FIELDP);
+    Field* const in = addField(script, "in", SFVEC3F_DT, EVENTINP);
+    Field* const out = addField(script, "out", SFVEC3F_DT, EVENTOUTP);
+    QVERIFY(!connectFields(*_from, *plain));
+    QVERIFY(!connectFields(*plain, *_to));
+    QVERIFY(!connectFields(*in, *_to));
+    QVERIFY(!connectFields(*_from, *out));
+    QVERIFY(connectFields(*_from, *in));
+    QVERIFY(connectFields(*out, *_to));
+    // The parts that an IS connection joins have the same access.
+    QVERIFY(connectFields(*in, *addField(script, "body", SFVEC3F_DT, EVENTINP), Route::IS_RT));
 }
 
 void tst_Route::refusesASecondRoute()

@@ -442,8 +442,10 @@ Route::~Route()
 
 Route* Route::create(EventOutSlot& outSlot, EventInSlot& inSlot, Type type)
 {
-    if (Tiny::switches().refuseRoutes || outSlot.findRoute(&inSlot) ||
-        outSlot.field()->dataType() != inSlot.field()->dataType())
+    const Field& from = *outSlot.field();
+    const Field& to = *inSlot.field();
+    if (Tiny::switches().refuseRoutes || outSlot.findRoute(&inSlot) || from.dataType() != to.dataType() ||
+        !(from.partType() & EVENTOUTP) || !(to.partType() & EVENTINP))
         return nullptr;
     auto* route = new Route(outSlot, inSlot, type);
     _newObject.fire(0.0, route);
