@@ -14,7 +14,7 @@ class ORVANE_API NodePartDesc
 {
 public:
     /// What a field's values are restricted to.
-    enum ValueRestriction : unsigned int {
+    enum ValueRestriction : int {
         NONE_VR = 1,      ///< anything of the data type
         CDATA_VR = 2,     ///< source code
         NODE_TYPE_VR = 3, ///< nodes of the types named in `valueType`
