@@ -68,9 +68,10 @@ Context::Context()
 Context::~Context()
 {
     _refCount = 1; // who takes a reference while the nodes end does not end the context again
+    // What observers of the end do must not find it any more, or they load into it.
+    contexts().erase(std::find(contexts().begin(), contexts().end(), this));
     endAllNodes(*this);
     endNameSpaces(*this);
-    contexts().erase(std::find(contexts().begin(), contexts().end(), this));
     delete _data;
 }
 

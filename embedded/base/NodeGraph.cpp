@@ -10,19 +10,66 @@ namespace Orvane {
 
 namespace {
 
-/// Tells of a new link. Observers may do anything, so nothing is touched after them before it is known to
-/// live.
+/// True while a link that led to \a child still does so. Behaviours and observers may do anything, so after
+/// them nothing is touched before it is known to live.
+class LinkWatch
+{
+public:
+    LinkWatch(Field& field, GraphLink& link)
+        : _field(field)
+        , _link(link)
+        , _parent(*field.node())
+        , _parentId(_parent.ID())
+        , _child(link.child())
+    {
+    }
+
+    Node* child() const { return _child.get(); }
+    bool isParentThere() const { return nodeTable::find(_parentId) == &_parent; }
+    bool isLinkThere() const
+    {
+        if (!_child || !isParentThere())
+            return false;
+        if (_field.dataType() == MFNODE_DT) {
+            const std::vector<NodeLink*>& links = FieldAccess::links(static_cast<MFNode&>(_field));
+            if (std::find(links.rbegin(), links.rend(), &_link) == links.rend())
+                return false;
+        }
+        return _link.child() == _child.get();
+    }
+
+private:
+    Field& _field;
+    GraphLink& _link;
+    Node& _parent;
+    const UInt64 _parentId;
+    const NodeRef _child;
+};
+
+/// Tells of a new link.
 void announce(Field& field, GraphLink& link)
 {
     Node& parent = *field.node();
-    const NodeRef child(link.child());
-    const UInt64 parentId = parent.ID();
-    joinParent(parent, *child);
-    if (!child || link.child() != child.get())
+    const LinkWatch watch(field, link);
+    joinParent(parent, *watch.child());
+    if (!watch.isLinkThere())
         return;
     Node::_childAdded.fire(timeOf(parent), &parent, &link);
-    if (nodeTable::find(parentId) == &parent && parent.state() == RUNNING_NS && parent.data()->proc)
+    if (watch.isParentThere() && parent.state() == RUNNING_NS && parent.data()->proc)
         parent.data()->proc->childrenChanged(field);
+}
+
+/// Tells of the end of a link; false when it has ended under way.
+bool announceRemoval(Field& field, GraphLink& link)
+{
+    Node& parent = *field.node();
+    const LinkWatch watch(field, link);
+    Node::_childRemoved.fire(timeOf(parent), &parent, &link);
+    if (!watch.isLinkThere())
+        return false;
+    if (parent.state() == RUNNING_NS && parent.data()->proc)
+        parent.data()->proc->childrenChanged(field);
+    return watch.isLinkThere();
 }
 
 } // namespace
@@ -53,28 +100,14 @@ void insertLink(MFNode& field, unsigned int index, Node& child)
 void removeLink(GraphLink& link)
 {
     Field& field = *link.field();
-    Node& parent = *field.node();
-    const NodeRef child(link.child());
-    BusyScope busy(*parent.data()->context);
-    const UInt64 parentId = parent.ID();
-    const auto isStillThere = [&] {
-        if (nodeTable::find(parentId) != &parent)
-            return false;
-        if (field.dataType() == SFNODE_DT)
-            return link.child() == child.get();
-        const std::vector<NodeLink*>& links = FieldAccess::links(static_cast<MFNode&>(field));
-        return std::find(links.begin(), links.end(), &link) != links.end();
-    };
-
-    Node::_childRemoved.fire(timeOf(parent), &parent, &link);
-    if (!isStillThere())
-        return;
-    if (parent.state() == RUNNING_NS && parent.data()->proc) {
-        parent.data()->proc->childrenChanged(field);
-        if (!isStillThere())
+    const NodeRef child(link.child()); // dies at the end when this was its last link
+    BusyScope busy(*field.node()->data()->context);
+    // The end of a circle of nodes empties links that stay in their field.
+    if (child) {
+        if (!announceRemoval(field, link))
             return;
+        link.detach();
     }
-    link.detach();
     if (field.dataType() == MFNODE_DT) {
         std::vector<NodeLink*>& links = FieldAccess::links(static_cast<MFNode&>(field));
         links.erase(std::find(links.begin(), links.end(), &link));

@@ -15,6 +15,7 @@ using namespace Orvane;
 namespace {
 
 std::string events; ///< what the behaviours of a test did, in order
+std::function<void(Node&)> onStart;
 
 class TestProc : public Proc, public NodeProc
 {
@@ -31,6 +32,8 @@ public:
         note("s");
         startTime = time;
         startState = Proc::node().state();
+        if (onStart)
+            onStart(Proc::node());
     }
     void tick(double time) override
     {
@@ -167,6 +170,8 @@ private slots:
 
     void childrenStartFirst();
     void nodeLinkedBelowARunningOneStarts();
+    void behaviourThatUnlinksItselfAsItStarts();
+    void observersOfTheEndDoNotFindTheContext();
     void statesOnlyGrow();
     void timeIsNeverNegativeAndNeverGoesBack();
     void heldTime();
@@ -203,6 +208,7 @@ void tst_Context::init()
 {
     _context = std::make_unique<TestContext>();
     events.clear();
+    onStart = nullptr;
 }
 
 /// A named group below the scene.
@@ -251,6 +257,39 @@ void tst_Context::nodeLinkedBelowARunningOneStarts()
     addChild(a, *b);
     QCOMPARE(events, std::string("sc sb added "));
     QCOMPARE(int(c->state()), int(RUNNING_NS));
+}
+
+void tst_Context::behaviourThatUnlinksItselfAsItStarts()
+{
+    Node& a = group("a");
+    _context->run();
+    auto& children = field<MFNode>(a, "children");
+    onStart = [&](Node&) { children.removeNode(0.0, 0, Field::EXTERNAL_CT); };
+    TestObserver added(nullptr);
+    Node::_childAdded.attach(added);
+    const UInt64 id = [&] {
+        const NodeRef b = _context->make("Group");
+        addChild(a, *b);
+        return b->ID();
+    }();
+    QCOMPARE(children.size(), 0U);
+    QCOMPARE(added.count, 0);
+    QVERIFY(!Node::findNode(id));
+}
+
+void tst_Context::observersOfTheEndDoNotFindTheContext()
+{
+    _context->scene();
+    int deaths = 0;
+    int found = 0;
+    TestObserver observer([&](double, BaseObject*, BaseObject*) {
+        ++deaths;
+        found += NodeNameSpace::findNameSpace(nullptr, "scene", nullptr, false) ? 1 : 0;
+    });
+    Node::_deleteObject.attach(observer);
+    _context.reset();
+    QCOMPARE(deaths, 1);
+    QCOMPARE(found, 0);
 }
 
 void tst_Context::statesOnlyGrow()
