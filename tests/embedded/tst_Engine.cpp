@@ -11,6 +11,8 @@
 #include <Orvane/System.h>
 #include <Orvane/Viewarea.h>
 #include <Orvane/ViewareaProc.h>
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 #include <memory>
 
@@ -80,6 +82,8 @@ private slots:
     void viewareaCoversItsFractionOfTheWindow();
     void titleIsTheFieldOrTheName();
     void resizeReachesTheOpenSGWindow();
+    void windowThatEndsLetsGoOfItsPointer();
+    void inputIsHandledInTheNextFrame();
 };
 
 void tst_Engine::engineWithoutWindowMakesOne()
@@ -371,6 +375,57 @@ void tst_Engine::resizeReachesTheOpenSGWindow()
     QCOMPARE(int(window->getWidth()), 123);
     QCOMPARE(int(window->getHeight()), 45);
     QVERIFY(window->isResizePending());
+}
+
+void tst_Engine::windowThatEndsLetsGoOfItsPointer()
+{
+    osg::WindowPtr window = osg::PassiveWindow::create();
+    osg::addRefCP(window);
+    for (const bool counted : {true, false}) {
+        Host host;
+        host.activate();
+        host.events.windows.front()->setWinPtr(window, counted);
+        QCOMPARE(window.getRefCount(), counted ? 2 : 1);
+        QVERIFY(host.context->removeRoot(Engine::_type));
+        QCOMPARE(window.getRefCount(), 1);
+        QCOMPARE(window->getPort().size(), decltype(window->getPort().size())(0));
+    }
+    osg::subRefCP(window);
+}
+
+void tst_Engine::inputIsHandledInTheNextFrame()
+{
+    const QTemporaryDir folder;
+    QFile target(folder.filePath(QStringLiteral("target.x3d")));
+    QVERIFY(target.open(QIODevice::WriteOnly));
+    target.write("<X3D version='4.0'><Scene><Group DEF='Arrived'/></Scene></X3D>");
+    target.close();
+
+    Host host;
+    const std::string base = folder.filePath(QStringLiteral("start.x3d")).toStdString();
+    QVERIFY(host.context->load(base,
+                               "<X3D version='4.0'><Scene><Anchor url='\"absent.x3d\" \"target.x3d\"'>"
+                               "<Shape><Box/></Shape></Anchor></Scene></X3D>",
+                               Context::REPLACE_LT, {}));
+    host.activate();
+    WindowProc& proc = *host.events.windows.front();
+    osg::WindowPtr window = osg::PassiveWindow::create();
+    proc.setWinPtr(window, true);
+    proc.resize(100, 100);
+    host.context->runFrame();
+    const auto hasArrived = [&] {
+        return NodeNameSpace::findNode(NodeNameSpace::findNameSpace(nullptr, "scene", host.context, false),
+                                       "Arrived") != nullptr;
+    };
+    proc.browsePickedNode(1, 1);
+    host.context->runFrame();
+    QVERIFY(!hasArrived());
+    proc.browsePickedNode(50, 50);
+    proc.message("no such message");
+    QVERIFY(!hasArrived());
+    host.context->runFrame();
+    QVERIFY(hasArrived());
+    QCOMPARE(host.events.windows.size(), std::size_t(1));
 }
 
 QTEST_GUILESS_MAIN(tst_Engine)
