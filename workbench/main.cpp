@@ -4,6 +4,7 @@
 #include "WorkbenchWindow.h"
 
 #include <QApplication>
+#include <QTimer>
 #include <cstdio>
 
 namespace {
@@ -35,17 +36,18 @@ int main(int argc, char** argv)
     WorkbenchWindow window(interactive);
     if (commandLine.time >= 0.0)
         window.holdTime(commandLine.time);
-    if (!commandLine.scene.isEmpty() && !window.open(commandLine.scene)) {
-        complain(window.loadError(), 1);
-        if (!interactive)
-            return 1;
-    }
+    const auto openScene = [&] {
+        const bool ok = commandLine.scene.isEmpty() || window.open(commandLine.scene);
+        return ok ? 0 : complain(window.loadError(), 1);
+    };
     if (!interactive) {
-        if (!takeScreenshot(window, grabber, commandLine, error))
-            return complain(error, 1);
-        return 0;
+        if (openScene() != 0)
+            return 1;
+        return takeScreenshot(window, grabber, commandLine, error) ? 0 : complain(error, 1);
     }
     window.resize(commandLine.size);
     window.show();
+    // The views find a window that is on the screen.
+    QTimer::singleShot(0, &window, openScene);
     return QApplication::exec();
 }
