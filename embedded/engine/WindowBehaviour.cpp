@@ -22,6 +22,10 @@ const ProcRegistration registration("Window", makeProc<WindowBehaviour>);
 /// widget meanwhile and lost the pixels, of which nobody tells the runtime.
 constexpr std::chrono::seconds refreshInterval(1);
 
+/// After a widget came or changed its size every frame is drawn this long: the window system loses what is
+/// drawn before it has put the widget on the screen.
+constexpr std::chrono::milliseconds settlingTime(500);
+
 } // namespace
 
 WindowBehaviour::WindowBehaviour(Node& window)
@@ -97,6 +101,12 @@ void WindowBehaviour::attachViewareas()
 void WindowBehaviour::windowPointerChanged()
 {
     attachViewareas();
+    redrawForAWhile();
+}
+
+void WindowBehaviour::redrawForAWhile()
+{
+    _settledAt = std::chrono::steady_clock::now() + settlingTime;
     render();
 }
 
@@ -109,7 +119,7 @@ void WindowBehaviour::resize(int width, int height)
 {
     if (_winPtr != osg::NullFC)
         _winPtr->resize(width, height);
-    render();
+    redrawForAWhile();
 }
 
 void WindowBehaviour::note(InputEvent event)

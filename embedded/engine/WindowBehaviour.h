@@ -57,11 +57,13 @@ private:
     std::vector<ViewareaBehaviour*> viewareas() const;
     void attachViewareas();
     void note(InputEvent event);
+    void redrawForAWhile();
     void openAnchorAt(int x, int y);
 
     std::unique_ptr<osg::RenderAction> _action;
     std::vector<InputEvent> _input;
     std::chrono::steady_clock::time_point _drawnAt{};
+    std::chrono::steady_clock::time_point _settledAt{};
     unsigned long _drawnVersion = 0;
     bool _redraw = true;
     bool _announced = false;
