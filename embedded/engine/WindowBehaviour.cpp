@@ -206,8 +206,12 @@ void WindowBehaviour::openAnchorAt(int x, int y)
 
 bool WindowBehaviour::needsDrawing(unsigned long pictureVersion) const
 {
-    return _winPtr != osg::NullFC && (_redraw || pictureVersion != _drawnVersion ||
-                                      std::chrono::steady_clock::now() - _drawnAt >= refreshInterval);
+    if (_winPtr == osg::NullFC)
+        return false;
+    if (_redraw || pictureVersion != _drawnVersion)
+        return true;
+    const auto now = std::chrono::steady_clock::now();
+    return now < _settledAt || now - _drawnAt >= refreshInterval;
 }
 
 void WindowBehaviour::draw(unsigned long pictureVersion, FrameStatistics& statistics)
