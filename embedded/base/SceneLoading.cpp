@@ -1,11 +1,13 @@
 // Loading, saving, and what is told about them.
 #include "base/ContextData.h"
 #include "base/Graph.h"
+#include "base/LocalFile.h"
 #include "base/Log.h"
 #include "base/NameSpace.h"
 #include "base/NodeData.h"
 #include "base/NodeRunning.h"
 #include "base/SceneLoader.h"
+#include "base/TextCoding.h"
 #include <OpenSG/OSGLog.h>
 #include <Relayne/URL.h>
 #include <algorithm>
@@ -39,8 +41,11 @@ void logMessage(const LoadMessage& message)
 Relayne::URL addressOf(const std::string& text)
 {
     struct ::stat status;
-    const bool isFile = text.find('\0') == std::string::npos && ::stat(text.c_str(), &status) == 0;
-    return isFile ? Relayne::URL::fromLocalFile(text) : Relayne::URL(text);
+    for (const std::string& name : {text, coding::toFile(text)})
+        if (name.find('\0') == std::string::npos && ::stat(name.c_str(), &status) == 0)
+            return Relayne::URL::fromLocalFile(name);
+    const LocalFile file = findLocalFile(Relayne::URL(), text);
+    return file.path.empty() ? Relayne::URL(text) : file.url;
 }
 
 /// The new roots take the places of those of the same type.

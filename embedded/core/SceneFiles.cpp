@@ -1,5 +1,5 @@
 #include "core/SceneFiles.h"
-#include "base/TextCoding.h"
+#include "base/LocalFile.h"
 #include <Orvane/Field.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodeLink.h>
@@ -8,8 +8,6 @@
 #include <Relayne/URL.h>
 #include <array>
 #include <list>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace Orvane {
 
@@ -28,13 +26,6 @@ const NodeNameSpace* nameSpaceOf(const Node& node)
             return parent->nameSpace();
     }
     return nullptr;
-}
-
-bool isReadableFile(const std::string& path)
-{
-    struct stat status = {};
-    return !path.empty() && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
-           ::access(path.c_str(), R_OK) == 0;
 }
 
 int hexValue(char c)
@@ -97,16 +88,8 @@ bool decodeBase64(const std::string& text, std::vector<std::uint8_t>& data)
 
 std::string localFileOf(const Node& node, const std::string& address)
 {
-    const Relayne::URL url(address);
-    if (url.isEmpty())
-        return std::string();
     const NodeNameSpace* const names = nameSpaceOf(node);
-    const std::string path = (names ? names->baseURL().resolved(url) : url).localFile();
-    if (isReadableFile(path))
-        return path;
-    // Fields keep most names as Latin-1, file systems mostly as UTF-8.
-    const std::string utf8 = coding::latin1ToUtf8(path);
-    return isReadableFile(utf8) ? utf8 : std::string();
+    return findLocalFile(names ? names->baseURL() : Relayne::URL(), address).path;
 }
 
 bool readDataAddress(const std::string& address, std::string& mimeType, std::vector<std::uint8_t>& data)

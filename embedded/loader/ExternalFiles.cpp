@@ -1,15 +1,13 @@
 #include "loader/ExternalFiles.h"
 
 #include "base/Graph.h"
-#include "base/TextCoding.h"
+#include "base/LocalFile.h"
 #include "loader/FileScope.h"
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>
 #include <Orvane/NodeType.h>
 #include <Relayne/URL.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace Orvane {
 
@@ -20,31 +18,7 @@ bool endsWith(std::string_view text, std::string_view end)
     return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
 
-bool isReadableFile(const std::string& path)
-{
-    struct stat status = {};
-    return !path.empty() && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
-           ::access(path.c_str(), R_OK) == 0;
-}
-
 } // namespace
-
-std::string findLocalFile(const Relayne::URL& base, const std::vector<std::string>& addresses)
-{
-    for (const std::string& address : addresses) {
-        const Relayne::URL url = base.resolved(Relayne::URL(address));
-        if (!url.isLocalFile())
-            continue;
-        // The graph keeps most names as Latin-1, file systems mostly as UTF-8.
-        std::string path = url.localFile();
-        if (isReadableFile(path))
-            return path;
-        path = coding::toFile(path);
-        if (isReadableFile(path))
-            return path;
-    }
-    return {};
-}
 
 bool holdsContent(std::string_view address)
 {
@@ -96,9 +70,9 @@ void checkFiles(const Node& node, FileScope& scope)
         if (!namesFiles(node, desc))
             continue;
         const std::vector<std::string> addresses = readStrings(node, part);
-        bool found = addresses.empty() || !findLocalFile(scope.url, addresses).empty();
+        bool found = addresses.empty();
         for (const std::string& address : addresses)
-            found = found || holdsContent(address);
+            found = found || holdsContent(address) || !findLocalFile(scope.url, address).path.empty();
         if (!found)
             scope.messages.warn({sourceLine(node), sourceColumn(node)},
                                 node.type()->name + "." + desc.name +

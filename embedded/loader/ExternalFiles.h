@@ -4,10 +4,6 @@
 #include <string_view>
 #include <vector>
 
-namespace Relayne {
-class URL;
-}
-
 /// The files that fields of a scene name. All are looked for beside their scene; nothing comes from a
 /// network.
 namespace Orvane {
@@ -15,9 +11,6 @@ namespace Orvane {
 class Node;
 class NodePartDesc;
 struct FileScope;
-
-/// Name of the first readable local file among the addresses, counted from \a base; empty when there is none.
-std::string findLocalFile(const Relayne::URL& base, const std::vector<std::string>& addresses);
 
 /// True for a text that holds its content itself: a data address or source code.
 bool holdsContent(std::string_view address);

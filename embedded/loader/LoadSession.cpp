@@ -1,6 +1,7 @@
 #include "loader/LoadSession.h"
 
 #include "base/Graph.h"
+#include "base/LocalFile.h"
 #include "loader/ExternalFiles.h"
 #include "loader/KeptStatements.h"
 #include "loader/Routes.h"
@@ -147,16 +148,16 @@ bool LoadSession::readInline(const PendingInline& pending)
     }
     bool anyFile = false;
     for (const std::string& address : addresses) {
-        const std::string path = findLocalFile(pending.scope->url, {address});
-        if (path.empty())
+        const LocalFile file = findLocalFile(pending.scope->url, address);
+        if (file.path.empty())
             continue;
         anyFile = true;
-        if (isOnTheWay(pending.scope, canonical(path))) {
+        if (isOnTheWay(pending.scope, canonical(file.path))) {
             messages.warn(place, "Inline.url: expected a file that does not inline itself, found " +
                                      quoted(address));
             return false;
         }
-        if (readInlineFile(pending, pending.scope->url.resolved(Relayne::URL(address)), path))
+        if (readInlineFile(pending, file.url, file.path))
             return true;
     }
     messages.warn(place, std::string("Inline.url: expected a ") +

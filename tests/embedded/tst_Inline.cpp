@@ -4,6 +4,8 @@
 #include <Orvane/System.h>
 #include <QTemporaryDir>
 #include <QtTest>
+#include <filesystem>
+#include <fstream>
 
 using namespace Orvane;
 
@@ -20,6 +22,7 @@ private slots:
     void namesOfTheFileAreItsOwn();
     void addressesCountFromTheirOwnFile();
     void firstReadableAddressCounts();
+    void namesInBothCodingsAreFound();
     void missingFileIsTold();
     void networkIsNotAsked();
     void fileThatInlinesItselfIsTold();
@@ -123,6 +126,28 @@ void tst_Inline::firstReadableAddressCounts()
     QVERIFY(scene.loadFile(path("scene.x3d")));
     QCOMPARE(told(scene), QStringList());
     QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Inline(Box))"));
+}
+
+void tst_Inline::namesInBothCodingsAreFound()
+{
+    // Folder and names beyond ASCII; the graph and most callers have them as Latin-1, the files are UTF-8.
+    const std::string folder = QFile::encodeName(_folder->path()).toStdString();
+    std::filesystem::create_directories(folder + "/s\xC3\xA9/t\xC3\xA9");
+    const auto writeBytes = [&folder](const char* name, const char* nodes) {
+        std::ofstream(folder + name) << LoadedText::document(nodes);
+    };
+    writeBytes("/s\xC3\xA9/start.x3d", "<Inline url='\"t\xC3\xA9/inner.x3d\"'/>");
+    writeBytes("/s\xC3\xA9/t\xC3\xA9/inner.x3d", "<Inline url='\"\xC3\xBC.x3d\"'/>");
+    writeBytes("/s\xC3\xA9/t\xC3\xA9/\xC3\xBC.x3d", "<Group/>");
+    for (const char* name :
+         {"/s\xC3\xA9/start.x3d", "/s\xE9/start.x3d", "/s%C3%A9/start.x3d", "/s%E9/start.x3d"}) {
+        for (const char* scheme : {"", "file://"}) {
+            LoadedText scene;
+            QVERIFY(scene.loadFile(scheme + folder + name));
+            QCOMPARE(told(scene), QStringList());
+            QCOMPARE(scene.report().nodes, std::size_t(3));
+        }
+    }
 }
 
 void tst_Inline::missingFileIsTold()
