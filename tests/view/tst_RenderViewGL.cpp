@@ -215,6 +215,9 @@ void tst_RenderViewGL::theRefreshTimerUpdatesTheGlWidget()
     QCoreApplication::sendEvent(&view, &late);
     QTest::qWait(60);
     QVERIFY(!QGLContext::currentContext());
+    // Nor does a repaint of Qt, which is none.
+    gl->repaint();
+    QVERIFY(!QGLContext::currentContext());
     view.updateGL();
     QCOMPARE(QGLContext::currentContext(), gl->context());
     gl->doneCurrent();

@@ -183,6 +183,8 @@ private slots:
     void aSingularTransformCountsAsIdentity();
     void laterTrianglesAreSought();
     void aZeroNormalIsNotScaled();
+    void onlyANormalOfNoLengthIsLeftUnscaled_data();
+    void onlyANormalOfNoLengthIsLeftUnscaled();
     void withoutATriangleThePickedNormalIsSent_data();
     void withoutATriangleThePickedNormalIsSent();
     void missingPiecesDoNothing_data();
@@ -326,6 +328,29 @@ void tst_RenderViewPick::aZeroNormalIsNotScaled()
     QVERIFY(f.normal == osg::Vec3f(0, 0, 0));
 }
 
+void tst_RenderViewPick::onlyANormalOfNoLengthIsLeftUnscaled_data()
+{
+    QTest::addColumn<float>("length");
+    QTest::addColumn<float>("sent");
+    QTest::newRow("long") << 50.0F << 1.0F;
+    QTest::newRow("short") << 2e-6F << 1.0F;
+    QTest::newRow("too short") << 5e-7F << 5e-7F;
+}
+
+void tst_RenderViewPick::onlyANormalOfNoLengthIsLeftUnscaled()
+{
+    QFETCH(float, length);
+    QFETCH(float, sent);
+    Fixture f;
+    const Triangle triangle(osg::Matrix::identity());
+    const osg::GeometryPtr geometry = osg::GeometryPtr::dcast(triangle.node->getCore());
+    for (osg::UInt32 i = 0; i < 3; ++i)
+        geometry->getNormals()->setValue(osg::Vec3f(0, length, 0), i);
+    f.hit(triangle.node);
+    f.press();
+    QVERIFY(std::abs(f.normal[1] - sent) < sent * 1e-4F);
+}
+
 void tst_RenderViewPick::withoutATriangleThePickedNormalIsSent_data()
 {
     QTest::addColumn<QByteArray>("what");
@@ -354,9 +379,12 @@ void tst_RenderViewPick::withoutATriangleThePickedNormalIsSent()
             geometry->getPositions()->setValue(osg::Pnt3f(0, 0, 0), i);
         f.hit(triangle.node);
     }
+    LogCapture log(osg::LOG_WARNING);
     f.press();
     QCOMPARE(f.order, QByteArray("hd"));
     QVERIFY(f.normal == osg::Vec3f(0, -1, 0));
+    // A hit without a triangle is nothing to warn of.
+    QCOMPARE(log.take(), QByteArrayList());
     osg::subRefCP(empty);
 }
 

@@ -238,6 +238,7 @@ void tst_ViewHosting::aShownViewIsAdoptedAtOnceAndOnlyOnce()
     QChildEvent polished(QEvent::ChildPolished, view);
     QCoreApplication::sendEvent(&manager, &polished);
     QCOMPARE(manager.grid()->count(), 1);
+    QCOMPARE(manager.cell(view), QPoint(0, 0));
     // It stands in the list once, too: nothing is left to remove.
     Manager::deleteRenderView(view);
     QCOMPARE(manager.grid()->count(), 0);

@@ -21,6 +21,11 @@ public:
         last = this;
     }
 
+    explicit TestView(TestView& other)
+        : QorRenderView(other)
+    {
+    }
+
     using QorRenderView::execRayTest;
     using QorRenderView::paintGL;
     using QorRenderView::resizeGL;
@@ -73,6 +78,7 @@ private slots:
     void connectingAParentClearsBothCallbacks();
     void connectingCallbacksClearsTheParent();
     void aViewDeletedBeforeItsWindowIsForgotten();
+    void theFirstOfTwoViewsOfAWindowCounts();
     void frameEndsWithoutAViewAreLogged();
     void framesWithAViewLogNothing();
     void showNeedsAView();
@@ -315,6 +321,9 @@ void tst_WindowObserver::anEndedWindowCallsTheCallbackWithItsView()
     QVERIFY(wasWhole);
     QVERIFY(!window.proc.winPtr());
     QVERIFY(!kept->windowProc());
+    // It is no view of the process any more, not even when the window gets its OpenSG window again.
+    osg::WindowPtr again = kept->winPtr();
+    window.proc.setWinPtr(again, true);
     LogCapture log(osg::LOG_FATAL);
     window.fire(WindowProc::_endFrameWidget);
     QCOMPARE(log.take(), QByteArrayList{NoView});
@@ -405,6 +414,7 @@ void tst_WindowObserver::connectingAParentClearsBothCallbacks()
     window.announce();
     const QPointer<QWidget> made(QApplication::topLevelWidgets().value(0));
     QVERIFY(qobject_cast<QorRenderView*>(made));
+    QVERIFY(!(made->windowFlags() & Qt::FramelessWindowHint));
     window.end();
     QVERIFY(!made);
     QCOMPARE(calls, 0);
@@ -432,6 +442,38 @@ void tst_WindowObserver::aViewDeletedBeforeItsWindowIsForgotten()
     QCOMPARE(log.take(), QByteArrayList{NoView});
     window.end();
     QCOMPARE(log.take(), QByteArrayList());
+}
+
+void tst_WindowObserver::theFirstOfTwoViewsOfAWindowCounts()
+{
+    // Empty frames all have the OpenSG window of a window that has none.
+    static QList<TestView*> frames;
+    frames.clear();
+    TestWindow elsewhere;
+    TestView original(&elsewhere.proc, nullptr);
+    frames << new TestView(original) << new TestView(original);
+    static int given = 0;
+    given = 0;
+    QorRenderView::connectObserver([](Orvane::WindowProc*) -> QorRenderView* { return frames[given++]; },
+                                   nullptr);
+    TestWindow window;
+    window.announce();
+    window.announce();
+    LogCapture log(osg::LOG_FATAL);
+    window.fire(WindowProc::_showWidget);
+    QVERIFY(frames[0]->isVisible());
+    QVERIFY(!frames[1]->isVisible());
+    // They have no GL widget to make current.
+    window.fire(WindowProc::_beginFrameWidget);
+    window.fire(WindowProc::_endFrameWidget);
+    QCOMPARE(log.take(), QByteArrayList());
+
+    const QPointer<QWidget> first = frames[0];
+    window.end();
+    QVERIFY(!first);
+    window.fire(WindowProc::_showWidget);
+    QVERIFY(frames[1]->isVisible());
+    delete frames[1];
 }
 
 void tst_WindowObserver::frameEndsWithoutAViewAreLogged()
@@ -551,6 +593,26 @@ void tst_WindowObserver::showHidesTheCursorOnRequest()
     window.node.cursorVisibleValue = false;
     window.fire(WindowProc::_showWidget);
     QCOMPARE(view()->cursor().shape(), Qt::BlankCursor);
+
+    // It is hidden by the time the view appears.
+    class Recorder : public QObject
+    {
+    public:
+        Qt::CursorShape shape = Qt::WaitCursor;
+
+    protected:
+        bool eventFilter(QObject* object, QEvent* event) override
+        {
+            if (event->type() == QEvent::Show)
+                shape = static_cast<QWidget*>(object)->cursor().shape();
+            return false;
+        }
+    } recorder;
+    view()->hide();
+    view()->unsetCursor();
+    view()->installEventFilter(&recorder);
+    window.fire(WindowProc::_showWidget);
+    QCOMPARE(recorder.shape, Qt::BlankCursor);
 }
 
 void tst_WindowObserver::showIsLoggedFirst()
