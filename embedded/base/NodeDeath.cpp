@@ -91,6 +91,12 @@ void releaseCycles(Context::Data& context)
     }
 }
 
+void announceEnd(Node& node)
+{
+    if (node.data()->proc)
+        node.data()->proc->ending();
+}
+
 } // namespace
 
 void releaseNode(Node& node)
@@ -116,6 +122,8 @@ void endReleasedNodes(Context& context)
                 continue;
             node->data()->isReleased = false;
             if (!isHeld(*node))
+                announceEnd(*node);
+            if (!isHeld(*node))
                 delete node;
         }
         if (std::exchange(data.mayHaveCycles, false))
@@ -137,8 +145,12 @@ void endAllNodes(Context& context)
         std::vector<UInt64> ids;
         for (const Node* node : nodeTable::nodesOf(context))
             ids.push_back(node->ID());
-        for (const UInt64 id : ids)
-            delete nodeTable::find(id); // another one may have taken it along
+        for (const UInt64 id : ids) {
+            // Another one may have taken it along.
+            if (Node* const node = nodeTable::find(id))
+                announceEnd(*node);
+            delete nodeTable::find(id);
+        }
     }
     data.released.clear();
     --data.busy;

@@ -40,6 +40,10 @@ void Proc::childrenChanged(Field&)
     requestUpdate();
 }
 
+void Proc::ending()
+{
+}
+
 void Proc::requestUpdate()
 {
     contextData(*_node).scheduler.requestUpdate(*this);

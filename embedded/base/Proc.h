@@ -43,6 +43,9 @@ public:
     /// A child of the node was linked or is about to be unlinked; by default asks for an update.
     virtual void childrenChanged(Field& field);
 
+    /// The node is about to die, while it still is of its own class. Not called when a host deletes the node.
+    virtual void ending();
+
 protected:
     /// Asks for `update` in this frame (or the next one, outside a frame).
     void requestUpdate();

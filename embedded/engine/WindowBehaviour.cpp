@@ -37,11 +37,21 @@ WindowBehaviour::WindowBehaviour(Node& window)
 
 WindowBehaviour::~WindowBehaviour()
 {
+    endWindow();
     removeFrameWindow(context(), *this);
-    if (_announced)
-        _deleteWidget.fire(context().timeStamp(), this);
     for (ViewareaBehaviour* viewarea : viewareas())
         viewarea->setWindow(osg::WindowPtr());
+}
+
+void WindowBehaviour::ending()
+{
+    endWindow();
+}
+
+void WindowBehaviour::endWindow()
+{
+    if (std::exchange(_announced, false))
+        _deleteWidget.fire(context().timeStamp(), this);
 }
 
 void WindowBehaviour::start(double)

@@ -29,6 +29,7 @@ public:
     void start(double time) override;
     void fieldChanged(Field& field, double time) override;
     void childrenChanged(Field& field) override;
+    void ending() override;
 
     // WindowProc
     void render() override;
@@ -58,6 +59,7 @@ private:
     void attachViewareas();
     void note(InputEvent event);
     void redrawForAWhile();
+    void endWindow();
     void openAnchorAt(int x, int y);
 
     std::unique_ptr<osg::RenderAction> _action;

@@ -69,6 +69,7 @@ private slots:
     void noWindowBeforeTheRootsRun();
     void removedEngineEndsItsWindows();
     void endOfTheContextEndsItsWindows();
+    void endingWindowCanStillBeRead();
     void windowTakenOutOfTheListEndsInTheNextFrame();
     void windowPutIntoTheListIsAnnouncedInTheNextFrame();
     void secondLoadKeepsTheWindowsOfAnEngineThatStays();
@@ -155,6 +156,36 @@ void tst_Engine::endOfTheContextEndsItsWindows()
         events.take();
     }
     QCOMPARE(events.take(), Names{"delete"});
+}
+
+void tst_Engine::endingWindowCanStillBeRead()
+{
+    class Reader : public Observer
+    {
+    public:
+        Reader()
+            : Observer("reader")
+        {
+            WindowProc::_deleteWidget.attach(*this);
+        }
+        void notify(const double&, BaseObject* first, BaseObject*, BaseObject*) override
+        {
+            const auto* proc = dynamic_cast<WindowProc*>(first);
+            widths.push_back(proc->window()->size()[0]);
+            isWindow = dynamic_cast<Window*>(static_cast<Node*>(proc->window()));
+        }
+        std::vector<float> widths;
+        bool isWindow = false;
+    } reader;
+    {
+        Host host;
+        host.activate();
+        QVERIFY(host.context->removeRoot(Engine::_type));
+        QCOMPARE(reader.widths, std::vector<float>{800.0F});
+        QVERIFY(reader.isWindow);
+        host.activate();
+    }
+    QCOMPARE(reader.widths, (std::vector<float>{800.0F, 800.0F}));
 }
 
 void tst_Engine::windowTakenOutOfTheListEndsInTheNextFrame()
