@@ -15,5 +15,9 @@ int main(int argc, char** argv)
     manager.runFrame();
     const QString place = manager.getValue(QStringLiteral("Place"), QStringLiteral("translation"));
     std::printf("%s\n", qPrintable(place));
-    return place == QLatin1String("1 2 3") && osg::Image::create() != osg::NullFC ? 0 : 1;
+    const osg::ImagePtr image = osg::Image::create();
+    osg::addRefCP(image);
+    const bool isSized = image->set(osg::Image::OSG_RGB_PF, 4, 2) && image->getSize() == 4 * 2 * 3;
+    osg::subRefCP(image);
+    return place == QLatin1String("1 2 3") && isSized ? 0 : 1;
 }
