@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Orvane/TouchPointRecord.h>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -27,5 +28,12 @@ struct InputEvent
     std::vector<TouchPointRecord> touches;
     std::string message;
 };
+
+/// The pixel of a touch point; 0 for what is no usable number.
+inline int pixel(float coordinate)
+{
+    constexpr float widest = 1e6F;
+    return std::abs(coordinate) <= widest ? static_cast<int>(std::floor(coordinate)) : 0;
+}
 
 } // namespace Orvane

@@ -1,5 +1,6 @@
 #include "ViewareaBehaviour.h"
 
+#include "ViewareaInput.h"
 #include "base/Graph.h"
 #include "base/ValueFields.h"
 #include "core/SceneProc.h"
@@ -107,6 +108,11 @@ ViewareaBehaviour::~ViewareaBehaviour()
     setWindow(osg::WindowPtr());
 }
 
+void ViewareaBehaviour::start(double)
+{
+    _input = std::make_unique<ViewareaInput>(*this);
+}
+
 void ViewareaBehaviour::fieldChanged(Field&, double)
 {
     pictureChanged();
@@ -117,15 +123,20 @@ bool ViewareaBehaviour::isEnabled() const
     return read<SFBool>(node(), parts(node()).enabled).value();
 }
 
+bool ViewareaBehaviour::contains(int x, int y) const
+{
+    if (_viewport == osg::NullFC)
+        return false;
+    const int fromBottom = _window->getHeight() - 1 - y;
+    return x >= _port->getPixelLeft() && x <= _port->getPixelRight() &&
+           fromBottom >= _port->getPixelBottom() && fromBottom <= _port->getPixelTop();
+}
+
 std::vector<Node*> ViewareaBehaviour::pick(int x, int y) const
 {
     std::vector<Node*> chain;
     auto* scene = procAs<SceneProc>(context().findRoot(Scene::_type));
-    if (!scene || _viewport == osg::NullFC)
-        return chain;
-    const int fromBottom = _window->getHeight() - 1 - y;
-    if (x < _port->getPixelLeft() || x > _port->getPixelRight() || fromBottom < _port->getPixelBottom() ||
-        fromBottom > _port->getPixelTop())
+    if (!scene || !contains(x, y))
         return chain;
     osg::Line ray;
     if (!_camera->calcViewRay(ray, x, y, *_port) ||
@@ -142,8 +153,11 @@ void ViewareaBehaviour::setWindow(const osg::WindowPtr& window)
         _window->subPort(_port.get());
     _window = window;
     _viewport = osg::ViewportPtr();
-    if (window == osg::NullFC)
+    if (window == osg::NullFC) {
+        if (_input)
+            _input->letGo(context().timeStamp());
         return;
+    }
     window->addPort(_port.get());
     _viewport = _port.get();
     placeViewport();

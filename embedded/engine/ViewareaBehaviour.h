@@ -10,11 +10,13 @@
 #include <OpenSG/OSGVisitSubTree.h>
 #include <OpenSG/OSGWindow.h>
 #include <Orvane/ViewareaProc.h>
+#include <memory>
 #include <vector>
 
 namespace Orvane {
 
 struct SceneView;
+class ViewareaInput;
 
 /// Behaviour of a viewarea: the OpenSG viewport, its camera, and the head light that goes with the camera.
 /// Draws whatever scene its context has at the moment.
@@ -25,6 +27,7 @@ public:
     ~ViewareaBehaviour() override;
 
     NodeProc* nodeProc() override { return this; }
+    void start(double time) override;
     void fieldChanged(Field& field, double time) override;
 
     /// Puts the viewport into a window, behind its other ports; a null window takes it out.
@@ -35,6 +38,14 @@ public:
     void prepare();
 
     bool isEnabled() const;
+    /// True when the node runs and its viewport stands in a window.
+    bool isShown() const { return _input && _viewport != osg::NullFC; }
+
+    /// What takes the input that is meant for this viewarea; there once the node runs.
+    ViewareaInput& input() const { return *_input; }
+
+    /// True when a place of the window, in pixels from its upper left corner, lies in the viewport.
+    bool contains(int x, int y) const;
 
     /// The chain of nodes from the scene down to the shape under a place of the window, in pixels from its
     /// upper left corner; empty when nothing is there or the place lies outside of the viewport.
@@ -54,6 +65,7 @@ private:
     osg::RefPtr<osg::NodePtr> _root; ///< the head light, over a reference to the scene's tree
     osg::RefPtr<osg::DirectionalLightPtr> _headlight;
     osg::RefPtr<osg::VisitSubTreePtr> _scene;
+    std::unique_ptr<ViewareaInput> _input;
     osg::WindowPtr _window; ///< not counted: the window behaviour takes the viewport out before it lets go
 };
 

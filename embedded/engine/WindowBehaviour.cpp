@@ -1,6 +1,7 @@
 #include "WindowBehaviour.h"
 
 #include "ViewareaBehaviour.h"
+#include "ViewareaInput.h"
 #include "base/Graph.h"
 #include <OpenSG/OSGRenderAction.h>
 #include <Orvane/Context.h>
@@ -10,6 +11,8 @@
 #include <Orvane/NodeNameSpace.h>
 #include <Orvane/NodeType.h>
 #include <Orvane/Window.h>
+#include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace Orvane {
@@ -102,6 +105,15 @@ std::vector<ViewareaBehaviour*> WindowBehaviour::viewareas() const
     return result;
 }
 
+std::vector<ViewareaBehaviour*> WindowBehaviour::shownViewareas() const
+{
+    std::vector<ViewareaBehaviour*> result = viewareas();
+    result.erase(std::remove_if(result.begin(), result.end(),
+                                [](ViewareaBehaviour* viewarea) { return !viewarea->isShown(); }),
+                 result.end());
+    return result;
+}
+
 void WindowBehaviour::attachViewareas()
 {
     for (ViewareaBehaviour* viewarea : viewareas())
@@ -132,85 +144,80 @@ void WindowBehaviour::resize(int width, int height)
     redrawForAWhile();
 }
 
-void WindowBehaviour::note(InputEvent event)
-{
-    // Only the last of several moves counts: the pointer is asked for its place once a frame.
-    if (event.kind == InputEvent::MOUSE_MOVE && !_input.empty() &&
-        _input.back().kind == InputEvent::MOUSE_MOVE)
-        _input.back() = std::move(event);
-    else
-        _input.push_back(std::move(event));
-}
-
 void WindowBehaviour::keyPress(int key)
 {
-    note({InputEvent::KEY_PRESS, key, 0, 0, {}, {}});
+    _input.note({InputEvent::KEY_PRESS, key, 0, 0, {}, {}});
 }
 
 void WindowBehaviour::keyRelease(int key)
 {
-    note({InputEvent::KEY_RELEASE, key, 0, 0, {}, {}});
+    _input.note({InputEvent::KEY_RELEASE, key, 0, 0, {}, {}});
 }
 
 void WindowBehaviour::buttonPress(int button, int x, int y)
 {
-    note({InputEvent::BUTTON_PRESS, button, x, y, {}, {}});
+    _input.note({InputEvent::BUTTON_PRESS, button, x, y, {}, {}});
 }
 
 void WindowBehaviour::buttonRelease(int button, int x, int y)
 {
-    note({InputEvent::BUTTON_RELEASE, button, x, y, {}, {}});
+    _input.note({InputEvent::BUTTON_RELEASE, button, x, y, {}, {}});
 }
 
 void WindowBehaviour::mouseMove(int x, int y)
 {
-    note({InputEvent::MOUSE_MOVE, 0, x, y, {}, {}});
+    _input.note({InputEvent::MOUSE_MOVE, 0, x, y, {}, {}});
 }
 
 void WindowBehaviour::touchEvent(std::vector<TouchPointRecord>& points)
 {
-    note({InputEvent::TOUCH, 0, 0, 0, points, {}});
+    _input.note({InputEvent::TOUCH, 0, 0, 0, points, {}});
 }
 
 void WindowBehaviour::message(const std::string& name)
 {
-    note({InputEvent::MESSAGE, 0, 0, 0, {}, name});
+    _input.note({InputEvent::MESSAGE, 0, 0, 0, {}, name});
 }
 
 void WindowBehaviour::browse(int x, int y)
 {
-    note({InputEvent::BROWSE, 0, x, y, {}, {}});
+    _input.note({InputEvent::BROWSE, 0, x, y, {}, {}});
 }
 
-void WindowBehaviour::handleInput(double)
+void WindowBehaviour::handleInput(double time)
 {
-    const std::vector<InputEvent> input = std::exchange(_input, {});
-    for (const InputEvent& event : input) {
+    for (const InputEvent& event : _input.take()) {
+        // Asked for anew each time: a scene that an event brings may have other viewareas.
+        ViewareaBehaviour* const viewarea = _input.target(event, shownViewareas());
+        if (!viewarea)
+            continue;
         if (event.kind == InputEvent::BROWSE)
-            openAnchorAt(event.x, event.y);
+            openAnchorAt(*viewarea, event.x, event.y);
+        else
+            viewarea->input().handle(event, time);
     }
+    double wanted = std::numeric_limits<double>::infinity();
+    for (ViewareaBehaviour* viewarea : shownViewareas())
+        wanted = std::min(wanted, viewarea->input().advance(time));
+    if (wanted < std::numeric_limits<double>::infinity())
+        requestFrame(wanted);
 }
 
-void WindowBehaviour::openAnchorAt(int x, int y)
+void WindowBehaviour::openAnchorAt(ViewareaBehaviour& viewarea, int x, int y)
 {
-    const std::vector<ViewareaBehaviour*> areas = viewareas();
-    for (auto area = areas.rbegin(); area != areas.rend(); ++area) {
-        const std::vector<Node*> chain = (*area)->pick(x, y);
-        for (auto hit = chain.rbegin(); hit != chain.rend(); ++hit) {
-            const int part = isOfType(*(*hit)->type(), "Anchor") ? partIndex(*(*hit)->type(), "url") : -1;
-            if (part < 0)
-                continue;
-            const MFString& urls = read<MFString>(**hit, static_cast<unsigned int>(part));
-            const Relayne::URL base = (*hit)->nameSpace() ? (*hit)->nameSpace()->baseURL() : Relayne::URL();
-            for (unsigned int i = 0; i < urls.size(); ++i) {
-                const Relayne::URL target = base.resolved(Relayne::URL(urls[static_cast<int>(i)]));
-                if (context().load(target.toString(), Context::REPLACE_LT, {}))
-                    return;
-            }
-            return;
+    const std::vector<Node*> chain = viewarea.pick(x, y);
+    for (auto hit = chain.rbegin(); hit != chain.rend(); ++hit) {
+        const int part = isOfType(*(*hit)->type(), "Anchor") ? partIndex(*(*hit)->type(), "url") : -1;
+        if (part < 0)
+            continue;
+        const MFString& urls = read<MFString>(**hit, static_cast<unsigned int>(part));
+        const Relayne::URL base = (*hit)->nameSpace() ? (*hit)->nameSpace()->baseURL() : Relayne::URL();
+        for (unsigned int i = 0; i < urls.size(); ++i) {
+            const Relayne::URL target = base.resolved(Relayne::URL(urls[static_cast<int>(i)]));
+            if (context().load(target.toString(), Context::REPLACE_LT, {}))
+                return;
         }
-        if (!chain.empty())
-            return;
+        return;
     }
 }
 

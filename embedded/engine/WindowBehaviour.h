@@ -1,6 +1,6 @@
 #pragma once
 
-#include "InputEvent.h"
+#include "InputDispatch.h"
 #include "base/FrameWindow.h"
 #include "base/Proc.h"
 #include <Orvane/WindowProc.h>
@@ -56,14 +56,14 @@ public:
 
 private:
     std::vector<ViewareaBehaviour*> viewareas() const;
+    std::vector<ViewareaBehaviour*> shownViewareas() const;
     void attachViewareas();
-    void note(InputEvent event);
     void redrawForAWhile();
     void endWindow();
-    void openAnchorAt(int x, int y);
+    void openAnchorAt(ViewareaBehaviour& viewarea, int x, int y);
 
     std::unique_ptr<osg::RenderAction> _action;
-    std::vector<InputEvent> _input;
+    InputDispatch _input;
     std::chrono::steady_clock::time_point _drawnAt{};
     std::chrono::steady_clock::time_point _settledAt{};
     unsigned long _drawnVersion = 0;
