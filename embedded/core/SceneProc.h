@@ -44,6 +44,9 @@ public:
     /// The stack of one kind of bindable nodes, in which the bound one and all others are found.
     BindableStack& stack(BindableKind kind) const { return _state->stack(kind); }
 
+    /// What the nodes of the scene share.
+    SceneState& state() const { return *_state; }
+
     /// As `SceneBaseNodeProc::pick`.
     bool castRay(const osg::Line& ray, std::vector<Node*>& nodes, osg::Pnt3f* point, osg::Vec3f* normal,
                  osg::NodePtr* osgNode, unsigned int* triangle, float* distance);

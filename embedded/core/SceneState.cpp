@@ -62,8 +62,33 @@ osg::Pnt3f SceneState::viewer() const
 {
     if (!_scene)
         return osg::Pnt3f();
-    const osg::Matrix viewpoint = _scene->view().viewpoint;
-    return osg::Pnt3f(viewpoint[3][0], viewpoint[3][1], viewpoint[3][2]);
+    const osg::Matrix place = viewerToWorld();
+    return osg::Pnt3f(place[3][0], place[3][1], place[3][2]);
+}
+
+osg::Matrix SceneState::viewerToWorld() const
+{
+    if (_viewerPlaced)
+        return _viewerToWorld;
+    return _scene ? _scene->view().viewpoint : osg::Matrix();
+}
+
+void SceneState::setViewer(const Proc& view, const osg::Matrix* cameraToWorld)
+{
+    if (!cameraToWorld && _viewer == &view) {
+        _viewer = nullptr;
+        _viewerPlaced = false;
+    }
+    if (!cameraToWorld || (_viewer && _viewer != &view))
+        return;
+    _viewer = &view;
+    _viewerToWorld = *cameraToWorld;
+    _viewerPlaced = true;
+}
+
+void SceneState::preferViewer(const Proc& view)
+{
+    _viewer = &view;
 }
 
 void SceneState::setGlobalLights(const GroupProc& group, std::vector<osg::NodeCorePtr> lights)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/BindableStack.h"
+#include <OpenSG/OSGMatrix.h>
 #include <OpenSG/OSGNodeCore.h>
 #include <OpenSG/OSGVector.h>
 #include <Orvane/Export.h>
@@ -12,6 +13,7 @@ namespace Orvane {
 
 class GroupProc;
 class Node;
+class Proc;
 class SceneProc;
 
 enum class BindableKind { Viewpoint, NavigationInfo, Background, Fog };
@@ -31,6 +33,14 @@ public:
 
     /// Where the scene is looked at from, in world coordinates.
     osg::Pnt3f viewer() const;
+    /// From the system of the camera to the world: that of the preferred view, as last drawn, or of the bound
+    /// viewpoint while nothing is drawn.
+    osg::Matrix viewerToWorld() const;
+    /// A view tells from where it looks; null when it looks no more. Of several views the first one counts,
+    /// until another one is preferred. \a view is only compared.
+    void setViewer(const Proc& view, const osg::Matrix* cameraToWorld);
+    /// The user moves in this view.
+    void preferViewer(const Proc& view);
 
     /// Sets the lights with which a group lights the whole scene, in place of those that it had.
     void setGlobalLights(const GroupProc& group, std::vector<osg::NodeCorePtr> lights);
@@ -52,6 +62,9 @@ private:
     std::array<BindableStack, 4> _stacks;
     std::vector<GroupLights> _lights;
     SceneProc* _scene = nullptr;
+    const Proc* _viewer = nullptr; ///< the preferred view
+    osg::Matrix _viewerToWorld;
+    bool _viewerPlaced = false;
 };
 
 } // namespace Orvane

@@ -6,6 +6,7 @@
 
 namespace Orvane {
 
+struct SceneView;
 class ViewareaProc;
 
 /// Takes the input of a viewarea that no sensor of its scene has taken, as a navigator does. A viewarea owns
@@ -27,6 +28,10 @@ public:
     /// Buttons, keys and touches that are held will not be heard of again, as the viewarea or its window
     /// went.
     virtual void letGo(double time) = 0;
+
+    /// Turns what the scene's nodes ask for into what the user sees, before each picture. By default it
+    /// stays as it is.
+    virtual void aim(SceneView& view);
 };
 
 /// Makes the handler of a viewarea, which outlives it.

@@ -4,9 +4,11 @@
 #include "base/Graph.h"
 #include "base/ValueFields.h"
 #include "core/SceneProc.h"
+#include "core/ViewpointProc.h"
 #include <OpenSG/OSGDynamicVolume.h>
 #include <Orvane/Context.h>
 #include <Orvane/SFBool.h>
+#include <Orvane/SFNode.h>
 #include <Orvane/Scene.h>
 #include <algorithm>
 #include <cmath>
@@ -22,13 +24,15 @@ struct Parts
     unsigned int enabled;
     unsigned int position;
     unsigned int size;
+    unsigned int viewpoint;
 };
 
 const Parts& parts(const Node& node)
 {
     static const Parts table = {static_cast<unsigned int>(partIndex(*node.type(), "enabled")),
                                 static_cast<unsigned int>(partIndex(*node.type(), "position")),
-                                static_cast<unsigned int>(partIndex(*node.type(), "size"))};
+                                static_cast<unsigned int>(partIndex(*node.type(), "size")),
+                                static_cast<unsigned int>(partIndex(*node.type(), "viewpoint"))};
     return table;
 }
 
@@ -82,6 +86,7 @@ ViewareaBehaviour::ViewareaBehaviour(Node& viewarea)
     , Proc(viewarea)
     , _port(osg::Viewport::create())
     , _camera(osg::PerspectiveCamera::create())
+    , _parallelCamera(osg::OrthographicCamera::create())
     , _beacon(osg::Node::create())
     , _beaconTransform(osg::Transform::create())
     , _root(osg::Node::create())
@@ -90,6 +95,7 @@ ViewareaBehaviour::ViewareaBehaviour(Node& viewarea)
 {
     _beacon->setCore(_beaconTransform.get());
     _camera->setBeacon(_beacon.get());
+    _parallelCamera->setBeacon(_beacon.get());
     _headlight->setBeacon(_beacon.get());
     _headlight->setDirection(osg::Vec3f(0.0F, 0.0F, 1.0F));
     _headlight->setDiffuse(osg::Color4f(1.0F, 1.0F, 1.0F, 1.0F));
@@ -105,6 +111,8 @@ ViewareaBehaviour::ViewareaBehaviour(Node& viewarea)
 
 ViewareaBehaviour::~ViewareaBehaviour()
 {
+    if (SceneProc* const shown = scene())
+        shown->state().setViewer(*this, nullptr);
     setWindow(osg::WindowPtr());
 }
 
@@ -115,7 +123,44 @@ void ViewareaBehaviour::start(double)
 
 void ViewareaBehaviour::fieldChanged(Field&, double)
 {
-    pictureChanged();
+    redraw();
+}
+
+void ViewareaBehaviour::redraw()
+{
+    _redraw = true;
+    requestFrame();
+}
+
+SceneProc* ViewareaBehaviour::scene() const
+{
+    return procAs<SceneProc>(context().findRoot(Scene::_type));
+}
+
+ViewpointProc* ViewareaBehaviour::viewpoint() const
+{
+    if (auto* const own = elementOf<ViewpointProc>(readNode(node(), parts(node()).viewpoint)))
+        return own;
+    const SceneProc* const shown = scene();
+    return shown ? static_cast<ViewpointProc*>(shown->stack(BindableKind::Viewpoint).bound()) : nullptr;
+}
+
+void ViewareaBehaviour::look(ViewpointProc& viewpoint, double time)
+{
+    if (readNode(node(), parts(node()).viewpoint))
+        edit<SFNode>(node(), parts(node()).viewpoint).setNode(time, &viewpoint.node(), Field::EXTERNAL_CT);
+    else
+        viewpoint.bind(true, time);
+}
+
+SceneView ViewareaBehaviour::plainView(const SceneProc& scene) const
+{
+    SceneView view = scene.view();
+    if (const auto* const own = elementOf<ViewpointProc>(readNode(node(), parts(node()).viewpoint))) {
+        view.orthographic = false;
+        own->describe(view);
+    }
+    return view;
 }
 
 bool ViewareaBehaviour::isEnabled() const
@@ -132,15 +177,18 @@ bool ViewareaBehaviour::contains(int x, int y) const
            fromBottom >= _port->getPixelBottom() && fromBottom <= _port->getPixelTop();
 }
 
+bool ViewareaBehaviour::viewRay(int x, int y, osg::Line& ray) const
+{
+    return contains(x, y) && _port->getCamera()->calcViewRay(ray, x, y, *_port);
+}
+
 std::vector<Node*> ViewareaBehaviour::pick(int x, int y) const
 {
     std::vector<Node*> chain;
-    auto* scene = procAs<SceneProc>(context().findRoot(Scene::_type));
-    if (!scene || !contains(x, y))
-        return chain;
+    SceneProc* const shown = scene();
     osg::Line ray;
-    if (!_camera->calcViewRay(ray, x, y, *_port) ||
-        !scene->castRay(ray, chain, nullptr, nullptr, nullptr, nullptr, nullptr))
+    if (!shown || !viewRay(x, y, ray) ||
+        !shown->castRay(ray, chain, nullptr, nullptr, nullptr, nullptr, nullptr))
         chain.clear();
     return chain;
 }
@@ -176,14 +224,18 @@ void ViewareaBehaviour::placeViewport()
 
 void ViewareaBehaviour::prepare()
 {
+    _redraw = false;
     placeViewport();
-    auto* scene = procAs<SceneProc>(context().findRoot(Scene::_type));
-    const osg::NodePtr sceneRoot = scene ? scene->root() : osg::NodePtr();
+    SceneProc* const shown = scene();
+    const osg::NodePtr sceneRoot = shown ? shown->root() : osg::NodePtr();
     if (_scene->getSubTreeRoot() != sceneRoot)
         _scene->setSubTreeRoot(sceneRoot);
-    if (!scene)
+    if (!shown)
         return;
-    const SceneView view = scene->view();
+    SceneView view = plainView(*shown);
+    if (_input)
+        _input->aim(view);
+    shown->state().setViewer(*this, &view.viewpoint);
     _port->setBackground(view.background);
     _headlight->setOn(view.headlight);
     aimCamera(view, sceneRoot);
@@ -191,18 +243,32 @@ void ViewareaBehaviour::prepare()
 
 void ViewareaBehaviour::aimCamera(const SceneView& view, const osg::NodePtr& sceneRoot)
 {
-    _beaconTransform->setMatrix(view.viewpoint);
-    const int width = std::max(_port->getPixelWidth(), 1);
-    const int height = std::max(_port->getPixelHeight(), 1);
-    // The field of view is that of the smaller direction, the camera's that of the height.
-    float vertical = view.fieldOfView;
-    if (width < height)
-        vertical = 2.0F * std::atan(std::tan(vertical * 0.5F) * static_cast<float>(height) /
-                                    static_cast<float>(width));
-    _camera->setFov(vertical);
+    const float width = static_cast<float>(std::max(_port->getPixelWidth(), 1));
+    const float height = static_cast<float>(std::max(_port->getPixelHeight(), 1));
+    osg::Matrix place = view.viewpoint;
     const DepthRange range = depthRange(view, sceneRoot);
-    _camera->setNear(range.nearPlane);
-    _camera->setFar(range.farPlane);
+    if (view.orthographic) {
+        // All of the window in space is seen, and its middle is the middle of the viewport.
+        const float* const low = view.fieldOfViewMin;
+        const float* const high = view.fieldOfViewMax;
+        osg::Matrix aside;
+        aside.setTranslate((low[0] + high[0]) * 0.5F, (low[1] + high[1]) * 0.5F, 0.0F);
+        place.mult(aside);
+        _parallelCamera->setVerticalSize(std::max(high[1] - low[1], (high[0] - low[0]) * height / width));
+        _parallelCamera->setNear(range.nearPlane);
+        _parallelCamera->setFar(range.farPlane);
+        _port->setCamera(osg::CameraPtr(_parallelCamera.get()));
+    } else {
+        // The field of view is that of the smaller direction, the camera's that of the height.
+        float vertical = view.fieldOfView;
+        if (width < height)
+            vertical = 2.0F * std::atan(std::tan(vertical * 0.5F) * height / width);
+        _camera->setFov(vertical);
+        _camera->setNear(range.nearPlane);
+        _camera->setFar(range.farPlane);
+        _port->setCamera(osg::CameraPtr(_camera.get()));
+    }
+    _beaconTransform->setMatrix(place);
 }
 
 } // namespace Orvane

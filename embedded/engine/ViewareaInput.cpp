@@ -20,6 +20,10 @@ constexpr int heldButtons = 1 | 2 | 4;
 
 InputHandler::~InputHandler() = default;
 
+void InputHandler::aim(SceneView&)
+{
+}
+
 InputHandlerRegistration::InputHandlerRegistration(InputHandlerFactory factory)
 {
     factories().push_back(factory);
@@ -53,6 +57,12 @@ double ViewareaInput::advance(double time)
     for (const std::unique_ptr<InputHandler>& handler : _handlers)
         wanted = std::min(wanted, handler->advance(time));
     return wanted;
+}
+
+void ViewareaInput::aim(SceneView& view)
+{
+    for (const std::unique_ptr<InputHandler>& handler : _handlers)
+        handler->aim(view);
 }
 
 void ViewareaInput::letGo(double time)

@@ -6,6 +6,7 @@
 
 namespace Orvane {
 
+struct SceneView;
 class ViewareaBehaviour;
 
 /// The input of one viewarea: the scene's sensors come first, what they do not take goes to the handlers.
@@ -23,6 +24,9 @@ public:
 
     /// True while a button or a touch that went down here is held: the pointer belongs to this viewarea.
     bool holdsPointer() const { return _buttons != 0 || _touches > 0; }
+
+    /// Lets the handlers say what the user sees.
+    void aim(SceneView& view);
 
     /// What is held is let go.
     void letGo(double time);

@@ -227,6 +227,10 @@ bool WindowBehaviour::needsDrawing(unsigned long pictureVersion) const
         return false;
     if (_redraw || pictureVersion != _drawnVersion)
         return true;
+    const std::vector<ViewareaBehaviour*> areas = viewareas();
+    if (std::any_of(areas.begin(), areas.end(),
+                    [](const ViewareaBehaviour* area) { return area->needsDrawing(); }))
+        return true;
     const auto now = std::chrono::steady_clock::now();
     return now < _settledAt || now - _drawnAt >= refreshInterval;
 }
