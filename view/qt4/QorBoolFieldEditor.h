@@ -1,0 +1,40 @@
+#pragma once
+
+#include "QorFieldEditor.h"
+#include <QtWidgets/QComboBox>
+
+class QHBoxLayout;
+
+namespace Orvane::Qt4 {
+
+/// Edits an `SFBool` or a value of an `MFBool` by a list of two words. Each choice is written and ends the
+/// edit. The first value of an `MFBool` cannot be changed.
+class QOR_EXPORT QorBoolFieldEditor : public QorFieldEditor
+{
+    Q_OBJECT
+
+public:
+    /// "FALSE" and "TRUE". Escape closes it; all other keys go up to the item view.
+    class QOR_EXPORT BoolComboBox : public QComboBox
+    {
+    public:
+        explicit BoolComboBox(QWidget* parent);
+
+    protected:
+        void keyPressEvent(QKeyEvent* event) override;
+    };
+
+    explicit QorBoolFieldEditor(QWidget* parent);
+
+    void setEditorData(QorFieldItem* item) override;
+    void setModelData(QorFieldItem* item) override;
+
+protected slots:
+    void onIndexChanged(int index);
+
+private:
+    QHBoxLayout* _layout;
+    BoolComboBox* _comboBox;
+};
+
+} // namespace Orvane::Qt4

@@ -1,0 +1,25 @@
+#include "QorSpinBoxKeys.h"
+
+#include <QtCore/QEvent>
+#include <QtWidgets/QAbstractSpinBox>
+
+namespace Orvane::Qt4 {
+
+bool passKeyToSpinBox(QEvent* event, QAbstractSpinBox* spinBox)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+        break;
+    default:
+        return false;
+    }
+    if (spinBox->hasFocus())
+        return false;
+    // Straight into the handler: an event that is sent goes up to the parent again when it is ignored.
+    spinBox->event(event);
+    return true;
+}
+
+} // namespace Orvane::Qt4
