@@ -124,6 +124,14 @@ void Cascade::deliver(Field& field, double time)
     _delivering = nullptr;
 }
 
+/// A field that stands for another one has its value, even where the run has no further event for it.
+void Cascade::keepInStep(LiveRoute& route, const Field& from)
+{
+    Field& target = *route.inSlot()->field();
+    if (route.opposite && !holdsNodes(target.dataType()) && !target.hasValueOf(from))
+        target.assignValue(from);
+}
+
 /// A route may come and go while a value that links nodes is handed on; then the slot is gone through again,
 /// for what has not handed on its value in this run.
 void Cascade::followRoutes(Field& field)
@@ -131,10 +139,14 @@ void Cascade::followRoutes(Field& field)
     EventOutSlot& slot = *field._outSlot;
     for (std::size_t i = 0; i < static_cast<std::size_t>(slot.end() - slot.begin());) {
         auto* const route = static_cast<LiveRoute*>(slot.begin()[static_cast<std::ptrdiff_t>(i++)]);
-        if (route->lastRun == _serial)
-            continue;
-        route->lastRun = _serial;
         Field& target = *route->inSlot()->field();
+        if (route->lastRun == _serial) {
+            keepInStep(*route, field);
+            continue;
+        }
+        route->lastRun = _serial;
+        if (route->opposite)
+            route->opposite->lastRun = _serial;
         if (!holdsNodes(target.dataType())) {
             target.assignValue(field);
             if (target.node()->state() == RUNNING_NS)

@@ -6,6 +6,7 @@
 
 namespace Orvane {
 
+class LiveRoute;
 class Node;
 
 /// The events of a context. A write marks its field; `run` delivers what is marked, in order, and what comes
@@ -54,6 +55,7 @@ private:
     void queue(Field& field, bool later, bool own);
     void deliver(Field& field, double time);
     void followRoutes(Field& field);
+    static void keepInStep(LiveRoute& route, const Field& from);
     void queueRouted(Field& field);
 
     std::vector<Field*> _events; ///< null where the field has died or the event is delivered

@@ -9,6 +9,7 @@
 #include <Orvane/Context.h>
 #include <deque>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace Orvane {
@@ -25,7 +26,8 @@ struct Context::Data
     Context& context;
     const UInt64 id; ///< process-wide, never used again
     std::vector<NodeRef> roots;
-    std::vector<std::unique_ptr<SceneNames>> nameSpaces;
+    NameSpaceList nameSpaces;
+    std::unordered_multimap<const Node*, SceneNames*> namesOfRoots; ///< those that are not closed
     bool isRunning = false; ///< the roots have been set running, so what joins them runs too
 
     std::size_t nodeCount = 0;

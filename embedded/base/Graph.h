@@ -41,7 +41,7 @@ ORVANE_API bool isOfType(const NodeType& type, std::string_view name);
 
 // ---- Nodes
 
-/// Makes a node without parent and without name.
+/// Makes a node without parent and without name; an instance of a prototype with its body.
 ORVANE_API NodeRef createNode(Context& context, NodeType& type, NodeCreator creator);
 /// Names a node in a name space; an empty name takes its name away. Fires `Node::_nameSpaceChanged`. The node
 /// that bore the name in that name space before keeps it as its own, but is no longer found by it.

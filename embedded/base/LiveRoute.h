@@ -14,7 +14,15 @@ public:
     {
     }
 
-    std::uint64_t lastRun = 0; ///< number of the run of events in which it handed on a value
+    ~LiveRoute() override
+    {
+        if (opposite)
+            opposite->opposite = nullptr;
+    }
+
+    std::uint64_t lastRun = 0;     ///< number of the run of events in which it handed on a value
+    LiveRoute* opposite = nullptr; ///< of two IS connections between the same fields, the other one
+    bool leadsInto = false;        ///< an IS connection from an instance to its body
 };
 
 } // namespace Orvane

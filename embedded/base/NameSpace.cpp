@@ -22,12 +22,20 @@ bool isLiving(const NodeNameSpace& nameSpace)
     return !nameSpace.rootNode() || isHeld(*nameSpace.rootNode());
 }
 
+/// True for names inside the model of a prototype.
+bool isInModel(const NodeNameSpace* nameSpace)
+{
+    while (nameSpace && !nameSpace->data()->isHidden)
+        nameSpace = nameSpace->data()->parent;
+    return nameSpace;
+}
+
 NodeNameSpace* find(const Context& context, const NodeNameSpace* parent, const std::string& name,
                     bool recursive)
 {
     for (const auto& candidate : context.data()->nameSpaces) {
         const NodeNameSpace::Data& data = *candidate->data();
-        if (data.name != name || data.isClosed || !isLiving(*candidate))
+        if (data.name != name || data.isClosed || !isLiving(*candidate) || isInModel(candidate.get()))
             continue;
         if (data.parent == parent || (recursive && (!parent || isBelow(candidate.get(), parent))))
             return candidate.get();
@@ -35,17 +43,27 @@ NodeNameSpace* find(const Context& context, const NodeNameSpace* parent, const s
     return nullptr;
 }
 
+void setParent(NodeNameSpace& nameSpace, NodeNameSpace* parent)
+{
+    NodeNameSpace*& place = nameSpace.data()->parent;
+    if (place)
+        --place->data()->nestedCount;
+    place = parent;
+    if (parent)
+        ++parent->data()->nestedCount;
+}
+
 void removeWhenUnused(NodeNameSpace& nameSpace)
 {
     const NodeNameSpace::Data& data = *nameSpace.data();
     if (!data.isClosed || data.members > 0)
         return;
-    auto& nameSpaces = data.context->data()->nameSpaces;
-    for (const auto& other : nameSpaces)
-        if (other->data()->parent == &nameSpace)
-            other->data()->parent = data.parent;
-    nameSpaces.erase(std::find_if(nameSpaces.begin(), nameSpaces.end(),
-                                  [&nameSpace](const auto& other) { return other.get() == &nameSpace; }));
+    NameSpaceList& nameSpaces = data.context->data()->nameSpaces;
+    for (auto other = nameSpaces.begin(); data.nestedCount > 0 && other != nameSpaces.end(); ++other)
+        if ((*other)->data()->parent == &nameSpace)
+            setParent(**other, data.parent);
+    setParent(nameSpace, nullptr);
+    nameSpaces.erase(data.place);
 }
 
 /// Takes the node's name out of the table in which it is found.
@@ -86,14 +104,13 @@ void moveTo(Node& node, NodeNameSpace* nameSpace)
 /// Ends what the node is the root of: its names are found no more, and go with the last node that has them.
 void closeNamesOf(Node& root)
 {
-    std::vector<NodeNameSpace*> closed;
-    for (const auto& nameSpace : contextData(root).nameSpaces)
-        if (nameSpace->rootNode() == &root) {
-            nameSpace->close();
-            closed.push_back(nameSpace.get());
-        }
-    for (NodeNameSpace* nameSpace : closed)
-        removeWhenUnused(*nameSpace);
+    auto& namesOfRoots = contextData(root).namesOfRoots;
+    for (auto own = namesOfRoots.find(&root); own != namesOfRoots.end(); own = namesOfRoots.find(&root)) {
+        SceneNames& names = *own->second;
+        namesOfRoots.erase(own);
+        names.close();
+        removeWhenUnused(names);
+    }
 }
 
 } // namespace
@@ -110,7 +127,8 @@ SceneNames::SceneNames(Context& context, NodeNameSpace* parent, std::string_view
 {
     _rootNode = rootNode;
     _baseURL = baseURL;
-    _data = new Data{&context, parent, std::string(name), {}, 0, false};
+    _data = new Data{&context, nullptr, std::string(name), {}};
+    setParent(*this, parent);
 }
 
 SceneNames::~SceneNames() = default;
@@ -119,6 +137,11 @@ void SceneNames::close()
 {
     _rootNode = nullptr;
     _data->isClosed = true;
+}
+
+void SceneNames::setRoot(Node& root)
+{
+    _rootNode = &root;
 }
 
 Node* NodeNameSpace::findNode(NodeNameSpace* nameSpace, const std::string& name)
@@ -149,15 +172,33 @@ NodeNameSpace* createNameSpace(Context& context, NodeNameSpace* parent, std::str
         closeNamesOf(*rootNode);
     auto& nameSpaces = context.data()->nameSpaces;
     nameSpaces.push_back(std::make_unique<SceneNames>(context, parent, name, rootNode, baseURL));
-    NodeNameSpace* const made = nameSpaces.back().get();
-    if (rootNode)
+    SceneNames* const made = nameSpaces.back().get();
+    made->data()->place = std::prev(nameSpaces.end());
+    if (rootNode) {
         rootNode->data()->isNameSpaceRoot = true;
+        context.data()->namesOfRoots.emplace(rootNode, made);
+    }
     // A root stands in its own names; the root of nested ones keeps its place among the names outside.
     if (rootNode && rootNode->type()->isContextRoot()) {
         const std::string ownName = rootNode->name() ? *rootNode->name() : std::string();
         setName(*rootNode, made, ownName);
     }
     return made;
+}
+
+void hideNameSpace(NodeNameSpace& names, Node& model)
+{
+    auto& namesOfRoots = contextData(model).namesOfRoots;
+    const auto [first, last] = namesOfRoots.equal_range(names.rootNode());
+    const auto own =
+        std::find_if(first, last, [&names](const auto& entry) { return entry.second == &names; });
+    if (own != last)
+        namesOfRoots.erase(own);
+    auto& sceneNames = static_cast<SceneNames&>(names);
+    sceneNames.setRoot(model);
+    sceneNames.data()->isHidden = true;
+    model.data()->isNameSpaceRoot = true;
+    namesOfRoots.emplace(&model, &sceneNames);
 }
 
 void setName(Node& node, NodeNameSpace* nameSpace, std::string_view name)
@@ -193,6 +234,7 @@ void leaveNameSpace(Node& node)
 
 void endNameSpaces(Context& context)
 {
+    context.data()->namesOfRoots.clear();
     context.data()->nameSpaces.clear();
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <Orvane/NodeNameSpace.h>
+#include <list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -18,7 +20,11 @@ public:
 
     /// The root has gone.
     void close();
+    /// Another node is the root from now on.
+    void setRoot(Node& root);
 };
+
+using NameSpaceList = std::list<std::unique_ptr<SceneNames>>;
 
 struct NodeNameSpace::Data
 {
@@ -28,10 +34,16 @@ struct NodeNameSpace::Data
     std::unordered_map<std::string_view, Node*> nodes; ///< the keys are the nodes' own names
     std::size_t members = 0;                           ///< nodes that stand in the name space
     bool isClosed = false;
+    bool isHidden = false;           ///< of a prototype's model, which is no place of the scene
+    std::size_t nestedCount = 0;     ///< name spaces of which this is the parent
+    NameSpaceList::iterator place{}; ///< in the context's list
 };
 
 /// The node dies: nobody finds it by its name any more, and a name space of which it is the root closes.
 void leaveNameSpace(Node& node);
+
+/// Makes the names those of a model: they are found by nobody.
+void hideNameSpace(NodeNameSpace& names, Node& model);
 
 /// Ends all name spaces of a context without nodes.
 void endNameSpaces(Context& context);

@@ -5,6 +5,7 @@
 #include "base/NodeDeath.h"
 #include "base/NodeGraph.h"
 #include "base/NodeTable.h"
+#include "base/Prototype.h"
 #include <Orvane/Field.h>
 #include <algorithm>
 
@@ -151,6 +152,17 @@ int Node::findEventOutSlotID(const std::string& name) const
 }
 
 NodeRef createNode(Context& context, NodeType& type, NodeCreator creator)
+{
+    NodeRef node = createBareInstance(context, type, creator);
+    if (const ProtoDeclaration* declaration = protoDeclaration(type); declaration && declaration->model) {
+        const NodeNameSpace* const names = protoNames(*declaration->model);
+        std::vector<Node*> made;
+        completeInstance(*node, {}, names ? names->data()->parent : nullptr, made);
+    }
+    return node;
+}
+
+NodeRef createBareInstance(Context& context, NodeType& type, NodeCreator creator)
 {
     const NodeClassFactory makeNode = type.data()->behaviour->makeNode;
     Node* const node = makeNode ? makeNode() : NodeAccess::make();

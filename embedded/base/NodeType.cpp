@@ -1,11 +1,9 @@
 #include "base/Graph.h"
-#include "base/Prototype.h"
-#include "base/TypeData.h"
+#include "base/PrototypeData.h"
 #include <algorithm>
 #include <charconv>
 #include <map>
 #include <numeric>
-#include <unordered_set>
 
 namespace Orvane {
 
@@ -24,18 +22,6 @@ Registry& registry()
     static Registry* const the = new Registry;
     return *the;
 }
-
-/// The type of a prototype.
-class ProtoType : public NodeType
-{
-public:
-    explicit ProtoType(std::string_view protoName)
-        : NodeType("")
-    {
-        name = protoName;
-        _isProto = true;
-    }
-};
 
 std::string limitText(double limit)
 {
@@ -58,22 +44,6 @@ std::unique_ptr<NodePartDesc> describe(const catalogue::NodeEntry& node, const c
                           ? limitText(desc->minValue) + " " + limitText(desc->maxValue)
                           : std::string(part.restriction.values);
     return desc;
-}
-
-/// Numbers the parts and makes the look-ups over them.
-void finishParts(NodeType::Data& data)
-{
-    data.hasParts = true;
-    data.byName.resize(data.parts.size());
-    std::iota(data.byName.begin(), data.byName.end(), 0U);
-    std::sort(data.byName.begin(), data.byName.end(),
-              [&data](unsigned int a, unsigned int b) { return data.parts[a]->name < data.parts[b]->name; });
-    for (unsigned int i = 0; i < data.parts.size(); ++i) {
-        data.parts[i]->id = i;
-        data.parts[i]->_data->behaviour = data.behaviour;
-        if (holdsNodes(data.parts[i]->dataType))
-            data.nodeParts.push_back(i);
-    }
 }
 
 void collectBases(const catalogue::NodeEntry& entry, std::vector<std::string_view>& bases)
@@ -133,6 +103,21 @@ unsigned int NodeType::getTypeVec(std::vector<NodeType*>& types, int instantiabl
     return static_cast<unsigned int>(types.size());
 }
 
+void finishParts(NodeType::Data& data)
+{
+    data.hasParts = true;
+    data.byName.resize(data.parts.size());
+    std::iota(data.byName.begin(), data.byName.end(), 0U);
+    std::sort(data.byName.begin(), data.byName.end(),
+              [&data](unsigned int a, unsigned int b) { return data.parts[a]->name < data.parts[b]->name; });
+    for (unsigned int i = 0; i < data.parts.size(); ++i) {
+        data.parts[i]->id = i;
+        data.parts[i]->_data->behaviour = data.behaviour;
+        if (holdsNodes(data.parts[i]->dataType))
+            data.nodeParts.push_back(i);
+    }
+}
+
 void makeParts(NodeType::Data& data)
 {
     if (data.entry) {
@@ -142,20 +127,6 @@ void makeParts(NodeType::Data& data)
         collectBases(*data.entry, data.bases);
     }
     finishParts(data);
-}
-
-void countNode(NodeType& type, int change)
-{
-    NodeType::Data& data = *type.data();
-    if (!type.isProto())
-        return;
-    data.nodeCount += static_cast<std::size_t>(change);
-    if (data.nodeCount == 0) {
-        const std::shared_ptr<NodeType> last = std::move(data.kept);
-        data.kept.reset();
-    } else if (!data.kept) {
-        data.kept = data.self.lock();
-    }
 }
 
 TypeBehaviour& behaviourOf(std::string_view name)
@@ -230,27 +201,6 @@ bool isOfType(const NodeType& type, std::string_view name)
 {
     const std::vector<std::string_view>& bases = typeData(type).bases;
     return type.name == name || std::find(bases.begin(), bases.end(), name) != bases.end();
-}
-
-std::shared_ptr<NodeType> createPrototype(std::string_view name, const std::vector<PartDeclaration>& parts)
-{
-    auto type = std::make_shared<ProtoType>(name);
-    NodeType::Data& data = *type->data();
-    data.self = type;
-    std::unordered_set<std::string_view> names;
-    for (const PartDeclaration& part : parts) {
-        if (!isValueType(part.dataType) || !names.insert(part.name).second)
-            continue;
-        auto desc = std::make_unique<NodePartDesc>();
-        desc->name = part.name;
-        desc->dataType = part.dataType;
-        desc->partType = part.partType;
-        desc->defaultValue = part.defaultValue;
-        desc->description = part.description;
-        data.parts.push_back(std::move(desc));
-    }
-    finishParts(data);
-    return type;
 }
 
 } // namespace Orvane

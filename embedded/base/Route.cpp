@@ -29,13 +29,26 @@ bool mayConnect(EventOutSlot& outSlot, EventInSlot& inSlot, Route::Type type)
            !outSlot.findRoute(&inSlot);
 }
 
+/// Fields that stand for each other hand on their values both ways.
+void pairWithOpposite(LiveRoute& route)
+{
+    EventOutSlot* const back = route.inSlot()->field()->_outSlot;
+    Route* const opposite = back ? back->findRoute(route.outSlot()->field()->_inSlot) : nullptr;
+    if (!opposite || opposite->type() != Route::IS_RT)
+        return;
+    route.opposite = static_cast<LiveRoute*>(opposite);
+    route.opposite->opposite = &route;
+}
+
 } // namespace
 
 Route* Route::create(EventOutSlot& outSlot, EventInSlot& inSlot, Type type)
 {
     if (!mayConnect(outSlot, inSlot, type))
         return nullptr;
-    Route* const route = new LiveRoute(outSlot, inSlot, type); // the slots own it
+    auto* const route = new LiveRoute(outSlot, inSlot, type); // the slots own it
+    if (type == IS_RT)
+        pairWithOpposite(*route);
     _newObject.fire(timeOf(*outSlot.field()->node()), route);
     return outSlot.findRoute(&inSlot); // an observer may have deleted it
 }

@@ -14,6 +14,8 @@
 
 namespace Orvane {
 
+struct PrototypeData;
+
 /// What pools have registered for a type. Stays at its place for the life of the process.
 struct TypeBehaviour
 {
@@ -34,6 +36,9 @@ struct NodePartDesc::Data
 /// The parts of a type, made when the type is first used.
 struct NodeType::Data
 {
+    Data();
+    ~Data();
+
     const catalogue::NodeEntry* entry = nullptr; ///< null for prototypes and unknown types
     const TypeBehaviour* behaviour = nullptr;
     bool hasParts = false;
@@ -42,9 +47,7 @@ struct NodeType::Data
     std::vector<unsigned int> nodeParts; ///< parts that hold links to nodes
     std::vector<std::string_view> bases; ///< all abstract types above, direct or not
 
-    std::size_t nodeCount = 0;      ///< living nodes of a prototype's type
-    std::weak_ptr<NodeType> self;   ///< of a prototype's type
-    std::shared_ptr<NodeType> kept; ///< the same while it has nodes
+    std::unique_ptr<PrototypeData> prototype; ///< null for other types
 };
 
 /// Makes the parts of a type.
@@ -59,7 +62,10 @@ inline NodeType::Data& typeData(const NodeType& type)
     return data;
 }
 
-/// A node of the type has come into being, or has gone.
+/// Numbers the parts and makes the look-ups over them.
+void finishParts(NodeType::Data& data);
+
+/// A node of the type has come into being, or has gone; the type of a prototype may end with it.
 void countNode(NodeType& type, int change);
 
 /// What pools have registered for the type called \a name.
