@@ -1,0 +1,171 @@
+// What showing a node costs: its rows, the rows of a field of a million values, and a picture of the tree.
+#include "LineReporter.h"
+#include "QorMFieldItem.h"
+#include "QorNodeModel.h"
+#include "base/Graph.h"
+#include "base/NodeClass.h"
+#include <Orvane/Context.h>
+#include <Orvane/Field.h>
+#include <Orvane/MFFloat.h>
+#include <Orvane/MFString.h>
+#include <Orvane/MFVec3f.h>
+#include <Orvane/Node.h>
+#include <Orvane/NodeType.h>
+#include <QtGui/QPixmap>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QTreeView>
+#include <benchmark/benchmark.h>
+#include <string>
+
+namespace {
+
+using namespace Orvane;
+using namespace Orvane::Qt4;
+
+constexpr int FieldCount = 60;
+constexpr int ValueCount = 1000000;
+
+/// A node of fields of the benchmark's own.
+class ShownNode
+{
+public:
+    ShownNode()
+        : _context(Context::create())
+        , _node(createNode(*_context, *findType("Script"), HOST_NC))
+    {
+    }
+    ShownNode(const ShownNode&) = delete;
+    ShownNode& operator=(const ShownNode&) = delete;
+    ~ShownNode()
+    {
+        _node = NodeRef();
+        _context->subRef();
+    }
+
+    Node* get() const { return _node.get(); }
+    template <class F>
+    F& add(const char* name, NodePartDataType type)
+    {
+        return static_cast<F&>(*addField(*_node, name, type, EXPOSEDFIELDP));
+    }
+    /// Adds fields of all kinds until there are as many.
+    void fillTo(int count)
+    {
+        const NodePartDataType types[] = {SFBOOL_DT,   SFFLOAT_DT, SFVEC3F_DT, SFSTRING_DT,
+                                          MFSTRING_DT, MFFLOAT_DT, SFCOLOR_DT, MFVEC3F_DT};
+        for (int i = 0; static_cast<int>(_node->partDescCount()) < count; ++i) {
+            Field* field = addField(*_node, "field" + std::to_string(i), types[i % 8], EXPOSEDFIELDP);
+            if (auto* floats = dynamic_cast<MFFloat*>(field))
+                floats->editValues().assign(50, 0.1F);
+            if (auto* points = dynamic_cast<MFVec3f*>(field))
+                points->editValues().assign(50, osg::Vec3f(0.1F, 0.2F, 0.3F));
+        }
+    }
+
+private:
+    Context* _context;
+    NodeRef _node;
+};
+
+void rowsOfNode(benchmark::State& state)
+{
+    ShownNode node;
+    node.fillTo(FieldCount);
+    for (auto _ : state) {
+        const QorNodeModel model(node.get(), nullptr);
+        if (model.rowCount() < FieldCount)
+            state.SkipWithError("fields are missing");
+    }
+}
+
+void rowsOfLargeField(benchmark::State& state)
+{
+    ShownNode node;
+    node.add<MFFloat>("values", MFFLOAT_DT).editValues().assign(ValueCount, 0.1F);
+    node.fillTo(FieldCount);
+    for (auto _ : state) {
+        const QorNodeModel model(node.get(), nullptr);
+        benchmark::DoNotOptimize(model.rowCount());
+    }
+}
+
+/// The press that fills the rows of a delayed field.
+void fill(benchmark::State& state, Field& field)
+{
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto item = std::make_unique<QorMFieldItem>(&field, nullptr);
+        // The placeholder would be left alive.
+        item->removeChild(item->child(0));
+        state.ResumeTiming();
+        item->updateChildValues(true);
+        state.PauseTiming();
+        if (item->childCount() != ValueCount || item->getStringValue(ValueCount - 1).isEmpty())
+            state.SkipWithError("values are missing");
+        item.reset();
+        state.ResumeTiming();
+    }
+}
+
+void fillFloats(benchmark::State& state)
+{
+    ShownNode node;
+    auto& field = node.add<MFFloat>("values", MFFLOAT_DT);
+    for (int i = 0; i < ValueCount; ++i)
+        field.editValues().push_back(static_cast<float>(i) * 0.37F);
+    fill(state, field);
+}
+
+void fillPoints(benchmark::State& state)
+{
+    ShownNode node;
+    auto& field = node.add<MFVec3f>("values", MFVEC3F_DT);
+    for (int i = 0; i < ValueCount; ++i)
+        field.editValues().emplace_back(static_cast<float>(i) * 0.37F, 0.1F, static_cast<float>(-i));
+    fill(state, field);
+}
+
+void fillStrings(benchmark::State& state)
+{
+    ShownNode node;
+    auto& field = node.add<MFString>("values", MFSTRING_DT);
+    for (int i = 0; i < ValueCount; ++i)
+        field.addValue("value " + std::to_string(i));
+    fill(state, field);
+}
+
+/// A tree view draws its visible rows afresh.
+void paint(benchmark::State& state, int fieldCount)
+{
+    ShownNode node;
+    node.fillTo(fieldCount);
+    QorNodeModel model(node.get(), nullptr);
+    QTreeView view;
+    view.resize(600, 400);
+    view.setModel(&model);
+    view.show();
+    QCoreApplication::processEvents();
+    QPixmap picture(view.viewport()->size());
+    for (auto _ : state)
+        view.viewport()->render(&picture);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QApplication app(argc, argv);
+    const auto add = [](const char* name, auto run) { return benchmark::RegisterBenchmark(name, run); };
+    add("rows_of_60_fields", rowsOfNode)->Unit(benchmark::kMicrosecond);
+    add("rows_of_60_fields_1m_values", rowsOfLargeField)->Unit(benchmark::kMicrosecond);
+    add("fill_1m_floats", fillFloats)->Unit(benchmark::kMillisecond);
+    add("fill_1m_points", fillPoints)->Unit(benchmark::kMillisecond);
+    add("fill_1m_strings", fillStrings)->Unit(benchmark::kMillisecond);
+    add("paint_tree_of_60_fields", [](benchmark::State& state) {
+        paint(state, 60);
+    })->Unit(benchmark::kMicrosecond);
+    add("paint_tree_of_600_fields", [](benchmark::State& state) {
+        paint(state, 600);
+    })->Unit(benchmark::kMicrosecond);
+    return runBenchmarks(argc, argv);
+}
