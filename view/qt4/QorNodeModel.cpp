@@ -8,6 +8,7 @@
 #include <Orvane/Field.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>
+#include <QtCore/QCoreApplication>
 #include <QtCore/QTime>
 
 namespace Orvane::Qt4 {
@@ -16,6 +17,12 @@ namespace {
 
 const int ColumnCount = 10;
 const int MultiField = 1;
+
+/// Translates in the context of the class alone: that of its own `tr` has the namespaces in front.
+struct Header
+{
+    Q_DECLARE_TR_FUNCTIONS(QorNodeModel)
+};
 
 /// The last of \a count rows from \a row on; wraps round instead of overflowing.
 int lastRow(int row, int count)
@@ -55,27 +62,27 @@ QString QorNodeModel::fieldColumnName(const FieldColumn& column)
 {
     switch (column) {
     case FieldName:
-        return tr("Fieldname");
+        return Header::tr("Fieldname");
     case FieldValue:
-        return tr("Fieldvalue");
+        return Header::tr("Fieldvalue");
     case DataType:
-        return tr("Datatype");
+        return Header::tr("Datatype");
     case FieldType:
-        return tr("Fieldtype");
+        return Header::tr("Fieldtype");
     case ID:
-        return tr("ID");
+        return Header::tr("ID");
     case ValueRestriction:
-        return tr("Value restriction");
+        return Header::tr("Value restriction");
     case ValueType:
-        return tr("Valuetype");
+        return Header::tr("Valuetype");
     case DefaultValue:
-        return tr("Default value");
+        return Header::tr("Default value");
     case AutoProcess:
-        return tr("Auto process");
+        return Header::tr("Auto process");
     case Extension:
-        return tr("Extension");
+        return Header::tr("Extension");
     }
-    return tr("Unknown");
+    return Header::tr("Unknown");
 }
 
 QModelIndex QorNodeModel::index(int row, int column, const QModelIndex& parent) const
