@@ -11,11 +11,14 @@
 #include <Orvane/MFVec3f.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodeType.h>
+#include <Orvane/SFFloat.h>
 #include <QtGui/QPixmap>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QTreeView>
 #include <benchmark/benchmark.h>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -134,11 +137,10 @@ void fillStrings(benchmark::State& state)
     fill(state, field);
 }
 
-/// A tree view draws its visible rows afresh.
-void paint(benchmark::State& state, int fieldCount)
+/// A tree view draws its visible rows afresh, after \a change.
+template <class Change>
+void paint(benchmark::State& state, const ShownNode& node, Change change)
 {
-    ShownNode node;
-    node.fillTo(fieldCount);
     QorNodeModel model(node.get(), nullptr);
     QTreeView view;
     view.resize(600, 400);
@@ -146,8 +148,43 @@ void paint(benchmark::State& state, int fieldCount)
     view.show();
     QCoreApplication::processEvents();
     QPixmap picture(view.viewport()->size());
-    for (auto _ : state)
+    for (auto _ : state) {
+        change();
         view.viewport()->render(&picture);
+    }
+}
+
+void paintFields(benchmark::State& state, int count)
+{
+    ShownNode node;
+    node.fillTo(count);
+    paint(state, node, [] {});
+}
+
+/// Every row has changed since it was painted.
+void paintChangedFields(benchmark::State& state)
+{
+    ShownNode node;
+    std::vector<SFFloat*> fields;
+    for (int i = 0; i < 5000; ++i)
+        fields.push_back(&node.add<SFFloat>(("field" + std::to_string(i)).c_str(), SFFLOAT_DT));
+    float value = 0.0F;
+    paint(state, node, [&] {
+        value += 0.25F;
+        for (SFFloat* field : fields)
+            field->setValue(0.0, value, Field::EXTERNAL_CT);
+    });
+}
+
+/// What a notification looks for: the cell of the field in the last row.
+void findCell(benchmark::State& state)
+{
+    ShownNode node;
+    node.fillTo(FieldCount);
+    const QorNodeModel model(node.get(), nullptr);
+    Field* const last = node.get()->findField(0U);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(model.index(last).isValid());
 }
 
 } // namespace
@@ -161,11 +198,13 @@ int main(int argc, char** argv)
     add("fill_1m_floats", fillFloats)->Unit(benchmark::kMillisecond);
     add("fill_1m_points", fillPoints)->Unit(benchmark::kMillisecond);
     add("fill_1m_strings", fillStrings)->Unit(benchmark::kMillisecond);
+    add("cell_of_last_of_60_fields", findCell)->Unit(benchmark::kNanosecond);
     add("paint_tree_of_60_fields", [](benchmark::State& state) {
-        paint(state, 60);
+        paintFields(state, 60);
     })->Unit(benchmark::kMicrosecond);
     add("paint_tree_of_600_fields", [](benchmark::State& state) {
-        paint(state, 600);
+        paintFields(state, 600);
     })->Unit(benchmark::kMicrosecond);
+    add("change_and_paint_5000_fields", paintChangedFields)->Unit(benchmark::kMicrosecond);
     return runBenchmarks(argc, argv);
 }

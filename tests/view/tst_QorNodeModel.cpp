@@ -456,6 +456,10 @@ void tst_QorNodeModel::setDataHandsTheTextToTheField()
     QCOMPARE(value(node, 1), QStringLiteral("42"));
     QVERIFY(model.setData(model.index(1, 1), QStringLiteral("")));
     QCOMPARE(node.field(0)->valueToString(), std::string());
+    QVERIFY(model.setData(model.index(1, 1), QString::fromLatin1("up to here\0not this", 19)));
+    QCOMPARE(value(node), QStringLiteral("up to here"));
+    QVERIFY(model.setData(model.index(1, 1), QString(QChar(0x6f22))));
+    QCOMPARE(node.field(0)->valueToString(), std::string("\xe6\xbc\xa2"));
     QVERIFY(model.signalNames.isEmpty());
     QVERIFY(log.take().isEmpty());
 }
