@@ -1,15 +1,20 @@
+#include "navigation/NavigatorCommands.h"
 #include <Orvane/NavigatorProc.h>
-
 #include <vector>
 
 namespace Orvane {
 
 namespace {
 
-/// The messages in the order in which hosts show them. A message stands here when a navigator acts on it.
+/// The messages of all commands. Each has its icon where hosts have one for it.
 std::vector<NavigatorProc::Message>& messages()
 {
-    static std::vector<NavigatorProc::Message> list;
+    static std::vector<NavigatorProc::Message> list = [] {
+        std::vector<NavigatorProc::Message> result;
+        for (const NavigatorCommand& command : NavigatorCommands())
+            result.push_back({command.name, command.description});
+        return result;
+    }();
     return list;
 }
 

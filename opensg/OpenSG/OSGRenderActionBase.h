@@ -33,6 +33,8 @@ public:
     /// it.
     void setFrontFace(UInt32 sense) { _frontFace = sense; }
     UInt32 getFrontFace() const { return _frontFace; }
+    /// For chunks: how the viewport wants faces drawn.
+    UInt32 getPolygonMode() const { return _polygonMode; }
 
 protected:
     RenderActionBase() = default;
@@ -43,6 +45,7 @@ private:
     bool _vertexColors = false;
     bool _transparentPass = false;
     UInt32 _frontFace = 0x0901;
+    UInt32 _polygonMode = 0x1B02;
     Window* _window = nullptr;
     Viewport* _viewport = nullptr;
     Matrix _viewing;

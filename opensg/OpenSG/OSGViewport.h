@@ -85,6 +85,11 @@ public:
     void addForeground(const ForegroundPtr& foreground);
     void clearForegrounds();
 
+    /// How faces are drawn whose material does not say: 0x1B00 as points, 0x1B01 as lines, 0x1B02 filled, as
+    /// in GL. Default: filled.
+    UInt32 getPolygonMode() const { return _polygonMode; }
+    void setPolygonMode(UInt32 mode) { _polygonMode = mode; }
+
     /// A node is drawn when its own mask shares a bit with this one.
     UInt32 getTravMask() const { return _travMask; }
     void setTravMask(UInt32 mask) { _travMask = mask; }
@@ -108,6 +113,7 @@ private:
     Real32 _bottom = 0;
     Real32 _top = 0;
     UInt32 _travMask = ~UInt32(0);
+    UInt32 _polygonMode = 0x1B02;
     WindowPtr _parent;
     CameraPtr _camera;
     NodePtr _root;

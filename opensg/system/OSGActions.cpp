@@ -12,6 +12,7 @@ void RenderActionBase::setViewport(Viewport* viewport)
 {
     _viewport = viewport;
     _window = viewport ? viewport->getParent().getCPtr() : nullptr;
+    _polygonMode = viewport ? viewport->getPolygonMode() : 0x1B02;
     _viewing.setIdentity();
     _projection.setIdentity();
     if (!viewport || !viewport->getCamera())

@@ -98,7 +98,7 @@ void PolygonChunk::deactivate(RenderActionBase& action, UInt32)
         glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_TRUE);
     }
     action.setFrontFace(COUNTERCLOCKWISE);
-    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glPolygonMode(GL_FRONT_AND_BACK, action.getPolygonMode());
     glDisable(GL_POLYGON_OFFSET_FILL);
 }
 

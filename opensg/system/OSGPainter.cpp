@@ -67,6 +67,7 @@ void Painter::begin()
     glDepthMask(GL_TRUE);
     glFrontFace(GL_CCW);
     glShadeModel(GL_SMOOTH);
+    glPolygonMode(GL_FRONT_AND_BACK, _action->getPolygonMode());
     // Matrices may scale, and normals of scenes have any length.
     glEnable(GL_NORMALIZE);
     const Real32 black[] = {0, 0, 0, 1};
@@ -93,6 +94,7 @@ void Painter::end()
     glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, GL_FALSE);
     glDisable(GL_NORMALIZE);
     glDisable(GL_DEPTH_TEST);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     glFrontFace(GL_CCW);
     glLoadIdentity();
 }
