@@ -7,6 +7,7 @@
 #include <Orvane/Types.h>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Relayne {
 class URL;
@@ -36,6 +37,15 @@ ORVANE_API NodePartDesc* partDesc(const NodeType& type, unsigned int part);
 /// The field of its parent into which a node of this type goes when the scene does not say ("children",
 /// "geometry").
 ORVANE_API std::string_view containerField(const NodeType& type);
+/// A field and the value that it has when a file says nothing.
+struct FieldDefault
+{
+    std::string_view field;
+    std::string_view value;
+};
+
+/// The fields of a type whose defaults are others in VRML97 files.
+ORVANE_API std::vector<FieldDefault> vrml97Defaults(std::string_view type);
 /// True for the type itself and for its abstract bases ("X3DGeometryNode").
 ORVANE_API bool isOfType(const NodeType& type, std::string_view name);
 

@@ -197,6 +197,15 @@ std::string_view containerField(const NodeType& type)
     return entry && !entry->isAbstract() ? entry->containerField : "children";
 }
 
+std::vector<FieldDefault> vrml97Defaults(std::string_view type)
+{
+    std::vector<FieldDefault> defaults;
+    for (const catalogue::Vrml97Default& row : catalogue::vrml97Defaults())
+        if (row.node == type)
+            defaults.push_back({row.part, row.value});
+    return defaults;
+}
+
 bool isOfType(const NodeType& type, std::string_view name)
 {
     const std::vector<std::string_view>& bases = typeData(type).bases;

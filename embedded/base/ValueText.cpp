@@ -205,7 +205,9 @@ bool Reader::read(std::string& value)
     }
     std::size_t i = 1;
     for (; i < _rest.size() && _rest[i] != '"'; ++i) {
-        const bool isEscape = _rest[i] == '\\' && i + 1 < _rest.size();
+        // Before any other character a backslash is itself: sources and patterns have many.
+        const bool isEscape = _rest[i] == '\\' && i + 1 < _rest.size() &&
+                              (_rest[i + 1] == '"' || _rest[i + 1] == '\\');
         if (isEscape)
             ++i;
         value += _rest[i];

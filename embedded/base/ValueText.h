@@ -3,6 +3,7 @@
 #include "base/ValueFields.h"
 #include <OpenSG/OSGColor.h>
 #include <OpenSG/OSGVector.h>
+#include <Orvane/Export.h>
 #include <Orvane/Image.h>
 #include <Orvane/Rotation.h>
 #include <array>
@@ -13,7 +14,7 @@
 namespace Orvane::text {
 
 /// Goes over a text value by value. Blanks, line ends and commas divide values.
-class Reader
+class ORVANE_API Reader
 {
 public:
     explicit Reader(std::string_view text)

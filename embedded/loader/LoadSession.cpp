@@ -91,6 +91,8 @@ bool LoadSession::readScene(const Relayne::URL& url, const std::string* text, Lo
 bool LoadSession::parse(SourceText& source, FileScope& scope)
 {
     const SceneFormat* format = findFormat(source.view());
+    if (!format)
+        format = findFormatWithoutHeader(source.view(), scope.messages.file());
     if (!format) {
         scope.messages.error({}, "expected " + readableFormats() + ", found " + foundFormat(source.view()));
         return false;

@@ -2,6 +2,7 @@
 
 #include "base/Graph.h"
 #include "base/SceneLoader.h"
+#include "loader/ClassicReader.h"
 #include "loader/LoadMessages.h"
 #include "loader/LoadSession.h"
 #include "loader/XmlReader.h"
@@ -74,6 +75,8 @@ const std::vector<SceneFormat>& sceneFormats()
 {
     static const std::vector<SceneFormat> formats = {
         {"X3D XML", {"x3d", "x3dz"}, isXml, readXml, writeXml},
+        {"X3D Classic", {"x3dv", "x3dvz"}, isClassic, readClassic, nullptr, true},
+        {"VRML97", {"wrl", "wrz", "vrml"}, isVrml97, readVrml97, nullptr, true},
     };
     return formats;
 }
@@ -101,6 +104,13 @@ const SceneFormat* formatOfSuffix(const std::string& path)
     return nullptr;
 }
 
+const SceneFormat* findFormatWithoutHeader(std::string_view text, const std::string& path)
+{
+    const SceneFormat* format = formatOfSuffix(path);
+    const bool isOther = startsWith(text, "#VRML V1.0") || startsWith(text, "#Inventor");
+    return format && format->mayLackHeader && !isOther && !text.empty() ? format : nullptr;
+}
+
 std::string readableFormats()
 {
     std::string names;
@@ -115,11 +125,9 @@ std::string foundFormat(std::string_view text)
         return "an empty file";
     if (startsWith(text, "#VRML V1.0"))
         return "VRML 1.0";
-    if (startsWith(text, "#VRML V2.0"))
-        return "VRML97";
-    if (startsWith(text, "#X3D"))
-        return "X3D in classic encoding";
-    return quoted(text.substr(0, text.find('\n')));
+    if (startsWith(text, "#Inventor"))
+        return "Open Inventor";
+    return quoted(text.substr(0, text.find_first_of("\r\n")));
 }
 
 int GraphLoader::getFormatList(std::list<std::string>& formats, FormatStyle style)

@@ -22,12 +22,17 @@ struct SceneFormat
     /// encoding; the text may be written into.
     bool (*read)(SourceText& text, SceneSink& sink, LoadMessages& messages);
     SceneWriter write;
+    /// A file of such a suffix is read even if its text does not begin as the encoding does.
+    bool mayLackHeader = false;
 };
 
 /// All encodings that this runtime reads, in the order in which file dialogs show them.
 const std::vector<SceneFormat>& sceneFormats();
 /// The encoding in which a text is written, whatever its file is called; null when it is none of them.
 const SceneFormat* findFormat(std::string_view text);
+/// The encoding in which a text may be read that begins as none does, by the name of its file; null when
+/// there is none.
+const SceneFormat* findFormatWithoutHeader(std::string_view text, const std::string& path);
 /// The encoding of a file name's suffix; null when it is none of them.
 const SceneFormat* formatOfSuffix(const std::string& path);
 

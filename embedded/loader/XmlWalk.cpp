@@ -1,5 +1,6 @@
 #include "loader/XmlWalk.h"
 
+#include "loader/AccessWord.h"
 #include "loader/LoadMessages.h"
 #include "loader/SceneSink.h"
 #include "loader/SourceText.h"
@@ -14,19 +15,6 @@ using pugi::xml_attribute;
 using pugi::xml_node;
 
 namespace {
-
-NodePartType accessOf(std::string_view word)
-{
-    if (word == "inputOutput" || word == "exposedField")
-        return EXPOSEDFIELDP;
-    if (word == "initializeOnly" || word == "field")
-        return FIELDP;
-    if (word == "inputOnly" || word == "eventIn")
-        return EVENTINP;
-    if (word == "outputOnly" || word == "eventOut")
-        return EVENTOUTP;
-    return NO_PART;
-}
 
 /// Attributes that every element may bear and that say nothing about the scene.
 bool saysNothing(std::string_view attribute)
@@ -328,7 +316,7 @@ void XmlWalk::beginField(xml_node node)
         warn(type ? place(type) : declaration.place,
              "field: expected a data type, found " + quoted(type.value()));
     const xml_attribute access = node.attribute("accessType");
-    declaration.access = accessOf(access.value());
+    declaration.access = accessOfWord(access.value());
     if (declaration.access == NO_PART)
         warn(access ? place(access) : declaration.place,
              "field: expected initializeOnly, inputOnly, outputOnly or inputOutput, found " +

@@ -29,13 +29,6 @@ struct PartDescription
     std::string_view text;
 };
 
-struct Vrml97Default
-{
-    std::string_view node;
-    std::string_view part;
-    std::string_view value;
-};
-
 #include "tables/Abstract.inc"
 #include "tables/Aliases.inc"
 #include "tables/CADGeometry.inc"
@@ -179,7 +172,7 @@ constexpr bool nameFields(Rows<Vrml97Default> defaults)
 static_assert(leadToNodes(nodeAliases) && leadToFields(vrml97Names) && leadToFields(x3dNames),
               "an older name must lead to a name that exists, and be none itself");
 static_assert(areSortedAndNameFields(partDescriptions), "descriptions are found by bisection");
-static_assert(nameFields(vrml97Defaults), "a VRML97 default must belong to a field that exists");
+static_assert(nameFields(changedDefaults), "a VRML97 default must belong to a field that exists");
 
 } // namespace
 
@@ -266,9 +259,14 @@ std::string_view vrml97Name(const NodeEntry& node, std::string_view name)
     return name;
 }
 
+Rows<Vrml97Default> vrml97Defaults()
+{
+    return changedDefaults;
+}
+
 std::string_view vrml97Default(const NodeEntry& node, const PartEntry& part)
 {
-    for (const Vrml97Default& row : vrml97Defaults)
+    for (const Vrml97Default& row : changedDefaults)
         if (row.part == part.name && row.node == node.name)
             return row.value;
     return part.defaultValue;

@@ -117,6 +117,16 @@ std::string_view fieldAlias(const NodeEntry& node, std::string_view name);
 /// Name of the field \a name of \a node in VRML97; \a name itself when it is the same there.
 std::string_view vrml97Name(const NodeEntry& node, std::string_view name);
 
+/// A field whose default is another in VRML97 files.
+struct Vrml97Default
+{
+    std::string_view node;
+    std::string_view part;
+    std::string_view value;
+};
+
+Rows<Vrml97Default> vrml97Defaults();
+
 /// Default of the field in VRML97 files; the same as `PartEntry::defaultValue` but for a few fields.
 std::string_view vrml97Default(const NodeEntry& node, const PartEntry& part);
 

@@ -111,8 +111,16 @@ private:
             for (std::size_t i = 0; i < firstNodes.size(); ++i)
                 visit(firstNodes[i], secondNodes[i], fieldPath + QStringLiteral("[%1]").arg(i));
         }
-        if (first.partDescCount() != second.partDescCount())
+        if (visibleParts(first) != visibleParts(second))
             differ(path, QStringLiteral("not as many fields"));
+    }
+
+    static int visibleParts(Node& node)
+    {
+        int count = 0;
+        for (unsigned int part = 0; part < node.partDescCount(); ++part)
+            count += node.findField(part)->_desc->privateAccess() ? 0 : 1;
+        return count;
     }
 
     static std::vector<std::pair<Node*, std::string>> routes(Node& node)

@@ -60,11 +60,12 @@ void tst_BadScenes::whatIsNoSceneIsRefusedWithItsReason_data()
     const auto row = [](const char* name, const QByteArray& bytes, const char* message) {
         QTest::newRow(name) << bytes << QString::fromLatin1(message);
     };
-    row("empty", {}, "expected X3D XML, found an empty file");
-    row("binary", QByteArray("\x89PNG\r\n\x1a\n"), "expected X3D XML, found \"\x89PNG\"");
+    row("empty", {}, "expected X3D XML or X3D Classic or VRML97, found an empty file");
+    row("binary", QByteArray("\x89PNG\r\n\x1a\n"),
+        "expected X3D XML or X3D Classic or VRML97, found \"\x89PNG\"");
     row("zero bytes", QByteArray(1000, '\0'), "1:1: expected text, found a zero byte");
     row("other XML", "<html><body/></html>", "1:1: expected the root element X3D, found \"html\"");
-    row("VRML 1.0", "#VRML V1.0 ascii\n", "expected X3D XML, found VRML 1.0");
+    row("VRML 1.0", "#VRML V1.0 ascii\n", "expected X3D XML or X3D Classic or VRML97, found VRML 1.0");
     row("packed rubbish", QByteArray("\x1f\x8b\x08rubbish that is no stream"),
         "expected a gzip stream, found damaged data");
 }
@@ -200,8 +201,10 @@ void tst_BadScenes::foreignScenesLoadOrSayWhy_data()
     const QString folder = qEnvironmentVariable("ORVANE_SCENES");
     if (folder.isEmpty())
         QSKIP("ORVANE_SCENES names no folder of further scenes");
-    QDirIterator files(folder, {QStringLiteral("*.x3d"), QStringLiteral("*.x3dz")}, QDir::Files,
-                       QDirIterator::Subdirectories);
+    QDirIterator files(folder,
+                       {QStringLiteral("*.x3d"), QStringLiteral("*.x3dz"), QStringLiteral("*.x3dv"),
+                        QStringLiteral("*.wrl")},
+                       QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext()) {
         const QString path = files.next();
         QTest::newRow(qPrintable(QDir(folder).relativeFilePath(path))) << path;

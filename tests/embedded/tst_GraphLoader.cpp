@@ -18,6 +18,8 @@ void tst_GraphLoader::formatsComeWithTheirSuffixes()
     const int count = GraphLoader::getFormatList(filters, GraphLoader::FILTER_FS);
     QCOMPARE(static_cast<std::size_t>(count), filters.size());
     QCOMPARE(filters.front(), std::string("X3D XML (*.x3d *.x3dz)"));
+    QCOMPARE(*std::next(filters.begin()), std::string("X3D Classic (*.x3dv *.x3dvz)"));
+    QCOMPARE(filters.back(), std::string("VRML97 (*.wrl *.wrz *.vrml)"));
     std::list<std::string> names;
     QCOMPARE(GraphLoader::getFormatList(names, GraphLoader::PLAIN_FS), count);
     QCOMPARE(names.front(), std::string("X3D XML"));

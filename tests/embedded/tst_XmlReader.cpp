@@ -1,103 +1,10 @@
+#include "SinkRecorder.h"
 #include "loader/LoadMessages.h"
-#include "loader/SceneSink.h"
 #include "loader/SourceText.h"
 #include "loader/XmlReader.h"
 #include <QtTest>
 
 using namespace Orvane;
-
-namespace {
-
-/// Writes down what it hears, one line an event.
-class Recorder : public SceneSink
-{
-public:
-    QStringList events;
-    int nodeLimit = 1000000;
-
-    void head(const HeadStatement& s) override
-    {
-        static const char* const kinds[] = {"profile", "component", "unit", "meta"};
-        add(QStringLiteral("%1 %2=%3").arg(QLatin1String(kinds[s.kind]), text(s.name), text(s.content)));
-    }
-    bool beginNode(const NodeStart& s) override
-    {
-        add(QStringLiteral("%1%2 %3 %4 %5:%6")
-                .arg(QLatin1String(s.isInstance ? "instance " : "node "), text(s.type), text(s.name),
-                     text(s.containerField))
-                .arg(s.place.line)
-                .arg(s.place.column));
-        return --nodeLimit >= 0;
-    }
-    void endNode() override { add(QStringLiteral("end")); }
-    void useNode(const NodeUse& u) override
-    {
-        add(QStringLiteral("use %1 %2 %3").arg(text(u.type), text(u.name), text(u.containerField)));
-    }
-    NodePartDataType fieldType(std::string_view) override { return NO_DT; }
-    void fieldValue(std::string_view field, std::string_view value, SourcePlace place) override
-    {
-        add(QStringLiteral("value %1=%2 %3:%4")
-                .arg(text(field), text(value))
-                .arg(place.line)
-                .arg(place.column));
-    }
-    void beginFieldNodes(std::string_view field, SourcePlace) override
-    {
-        add(QStringLiteral("nodes of ") + text(field));
-    }
-    void endFieldNodes() override { add(QStringLiteral("end nodes")); }
-    void sourceText(std::string_view source, SourcePlace place) override
-    {
-        add(QStringLiteral("text %1 %2:%3").arg(text(source)).arg(place.line).arg(place.column));
-    }
-    void beginDeclaration(const FieldDeclaration& d) override
-    {
-        add(QStringLiteral("field %1 %2 %3 %4")
-                .arg(text(d.name))
-                .arg(d.dataType)
-                .arg(d.access)
-                .arg(d.hasValue ? text(d.value) : QStringLiteral("-")));
-    }
-    void endDeclaration() override { add(QStringLiteral("end field")); }
-    void isConnection(std::string_view node, std::string_view proto, SourcePlace) override
-    {
-        add(QStringLiteral("is %1 %2").arg(text(node), text(proto)));
-    }
-    void route(const RouteStatement& r) override
-    {
-        add(QStringLiteral("route %1.%2 %3.%4")
-                .arg(text(r.fromNode), text(r.fromField), text(r.toNode), text(r.toField)));
-    }
-    void importNode(const ExchangeStatement& s) override
-    {
-        add(QStringLiteral("import %1.%2 as %3").arg(text(s.inlineName), text(s.exportedName), text(s.name)));
-    }
-    void exportNode(const ExchangeStatement& s) override
-    {
-        add(QStringLiteral("export %1 as %2").arg(text(s.exportedName), text(s.name)));
-    }
-    void beginProto(std::string_view name, SourcePlace) override
-    {
-        add(QStringLiteral("proto ") + text(name));
-    }
-    void beginProtoBody() override { add(QStringLiteral("body")); }
-    void endProto() override { add(QStringLiteral("end proto")); }
-    void beginExternProto(std::string_view name, std::string_view urls, SourcePlace) override
-    {
-        add(QStringLiteral("extern %1 %2").arg(text(name), text(urls)));
-    }
-    void endExternProto() override { add(QStringLiteral("end extern")); }
-
-private:
-    static QString text(std::string_view view)
-    {
-        return QString::fromUtf8(view.data(), static_cast<int>(view.size()));
-    }
-    void add(const QString& event) { events << event; }
-};
-
-} // namespace
 
 class tst_XmlReader : public QObject
 {
@@ -126,7 +33,7 @@ private:
     bool read(const std::string& text);
     QStringList scene(const std::string& nodes);
 
-    Recorder _recorder;
+    SinkRecorder _recorder;
     LoadReport _report;
 };
 

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <Orvane/NodePartType.h>
+#include <string_view>
+
+namespace Orvane {
+
+/// What a word of X3D or VRML97 lets a field do ("inputOutput", "exposedField"); `NO_PART` for other words.
+NodePartType accessOfWord(std::string_view word);
+
+} // namespace Orvane
