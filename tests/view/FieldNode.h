@@ -45,7 +45,7 @@ public:
         ++conversions;
         return text;
     }
-    int cardinality() const override { return 1; }
+    int cardinality() const override { return lists; }
     unsigned int size() const override { return count; }
     void clear() override { count = 0; }
     bool parseValue(std::string_view, std::string&) override { return false; }
@@ -55,5 +55,6 @@ public:
     Orvane::NodePartDesc desc;
     std::string text;
     unsigned int count;
+    int lists = 1; ///< the answer of `cardinality`
     mutable int conversions = 0;
 };

@@ -4,6 +4,7 @@
 #include "QorMFieldValueItem.h"
 #include "QorNodeModel.h"
 #include "QorSFieldItem.h"
+#include "tinyruntime/Runtime.h"
 #include <Orvane/FieldType.h>
 #include <Orvane/MFBool.h>
 #include <Orvane/MFString.h>
@@ -104,6 +105,7 @@ private slots:
     void privateFieldsHaveNoRow();
     void aNodeWithoutAPublicFieldGivesNoRows();
     void rowsGoByCardinality();
+    void aFieldOfUnknownCardinalityCountsAsSingle();
     void buildingIsTimed();
     void aModelWithoutNodeIsEmpty();
     void setNodeBuildsTheRowsAnewInSilence();
@@ -201,6 +203,22 @@ void tst_QorNodeModel::rowsGoByCardinality()
     QVERIFY(itemOf(model.index(2, 0))->toSFieldItem());
     QVERIFY(itemOf(model.index(1, 0))->toMFieldItem());
     QVERIFY(itemOf(model.index(0, 0))->toMFieldItem());
+}
+
+void tst_QorNodeModel::aFieldOfUnknownCardinalityCountsAsSingle()
+{
+    const FieldNode node({});
+    auto field = std::make_unique<SaidField>("1, 2", 2);
+    field->lists = 2;
+    node.get()->data()->fields.push_back(std::move(field));
+    QorNodeModel model(node.get(), nullptr);
+    const QModelIndex row = model.index(0, 0);
+    QVERIFY(itemOf(row)->toSFieldItem());
+    LogCapture log(osg::LOG_WARNING);
+    QVERIFY(!model.insertRows(0, 1, row));
+    QCOMPARE(log.take().size(), 1);
+    QVERIFY(!model.removeRows(0, 1, row));
+    QVERIFY(log.take().isEmpty());
 }
 
 void tst_QorNodeModel::buildingIsTimed()
