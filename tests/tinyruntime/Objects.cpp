@@ -26,9 +26,18 @@ struct Subject::Data
     int deliveries = 0;
     bool orphaned = false;
 
-    void compact()
+    /// Takes out the empty places of a subject that does not deliver, and its data when nobody is left.
+    static void tidy(Subject& subject)
     {
-        observers.erase(std::remove(observers.begin(), observers.end(), nullptr), observers.end());
+        Data* data = subject._data;
+        if (data->deliveries > 0)
+            return;
+        auto& list = data->observers;
+        list.erase(std::remove(list.begin(), list.end(), nullptr), list.end());
+        if (list.empty()) {
+            delete data;
+            subject._data = nullptr;
+        }
     }
 };
 
@@ -98,8 +107,7 @@ void Subject::detach(Observer& observer)
     if (place == _data->observers.end())
         return;
     *place = nullptr;
-    if (_data->deliveries == 0)
-        _data->compact();
+    Data::tidy(*this);
     auto& subjects = observer._data->subjects;
     subjects.erase(std::find(subjects.begin(), subjects.end(), this));
 }
@@ -117,7 +125,7 @@ void Subject::deliver(const double& time, BaseObject* first, BaseObject* second,
         if (data->orphaned)
             delete data;
         else
-            data->compact();
+            Data::tidy(*this);
     }
 }
 

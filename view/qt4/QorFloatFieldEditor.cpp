@@ -63,6 +63,7 @@ void QorFloatFieldEditor::setEditorData(QorFieldItem* item)
             _spinBox->setRange(-Highest, Highest);
         }
         _spinBox->setValue(double(single->value()));
+        _spinBox->selectAll();
         return;
     }
     auto* multi = dynamic_cast<Orvane::MFFloat*>(field);
@@ -72,6 +73,7 @@ void QorFloatFieldEditor::setEditorData(QorFieldItem* item)
     // Signals stay on: a value that the spin box does not yet show is committed while the editor opens.
     _spinBox->setRange(-Highest, Highest);
     _spinBox->setValue(double(multi->elem(index)));
+    _spinBox->selectAll();
 }
 
 void QorFloatFieldEditor::setModelData(QorFieldItem* item)

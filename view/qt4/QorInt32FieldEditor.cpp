@@ -67,6 +67,7 @@ void QorInt32FieldEditor::setEditorData(QorFieldItem* item)
             _spinBox->setRange(Lowest, Highest);
         }
         _spinBox->setValue(single->value());
+        _spinBox->selectAll();
         return;
     }
     auto* multi = dynamic_cast<Orvane::MFInt32*>(field);
@@ -76,6 +77,7 @@ void QorInt32FieldEditor::setEditorData(QorFieldItem* item)
     // Signals stay on: a value that the spin box does not yet show is committed while the editor opens.
     _spinBox->setRange(Lowest, Highest);
     _spinBox->setValue(multi->elem(index));
+    _spinBox->selectAll();
 }
 
 void QorInt32FieldEditor::setModelData(QorFieldItem* item)

@@ -1,0 +1,113 @@
+#pragma once
+
+#include "FieldRows.h"
+#include "QorNodeEditorTreeView.h"
+#include "QorNodeItemDelegate.h"
+#include <QtTest>
+#include <QtWidgets/QActionGroup>
+#include <QtWidgets/QMenu>
+
+/// A node editor (\a Editor is a class of them) on the screen, with a delegate of its own, over a node of the
+/// tiny runtime. It leaves nothing behind.
+template <class Editor>
+struct NodeEditorOnScreen
+{
+    explicit NodeEditorOnScreen(const std::vector<Tiny::Part>& parts, const QSize& size = QSize(700, 500))
+        : node(Tiny::makeNode(Tiny::makeType("Thing", parts)))
+        , delegate(nullptr)
+        , editor(nullptr)
+    {
+        delegate.setInitOnlyEditorEnabled(true);
+        editor.setItemDelegate(&delegate);
+        editor.setNode(node.get());
+        Tiny::reset();
+        editor.resize(size);
+        editor.show();
+        editor.activateWindow();
+        if (!QTest::qWaitForWindowActive(&editor))
+            qFatal("the editor does not come to the screen");
+        view()->setFocus();
+    }
+    ~NodeEditorOnScreen()
+    {
+        editor.setNode(nullptr);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    Orvane::Qt4::QorNodeEditorTreeView* view() const { return editor.treeView(); }
+    Orvane::Qt4::QorNodeModel* model() const { return editor.model(); }
+    Orvane::Field* field(const char* name) const { return node->findField(name, Orvane::Node::EXACT_FSO); }
+    std::string text(const char* name) const { return field(name)->valueToString(); }
+    /// The value cell of a field, and of a value of a field.
+    QModelIndex cell(const char* name) const { return model()->index(field(name)); }
+    QModelIndex cell(const char* name, int value) const { return model()->index(value, 1, row(name)); }
+    /// The first cell of the row of a field.
+    QModelIndex row(const char* name) const { return model()->index(cell(name).row(), 0); }
+
+    QPoint centre(const QModelIndex& index) const { return view()->visualRect(index).center(); }
+    void click(const QModelIndex& index, Qt::MouseButton button = Qt::LeftButton)
+    {
+        view()->scrollTo(index);
+        QTest::mouseClick(view()->viewport(), button, Qt::NoModifier, centre(index));
+    }
+    /// As a user asks for the menu of a row: a right press, and the event that the platform makes of it.
+    void askForMenu(const QPoint& place)
+    {
+        QTest::mousePress(view()->viewport(), Qt::RightButton, Qt::NoModifier, place);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, view()->viewport()->mapToGlobal(place));
+        QApplication::sendEvent(view()->viewport(), &event);
+        QTest::mouseRelease(view()->viewport(), Qt::RightButton, Qt::NoModifier, place);
+        menuAccepted = event.isAccepted();
+    }
+    void askForMenu(const QModelIndex& index)
+    {
+        view()->scrollTo(index);
+        askForMenu(centre(index));
+    }
+    /// Opens the editor of a cell by the edit key; null when the cell has none.
+    QWidget* open(const QModelIndex& index)
+    {
+        view()->setCurrentIndex(index);
+        QTest::keyClick(view(), Qt::Key_F2);
+        return openEditor();
+    }
+    /// The editor that is open; null when there is none.
+    QWidget* openEditor() const { return view()->indexWidget(view()->currentIndex()); }
+    /// Keys as they come from the window system.
+    void type(Qt::Key key) { QTest::keyClick(editor.window()->windowHandle(), key); }
+    void type(const char* text)
+    {
+        for (; *text; ++text)
+            QTest::keyClick(editor.window()->windowHandle(), *text);
+    }
+
+    std::unique_ptr<Orvane::Node> node;
+    Orvane::Qt4::QorNodeItemDelegate delegate;
+    Editor editor;
+    bool menuAccepted = false;
+};
+
+/// The menu that is open, with its entries as text.
+inline QMenu* openMenu()
+{
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+}
+inline QStringList entriesOf(const QMenu* menu)
+{
+    QStringList texts;
+    for (const QAction* action : menu->actions())
+        texts << action->text();
+    return texts;
+}
+/// Clicks an entry of the menu that is open.
+inline void choose(const char* entry)
+{
+    QMenu* menu = openMenu();
+    for (QAction* action : menu->actions()) {
+        if (action->text() == QLatin1String(entry)) {
+            QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, menu->actionGeometry(action).center());
+            return;
+        }
+    }
+    qFatal("no entry %s", entry);
+}
