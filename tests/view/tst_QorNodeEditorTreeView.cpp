@@ -53,6 +53,8 @@ private slots:
     void editOfABigFieldFallsBackToThePlaceholder();
     void insertIntoABigFieldFallsBackToThePlaceholder();
     void openEditorSurvivesInsertAndRemove();
+    void viewEditsOnWhenTheRowOfAnEditorIsGone();
+    void indexesOfDroppedRowsNeverMeetThoseOfNewOnes();
     void oddTextsAreShown();
 };
 
@@ -456,7 +458,7 @@ void tst_QorNodeEditorTreeView::openEditorStaysOverLiveCommits()
 void tst_QorNodeEditorTreeView::textIsEditedByKeys()
 {
     Shown shown({part("title", SFSTRING_DT, "old"), part("points", MFVEC3F_DT, "1 2 3, 4 5 6"),
-                 part("words", MFSTRING_DT, "a, b")});
+                 part("words", MFSTRING_DT, "\"a\", \"b\"")});
     shown.view()->expandAll();
     QVERIFY(shown.open(shown.cell("title")));
     shown.type("new text");
@@ -631,6 +633,50 @@ void tst_QorNodeEditorTreeView::openEditorSurvivesInsertAndRemove()
         QVERIFY(!shown.view()->grab().isNull());
     }
     QVERIFY(shown.text("list").empty());
+}
+
+void tst_QorNodeEditorTreeView::viewEditsOnWhenTheRowOfAnEditorIsGone()
+{
+    Shown shown({part("big", MFINT32_DT, big.c_str()), part("one", SFINT32_DT, "5")});
+    shown.click(shown.cell("big"));
+    shown.view()->expand(shown.row("big"));
+    QVERIFY(shown.open(shown.cell("big", 3)));
+    // The host grows the field under the open editor, and its rows fall back to the placeholder.
+    shown.model()->insertRows(0, 1, shown.row("big"));
+    QTest::qWait(5);
+    shown.type(Qt::Key_Up);
+    QTest::qWait(5);
+    QVERIFY(shown.open(shown.cell("one")));
+    shown.type("7");
+    QCOMPARE(shown.text("one"), std::string("7"));
+}
+
+void tst_QorNodeEditorTreeView::indexesOfDroppedRowsNeverMeetThoseOfNewOnes()
+{
+    Shown shown({part("list", MFINT32_DT, "1, 2, 3"), part("other", MFINT32_DT, "1, 2, 3")});
+    QorMFieldItem* item = FieldRows::itemOf(shown.row("list"))->toMFieldItem();
+    for (int round = 0; round < 4; ++round) {
+        // Rows that are built anew by hand, and indexes of each generation.
+        QList<QPersistentModelIndex> kept;
+        for (int generation = 0; generation < 3; ++generation) {
+            for (int row = 0; row < 3; ++row)
+                kept << QPersistentModelIndex(shown.model()->index(row, 1, shown.row("list")));
+            shown.view()->expandAll();
+            shown.view()->selectAll();
+            item->updateChildValues(false);
+        }
+        if (round % 2 == 0)
+            QVERIFY(shown.model()->insertRows(1, 1, shown.cell("list", 0).parent()));
+        else
+            QVERIFY(shown.model()->removeRows(1, 1, shown.cell("list", 0).parent()));
+        for (int row = 0; row < 3; ++row) {
+            int valid = 0;
+            for (int i = row; i < kept.size(); i += 3)
+                valid += kept[i].isValid() ? 1 : 0;
+            QVERIFY(valid <= 1);
+        }
+        QTest::qWait(2);
+    }
 }
 
 void tst_QorNodeEditorTreeView::oddTextsAreShown()

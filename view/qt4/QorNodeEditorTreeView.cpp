@@ -67,6 +67,7 @@ void QorNodeEditorTreeView::mousePressEvent(QMouseEvent* event)
             // The view has not asked for the rows below a collapsed one, so that nobody need be told.
             setCursor(Qt::WaitCursor);
             item->updateChildValues(true);
+            nodeModel()->renewIndexes();
             unsetCursor();
         }
     }
@@ -127,6 +128,8 @@ void QorNodeEditorTreeView::commitData(QWidget* editor)
 {
     QTreeView::commitData(editor);
     // An edit may have replaced the rows of its field; nobody else tells the view.
+    if (nodeModel())
+        nodeModel()->renewIndexes();
     scheduleDelayedItemsLayout();
 }
 

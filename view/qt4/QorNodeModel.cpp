@@ -9,6 +9,7 @@
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>
 #include <QtCore/QCoreApplication>
+#include <QtCore/QSet>
 #include <QtCore/QTime>
 
 namespace Orvane::Qt4 {
@@ -207,6 +208,7 @@ bool QorNodeModel::insertRows(int row, int count, const QModelIndex& parent)
         return true;
     }
 
+    renewIndexes();
     QOR_NOTICE("QorNodeModel::insertRows: MFString, beginInsertRows(from=%d, to=%d)\n", row,
                lastRow(row, count));
     beginInsertRows(parent, row, lastRow(row, count));
@@ -243,6 +245,7 @@ bool QorNodeModel::removeRows(int row, int count, const QModelIndex& parent)
         return false;
     }
 
+    renewIndexes();
     QOR_NOTICE("QorNodeModel::removeRows: MFString, beginRemoveRows(from=%d, to=%d)\n", row,
                lastRow(row, count));
     beginRemoveRows(parent, row, lastRow(row, count));
@@ -251,6 +254,31 @@ bool QorNodeModel::removeRows(int row, int count, const QModelIndex& parent)
     fieldItem->updateChildValues(false);
     endRemoveRows();
     return true;
+}
+
+void QorNodeModel::renewIndexes()
+{
+    // An index of a dropped row and one of the row in its place would be moved to one and the same, and Qt
+    // loses sight of one of two equal ones. So each place is held once, and what comes too late is let go. An
+    // index whose place is gone stays with its old item, which is never deleted.
+    const QModelIndexList indexes = persistentIndexList();
+    QSet<QModelIndex> held;
+    QModelIndexList old;
+    for (const QModelIndex& index : indexes) {
+        QorFieldItem* parentItem = itemOf(index)->parent();
+        if (parentItem != _rootItem.get() && parentItem->child(index.row()) != itemOf(index))
+            old << index;
+        else
+            held << index;
+    }
+    QModelIndexList renewed;
+    for (const QModelIndex& index : qAsConst(old)) {
+        QorFieldItem* child = itemOf(index)->parent()->child(index.row());
+        const QModelIndex today = child ? createIndex(index.row(), index.column(), child) : index;
+        renewed << (held.contains(today) ? QModelIndex() : today);
+        held << today;
+    }
+    changePersistentIndexList(old, renewed);
 }
 
 void QorNodeModel::setupModelData(Orvane::Node* node, QorFieldItem* parent)

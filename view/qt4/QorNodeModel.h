@@ -80,6 +80,10 @@ public:
     /// False when there is no such value.
     bool removeRows(int row, int count, const QModelIndex& parent = QModelIndex()) override;
 
+    /// Brings what views hold of rows of values (selection, current row, open editors) back to the rows of
+    /// today; for whoever has had them built anew.
+    void renewIndexes();
+
 private:
     void setupModelData(Orvane::Node* node, QorFieldItem* parent);
     QorFieldItem* itemOf(const QModelIndex& index) const;
