@@ -1,0 +1,326 @@
+#include "QorLogView.h"
+
+#include "QorTools.h"
+#include <QtCore/QTimerEvent>
+#include <QtGui/QTextCursor>
+#include <QtWidgets/QScrollBar>
+#include <algorithm>
+#include <array>
+
+namespace Orvane::Qt4 {
+
+namespace {
+
+constexpr int PrintInterval = 200; // milliseconds
+
+/// Entries between two layouts of the pane. One layout for each is slow, and Qt lays out the lines of one
+/// very large change twice.
+constexpr int EntriesPerLayout = 2000;
+
+const std::array<const char*, 6> levelNames = {"LOG", "FATAL", "WARNING", "NOTICE", "INFO", "DEBUG"};
+
+/// Keeps a user at the end of the pane at its end; one who has scrolled up keeps the position.
+class EndKeeper
+{
+public:
+    explicit EndKeeper(QScrollBar* bar)
+        : _bar(bar)
+        , _isAtEnd(bar->value() == bar->maximum())
+    {
+    }
+    EndKeeper(const EndKeeper&) = delete;
+    EndKeeper& operator=(const EndKeeper&) = delete;
+    ~EndKeeper()
+    {
+        if (_isAtEnd)
+            _bar->setValue(_bar->maximum());
+    }
+
+private:
+    QScrollBar* _bar;
+    bool _isAtEnd;
+};
+
+} // namespace
+
+QorLogView::QorLogView(QWidget* parent)
+    : QFrame(parent)
+{
+    setupUi(this);
+    // Kerning and ligatures would take half of the time that a batch takes.
+    QFont font = textView->font();
+    font.setStyleStrategy(static_cast<QFont::StyleStrategy>(font.styleStrategy() | QFont::PreferNoShaping));
+    textView->setFont(font);
+    QorLogView::init();
+    _timerId = startTimer(PrintInterval);
+}
+
+QorLogView::~QorLogView()
+{
+    killTimer(_timerId);
+    QorLogView::destroy();
+}
+
+void QorLogView::init()
+{
+    const osg::LogLock lock;
+    osg::Log& log = osg::osgLog();
+
+    levelComboBox->setCurrentIndex(log.getLogLevel());
+    log.delHeaderElem(osg::LOG_COLOR_HEADER, true);
+    log.setLogType(osg::LOG_BUFFER, true);
+    log.getLogBuf().setCallback(callback, this, true);
+    log.getLogBuf().setEnabled(false);
+    log.getLogBuf().clearChunkBag();
+
+    _logColor = QColor(0, 128, 0);
+    _fatalColor = QColor(255, 0, 0);
+    _warningColor = QColor(128, 0, 0);
+    _noticeColor = QColor(0, 0, 0);
+    _infoColor = QColor(0, 0, 128);
+    _debugColor = QColor(128, 128, 0);
+
+    const std::array<std::pair<osg::LogHeaderElem, QCheckBox*>, 5> boxes = {
+        {{osg::LOG_TYPE_HEADER, levelCheck},
+         {osg::LOG_TIMESTAMP_HEADER, timeStampCheck},
+         {osg::LOG_MODULE_HEADER, moduleCheck},
+         {osg::LOG_FILE_HEADER, fileCheck},
+         {osg::LOG_LINE_HEADER, lineCheck}}};
+    for (const auto& [element, box] : boxes)
+        if (log.hasHeaderElem(element))
+            box->setChecked(true);
+
+    levelComboBox->setCurrentIndex(log.getLogLevel());
+    textView->ensureCursorVisible();
+
+    // By name: a subclass that declares one of these slots anew is meant to be called.
+    connect(levelComboBox, SIGNAL(activated(int)), this, SLOT(setLevel(int)));
+    connect(levelCheck, SIGNAL(toggled(bool)), this, SLOT(enableTypeElement(bool)));
+    connect(timeStampCheck, SIGNAL(toggled(bool)), this, SLOT(enableTimeStampElement(bool)));
+    connect(moduleCheck, SIGNAL(toggled(bool)), this, SLOT(enableModuleElement(bool)));
+    connect(fileCheck, SIGNAL(toggled(bool)), this, SLOT(enableFileElement(bool)));
+    connect(lineCheck, SIGNAL(toggled(bool)), this, SLOT(enableLineElement(bool)));
+    connect(clearButton, SIGNAL(clicked()), this, SLOT(clear()));
+}
+
+void QorLogView::destroy()
+{
+    // Under the lock, so that no thread is inside the callback when this returns.
+    const osg::LogLock lock;
+    if (!osg::osgLogP)
+        return;
+    osg::LogBuf& buffer = osg::osgLogP->getLogBuf();
+    buffer.removeCallback();
+    buffer.setEnabled(true);
+}
+
+void QorLogView::callback(const char* text, osg::Int32 size, void* view)
+{
+    static_cast<QorLogView*>(view)->addLogData(text, size);
+}
+
+void QorLogView::addLogData(const char* text, int size)
+{
+    if (!text || size <= 0)
+        return;
+    const QString line = fromRuntime(std::string(text, static_cast<std::size_t>(size)));
+    const osg::LogLock lock;
+    _pendingLines.append(line);
+}
+
+void QorLogView::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != _timerId) {
+        QFrame::timerEvent(event);
+        return;
+    }
+
+    QStringList lines;
+    {
+        const osg::LogLock lock;
+        lines.swap(_pendingLines);
+    }
+    if (lines.isEmpty())
+        return;
+
+    const EndKeeper keeper(textView->verticalScrollBar());
+    QTextCursor batch(textView->document());
+    batch.beginEditBlock();
+    for (int i = 0; i < lines.size(); ++i) {
+        if (i % EntriesPerLayout == EntriesPerLayout - 1) {
+            batch.endEditBlock();
+            batch.beginEditBlock();
+        }
+        const QString& line = lines.at(i);
+        const bool isLast = i == lines.size() - 1;
+        if (_filterDuplicateEntries && line == _lastLine) {
+            ++_repeatCount;
+            if (!isLast)
+                continue;
+        } else if (_repeatCount > 0) {
+            writeEntry(_lastLine, _repeatCount);
+            _repeatCount = 0;
+        }
+        writeEntry(line, _repeatCount);
+    }
+    batch.endEditBlock();
+}
+
+void QorLogView::printLine(const QString& line, int count)
+{
+    if (line.isEmpty())
+        return;
+    const EndKeeper keeper(textView->verticalScrollBar());
+    writeEntry(line, count);
+}
+
+void QorLogView::writeEntry(const QString& line, int count)
+{
+    if (line.isEmpty())
+        return;
+    QTextCursor cursor(textView->document());
+    cursor.movePosition(QTextCursor::End);
+    if (count > 0 && _lastStart >= 0)
+        cursor.setPosition(_lastStart, QTextCursor::KeepAnchor);
+    else
+        _lastStart = cursor.position();
+
+    QString entry = line;
+    if (count > 0) {
+        const int end = entry.endsWith(QLatin1Char('\n')) ? entry.size() - 1 : entry.size();
+        entry.insert(end, QStringLiteral(" [%1]").arg(count));
+    }
+    cursor.insertText(entry, format(line));
+    _lastLine = line;
+}
+
+QTextCharFormat QorLogView::format(const QString& line) const
+{
+    QTextCharFormat format;
+    switch (line.at(0).unicode()) {
+    case 'D':
+        format.setForeground(_debugColor);
+        break;
+    case 'F':
+        format.setForeground(_fatalColor);
+        break;
+    case 'I':
+        format.setForeground(_infoColor);
+        break;
+    case 'L':
+        format.setForeground(_logColor);
+        break;
+    case 'N':
+        format.setForeground(_noticeColor);
+        break;
+    case 'W':
+        format.setForeground(_warningColor);
+        break;
+    default:
+        break;
+    }
+    return format;
+}
+
+void QorLogView::clear()
+{
+    textView->clear();
+    _lastLine.clear();
+    _lastStart = -1;
+}
+
+void QorLogView::setLevel(int level)
+{
+    levelComboBox->setCurrentIndex(level);
+    const int known = std::clamp<int>(level, osg::LOG_LOG, osg::LOG_DEBUG);
+    const osg::LogLock lock;
+    osg::osgLog().setLogLevel(static_cast<osg::LogLevel>(known), true);
+}
+
+void QorLogView::setLevel(QString levelName)
+{
+    setLevel(logLevelIndex(levelName));
+}
+
+void QorLogView::setElement(osg::LogHeaderElem element, bool state)
+{
+    const osg::LogLock lock;
+    if (state)
+        osg::osgLog().addHeaderElem(element, true);
+    else
+        osg::osgLog().delHeaderElem(element, true);
+}
+
+void QorLogView::enableTypeElement(bool state)
+{
+    levelCheck->setChecked(state);
+    setElement(osg::LOG_TYPE_HEADER, state);
+}
+
+void QorLogView::enableFileElement(bool state)
+{
+    fileCheck->setChecked(state);
+    setElement(osg::LOG_FILE_HEADER, state);
+}
+
+void QorLogView::enableLineElement(bool state)
+{
+    lineCheck->setChecked(state);
+    setElement(osg::LOG_LINE_HEADER, state);
+}
+
+void QorLogView::enableModuleElement(bool state)
+{
+    moduleCheck->setChecked(state);
+    setElement(osg::LOG_MODULE_HEADER, state);
+}
+
+void QorLogView::enableTimeStampElement(bool state)
+{
+    timeStampCheck->setChecked(state);
+    setElement(osg::LOG_TIMESTAMP_HEADER, state);
+}
+
+void QorLogView::beginNewLineElem(bool state)
+{
+    setElement(osg::LOG_BEGIN_NEWLINE_HEADER, state);
+}
+
+void QorLogView::endNewLineElem(bool state)
+{
+    setElement(osg::LOG_END_NEWLINE_HEADER, state);
+}
+
+void QorLogView::setLogTextFontSize(int pointSize)
+{
+    if (pointSize <= 0)
+        return;
+    QFont font = textView->font();
+    font.setPointSize(pointSize);
+    textView->setFont(font);
+}
+
+void QorLogView::setFilterDuplicateEntries(bool f)
+{
+    _filterDuplicateEntries = f;
+}
+
+bool QorLogView::filterDuplicateEntries()
+{
+    return _filterDuplicateEntries;
+}
+
+int QorLogView::logLevelIndex(const QString& name)
+{
+    const auto found = std::find_if(levelNames.begin(), levelNames.end(),
+                                    [&](const char* each) { return name == QLatin1String(each); });
+    return found == levelNames.end() ? 0 : static_cast<int>(found - levelNames.begin());
+}
+
+QString QorLogView::logLevelName(int index)
+{
+    const bool isKnown = index >= 0 && index < static_cast<int>(levelNames.size());
+    return QString::fromLatin1(isKnown ? levelNames[static_cast<std::size_t>(index)] : levelNames.back());
+}
+
+} // namespace Orvane::Qt4
