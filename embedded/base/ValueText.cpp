@@ -206,8 +206,8 @@ bool Reader::read(std::string& value)
     std::size_t i = 1;
     for (; i < _rest.size() && _rest[i] != '"'; ++i) {
         // Before any other character a backslash is itself: sources and patterns have many.
-        const bool isEscape = _rest[i] == '\\' && i + 1 < _rest.size() &&
-                              (_rest[i + 1] == '"' || _rest[i + 1] == '\\');
+        const bool isEscape =
+            _rest[i] == '\\' && i + 1 < _rest.size() && (_rest[i + 1] == '"' || _rest[i + 1] == '\\');
         if (isEscape)
             ++i;
         value += _rest[i];
