@@ -117,6 +117,11 @@ void removeFrameWindow(Context& context, FrameWindow& window)
     std::replace(windows.begin(), windows.end(), &window, static_cast<FrameWindow*>(nullptr));
 }
 
+void deliverEvents(Context& context)
+{
+    context.data()->cascade.run(context.timeStamp());
+}
+
 bool isInFrame(const Context& context)
 {
     return context.data()->isInFrame;

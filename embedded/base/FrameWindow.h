@@ -28,6 +28,9 @@ public:
 ORVANE_API void addFrameWindow(Context& context, FrameWindow& window);
 /// Takes a window out; at any moment, inside a frame too.
 ORVANE_API void removeFrameWindow(Context& context, FrameWindow& window);
+/// Delivers the events so far, so that what is written next is events of its own. Only while a window handles
+/// its input.
+ORVANE_API void deliverEvents(Context& context);
 /// True while the context is inside `runFrame`.
 ORVANE_API bool isInFrame(const Context& context);
 

@@ -64,6 +64,11 @@ void Proc::pictureChanged()
     contextData(*_node).scheduler.pictureChanged();
 }
 
+unsigned long Proc::pictureVersion() const
+{
+    return contextData(*_node).scheduler.pictureVersion();
+}
+
 Proc* procOf(const Node& node)
 {
     return node.data()->proc.get();

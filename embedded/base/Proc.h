@@ -46,6 +46,9 @@ public:
     /// The node is about to die, while it still is of its own class. Not called when a host deletes the node.
     virtual void ending();
 
+    /// Changes whenever a behaviour tells that the picture does.
+    unsigned long pictureVersion() const;
+
 protected:
     /// Asks for `update` in this frame (or the next one, outside a frame).
     void requestUpdate();

@@ -1,5 +1,6 @@
 #include "core/GroupProc.h"
 #include "core/LightProc.h"
+#include "core/PointingSensorProc.h"
 #include "core/SceneState.h"
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGVisitSubTree.h>
@@ -120,6 +121,18 @@ Node* GroupProc::childOf(const osg::NodePtr& shown) const
     return nullptr;
 }
 
+void GroupProc::collectSensors(std::vector<PointingSensorProc*>& sensors) const
+{
+    std::size_t left = _sensorCount;
+    for (auto entry = _entries.begin(); left > 0 && entry != _entries.end(); ++entry) {
+        if (!entry->isSensor)
+            continue;
+        --left;
+        if (auto* const sensor = dynamic_cast<PointingSensorProc*>(entry->use.element()))
+            sensors.push_back(sensor);
+    }
+}
+
 int GroupProc::shownPlace(std::size_t index) const
 {
     return index < _entries.size() && _entries[index].shown ? static_cast<int>(shownBefore(index)) : -1;
@@ -175,6 +188,8 @@ GroupProc::Entry GroupProc::makeEntry(Node* child, std::size_t place)
     if (!element)
         return entry;
     entry.light = dynamic_cast<LightProc*>(element);
+    entry.isSensor = dynamic_cast<PointingSensorProc*>(element) != nullptr;
+    _sensorCount += entry.isSensor ? 1 : 0;
     if (entry.light)
         _lightsChanged = true;
     else if (const osg::NodePtr tree = element->tree())
@@ -258,6 +273,7 @@ void GroupProc::removeEntries(std::size_t first, std::size_t last)
         const Entry& entry = _entries[i];
         if (entry.light)
             _lightsChanged = true;
+        _sensorCount -= entry.isSensor ? 1 : 0;
         if (entry.shown)
             _content->subChild(static_cast<osg::UInt32>(--place));
     }

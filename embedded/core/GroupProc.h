@@ -11,6 +11,7 @@
 namespace Orvane {
 
 class LightProc;
+class PointingSensorProc;
 class SceneState;
 
 /// Behaviour of a node that shows its children together, and base of all that do more with them. An edit of
@@ -30,10 +31,15 @@ public:
     osg::NodePtr tree() const override { return _tree; }
     /// The matrix from the system of the children to the world, by the first place where the group is used.
     osg::Matrix toWorld() const { return _tree->getToWorld(); }
+    /// Multiplies a matrix by that from the system of the children to the system of the group itself.
+    void accumulate(osg::Matrix& matrix) const { _tree->getCore()->accumulateMatrix(matrix); }
 
     /// The child below which \a shown stands, a node right below the group's content in OpenSG's graph; null
     /// when there is none.
     Node* childOf(const osg::NodePtr& shown) const;
+
+    /// Adds the sensors among the children, which sense the pointer over all of them.
+    void collectSensors(std::vector<PointingSensorProc*>& sensors) const;
 
 protected:
     void elementChanged(ElementProc& element) override;
@@ -59,6 +65,7 @@ private:
         Use use;                         ///< empty when the node shows nothing and shines on nothing
         osg::RefPtr<osg::NodePtr> shown; ///< the element's tree, or what refers to it; null when it has none
         LightProc* light = nullptr;
+        bool isSensor = false;
         osg::RefPtr<osg::NodeCorePtr> lightCore; ///< what the light node shines with here
     };
 
@@ -77,6 +84,7 @@ private:
         _content; ///< parent of what the children show: the tree's root, or below lights
     std::vector<Entry> _entries;
     std::shared_ptr<SceneState> _lightsScene; ///< the scene that lights of this group light up, if any
+    std::size_t _sensorCount = 0;             ///< entries that are sensors
     bool _childrenChanged = true;
     bool _lightsChanged = false;
 };

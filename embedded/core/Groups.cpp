@@ -89,9 +89,7 @@ protected:
     }
 };
 
-const ProcRegistration anchor("Anchor", makeProc<GroupProc>);
 const ProcRegistration assembly("CADAssembly", makeProc<GroupProc>);
-const ProcRegistration collision("Collision", makeProc<GroupProc>);
 const ProcRegistration face("CADFace", makeProc<FaceProc>);
 const ProcRegistration group("Group", makeProc<GroupProc>);
 const ProcRegistration inlined("Inline", makeProc<InlineProc>);

@@ -1,6 +1,7 @@
 #include "core/SceneProc.h"
+#include "core/CollisionProc.h"
 #include "core/EnvironmentProcs.h"
-#include "core/NormalGenerator.h"
+#include "core/SurfacePoint.h"
 #include "core/ViewpointProc.h"
 #include <OpenSG/OSGIntersectAction.h>
 #include <OpenSG/OSGSolidBackground.h>
@@ -14,31 +15,26 @@ namespace {
 
 const ProcRegistration registration("Scene", makeProc<SceneProc>);
 
-/// The chain from a scene to the node that shows the end of a path through OpenSG's graph.
-std::vector<Node*> chainOf(SceneProc& scene, const osg::MFNodePtr& path)
+/// Fills the chain of nodes from a scene to the shape at the end of a path through OpenSG's graph, with the
+/// groups that it leads through.
+void followPath(SceneProc& scene, const osg::MFNodePtr& path, SceneHit& hit)
 {
-    std::vector<Node*> chain{&scene.node()};
-    const GroupProc* group = &scene;
+    hit.nodes.assign(1, &scene.node());
+    hit.levels.clear();
+    GroupProc* group = &scene;
+    osg::Matrix toWorld;
     for (const osg::NodePtr& step : path) {
-        Node* const child = group->childOf(step);
-        if (!child)
-            continue; // a light, or the root of a tree
-        appendResolved(child, chain);
-        group = procAs<GroupProc>(chain.back());
-        if (!group)
-            break;
+        if (Node* const child = group->childOf(step)) {
+            hit.levels.push_back({group, toWorld});
+            appendResolved(child, hit.nodes);
+            group = procAs<GroupProc>(hit.nodes.back());
+            if (!group)
+                return;
+        }
+        // Else it is a light, or the root of a tree.
+        if (step->getCore())
+            step->getCore()->accumulateMatrix(toWorld);
     }
-    return chain;
-}
-
-osg::Vec3f worldNormal(const osg::Vec3f& normal, const osg::Matrix& toWorld)
-{
-    osg::Matrix inverse;
-    toWorld.inverse(inverse);
-    osg::Vec3f result;
-    for (osg::UInt32 i = 0; i < 3; ++i)
-        result[i] = inverse[i][0] * normal[0] + inverse[i][1] * normal[1] + inverse[i][2] * normal[2];
-    return unitVector(result);
 }
 
 } // namespace
@@ -48,6 +44,7 @@ SceneProc::SceneProc(Node& scene)
     , GroupProc(scene)
     , _state(SceneState::of(scene))
     , _background(osg::BackgroundPtr(osg::SolidBackground::create()))
+    , _action(osg::IntersectAction::create())
 {
     _state->setScene(this);
 }
@@ -86,30 +83,54 @@ SceneView SceneProc::view() const
     return view;
 }
 
+bool SceneProc::castRay(const osg::Line& ray, SceneHit& hit, RayTarget target)
+{
+    _action->setTravMask(target);
+    _action->setLine(ray);
+    _action->apply(root());
+    if (!_action->didHit())
+        return false;
+    followPath(*this, _action->getHitPath(), hit);
+    hit.point = _action->getHitPoint();
+    hit.normal = worldNormal(_action->getHitNormal(), _action->getHitToWorld());
+    hit.geometry = _action->getHitObject();
+    hit.toWorld = _action->getHitToWorld();
+    hit.triangle = _action->getHitTriangle();
+    hit.distance = _action->getHitT();
+    return true;
+}
+
+void SceneProc::collide(const SceneHit& hit, double time)
+{
+    for (const SceneHit::Level& level : hit.levels) {
+        if (auto* const collision = dynamic_cast<CollisionProc*>(level.group))
+            collision->collide(time);
+    }
+}
+
 bool SceneProc::castRay(const osg::Line& ray, std::vector<Node*>& nodes, osg::Pnt3f* point,
                         osg::Vec3f* normal, osg::NodePtr* osgNode, unsigned int* triangle, float* distance)
 {
-    const std::unique_ptr<osg::IntersectAction> action(osg::IntersectAction::create(ray));
-    action->apply(root());
-    if (!action->didHit())
+    SceneHit hit;
+    if (!castRay(ray, hit))
         return false;
-    nodes = chainOf(*this, action->getHitPath());
+    nodes = std::move(hit.nodes);
     if (point)
-        *point = action->getHitPoint();
+        *point = hit.point;
     if (normal)
-        *normal = worldNormal(action->getHitNormal(), action->getHitToWorld());
+        *normal = hit.normal;
     if (triangle)
-        *triangle = static_cast<unsigned int>(action->getHitTriangle());
+        *triangle = static_cast<unsigned int>(hit.triangle);
     if (distance)
-        *distance = action->getHitT();
+        *distance = hit.distance;
     if (!osgNode)
         return true;
-    *osgNode = action->getHitObject();
-    if ((*osgNode)->getToWorld() == action->getHitToWorld())
+    *osgNode = hit.geometry;
+    if ((*osgNode)->getToWorld() == hit.toWorld)
         return true;
     // Hit in another place than the one where its tree stands.
     const osg::TransformPtr transform = osg::Transform::create();
-    transform->setMatrix(action->getHitToWorld());
+    transform->setMatrix(hit.toWorld);
     _probe = osg::makeNodeFor(transform);
     const osg::NodePtr geometry = osg::makeNodeFor((*osgNode)->getCore());
     _probe->addChild(geometry);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "core/GroupProc.h"
+#include "core/RayTarget.h"
+#include "core/SceneHit.h"
 #include "core/SceneState.h"
 #include <OpenSG/OSGBackground.h>
 #include <OpenSG/OSGMatrix.h>
@@ -8,6 +10,10 @@
 #include <Orvane/Export.h>
 #include <Orvane/SceneBaseNodeProc.h>
 #include <memory>
+
+namespace osg {
+class IntersectAction;
+}
 
 namespace Orvane {
 
@@ -47,9 +53,17 @@ public:
     /// What the nodes of the scene share.
     SceneState& state() const { return *_state; }
 
+    /// Finds what a ray meets first, of what is seen or of what stands in the viewer's way. False, with \a
+    /// hit as it was, when there is nothing.
+    bool castRay(const osg::Line& ray, SceneHit& hit, RayTarget target = PictureTarget);
+    /// The viewer runs into what was hit: the `Collision` nodes above it say so.
+    static void collide(const SceneHit& hit, double time);
     /// As `SceneBaseNodeProc::pick`.
     bool castRay(const osg::Line& ray, std::vector<Node*>& nodes, osg::Pnt3f* point, osg::Vec3f* normal,
                  osg::NodePtr* osgNode, unsigned int* triangle, float* distance);
+
+    /// Changes when sensors come, go, or are switched on and off.
+    unsigned long sensorVersion() const { return _state->sensorVersion(); }
 
     /// The lights that shine on the whole scene have changed.
     void lightsChanged() { askForLights(); }
@@ -60,7 +74,8 @@ protected:
 private:
     std::shared_ptr<SceneState> _state;
     osg::RefPtr<osg::BackgroundPtr> _background; ///< shown while no background is bound
-    osg::RefPtr<osg::NodePtr> _probe;            ///< stands for the geometry of a hit in a shared tree
+    std::unique_ptr<osg::IntersectAction> _action;
+    osg::RefPtr<osg::NodePtr> _probe; ///< stands for the geometry of a hit in a shared tree
 };
 
 } // namespace Orvane

@@ -1,5 +1,6 @@
 #include "core/SceneState.h"
 #include "core/GroupProc.h"
+#include "core/KeyDeviceProc.h"
 #include "core/SceneProc.h"
 #include <Orvane/Node.h>
 #include <algorithm>
@@ -36,6 +37,23 @@ bool isShown(const osg::NodePtr& tree, const osg::NodePtr& sceneRoot)
         node = parent;
     }
     return true;
+}
+
+/// False when the box lies on the outer side of one of the planes that bound a view. The far one, which only
+/// follows from how far the scene reaches, does not count.
+bool mayShowBox(const osg::Matrix& toClip, const osg::Vec3f& center, const osg::Vec3f& size)
+{
+    unsigned int outside = ~0U;
+    for (unsigned int corner = 0; corner < 8; ++corner) {
+        osg::Vec4f place(center[0], center[1], center[2], 1.0F);
+        for (osg::UInt32 axis = 0; axis < 3; ++axis)
+            place[axis] += (corner >> axis & 1U ? 0.5F : -0.5F) * size[axis];
+        toClip.multMatrixVec(place);
+        const float w = place[3];
+        outside &= (place[0] < -w ? 1U : 0U) | (place[0] > w ? 2U : 0U) | (place[1] < -w ? 4U : 0U) |
+                   (place[1] > w ? 8U : 0U) | (place[2] < -w ? 16U : 0U);
+    }
+    return outside == 0;
 }
 
 } // namespace
@@ -89,6 +107,54 @@ void SceneState::setViewer(const Proc& view, const osg::Matrix* cameraToWorld)
 void SceneState::preferViewer(const Proc& view)
 {
     _viewer = &view;
+}
+
+void SceneState::setViewVolume(const Proc& view, const osg::Matrix* worldToClip)
+{
+    const auto found = std::find_if(_viewVolumes.begin(), _viewVolumes.end(),
+                                    [&](const auto& volume) { return volume.first == &view; });
+    const bool isKnown = found != _viewVolumes.end();
+    if (isKnown ? worldToClip && found->second == *worldToClip : !worldToClip)
+        return;
+    ++_viewVersion;
+    if (!worldToClip)
+        _viewVolumes.erase(found);
+    else if (isKnown)
+        found->second = *worldToClip;
+    else
+        _viewVolumes.emplace_back(&view, *worldToClip);
+}
+
+bool SceneState::isBoxSeen(const osg::Matrix& toWorld, const osg::Vec3f& center, const osg::Vec3f& size) const
+{
+    return std::any_of(_viewVolumes.begin(), _viewVolumes.end(), [&](const auto& volume) {
+        osg::Matrix toClip = volume.second;
+        toClip.mult(toWorld);
+        return mayShowBox(toClip, center, size);
+    });
+}
+
+void SceneState::removeKeyDevice(KeyDeviceProc& device)
+{
+    _keyDevices.erase(std::remove(_keyDevices.begin(), _keyDevices.end(), &device), _keyDevices.end());
+}
+
+bool SceneState::pressKey(int code, double time)
+{
+    bool kept = false;
+    for (KeyDeviceProc* const device : _keyDevices) {
+        if (device->isEnabled() && device->press(code, time))
+            kept = true;
+    }
+    return kept;
+}
+
+void SceneState::releaseKey(int code, double time)
+{
+    for (KeyDeviceProc* const device : _keyDevices) {
+        if (device->isEnabled())
+            device->release(code, time);
+    }
 }
 
 void SceneState::setGlobalLights(const GroupProc& group, std::vector<osg::NodeCorePtr> lights)

@@ -7,11 +7,13 @@
 #include <Orvane/Export.h>
 #include <array>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace Orvane {
 
 class GroupProc;
+class KeyDeviceProc;
 class Node;
 class Proc;
 class SceneProc;
@@ -42,6 +44,27 @@ public:
     /// The user moves in this view.
     void preferViewer(const Proc& view);
 
+    /// A view tells which part of the world it shows, by the matrix to clip space; null when it shows no
+    /// more. \a view is only compared.
+    void setViewVolume(const Proc& view, const osg::Matrix* worldToClip);
+    /// True when a box of \a size round \a center, in the system that \a toWorld leads from, may be seen in
+    /// one of the views, whatever stands in front of it.
+    bool isBoxSeen(const osg::Matrix& toWorld, const osg::Vec3f& center, const osg::Vec3f& size) const;
+
+    /// Changes when the views show another part of the world.
+    unsigned long viewVersion() const { return _viewVersion; }
+
+    void addKeyDevice(KeyDeviceProc& device) { _keyDevices.push_back(&device); }
+    void removeKeyDevice(KeyDeviceProc& device);
+    /// Hands a key to all sensors of the keyboard that are switched on. True when one of them keeps it to the
+    /// scene.
+    bool pressKey(int code, double time);
+    void releaseKey(int code, double time);
+
+    /// A sensor has come, gone, or was switched on or off.
+    void sensorsChanged() { ++_sensorVersion; }
+    unsigned long sensorVersion() const { return _sensorVersion; }
+
     /// Sets the lights with which a group lights the whole scene, in place of those that it had.
     void setGlobalLights(const GroupProc& group, std::vector<osg::NodeCorePtr> lights);
     /// Has the scene in which \a node stands look anew at which lights are to be seen. Cheap while no node at
@@ -65,6 +88,10 @@ private:
     const Proc* _viewer = nullptr; ///< the preferred view
     osg::Matrix _viewerToWorld;
     bool _viewerPlaced = false;
+    unsigned long _sensorVersion = 0;
+    unsigned long _viewVersion = 0;
+    std::vector<std::pair<const Proc*, osg::Matrix>> _viewVolumes;
+    std::vector<KeyDeviceProc*> _keyDevices;
 };
 
 } // namespace Orvane

@@ -22,6 +22,11 @@ inline osg::Vec3f usableVector(const osg::Vec3f& v)
     return osg::Vec3f(usableNumber(v[0], 0.0F), usableNumber(v[1], 0.0F), usableNumber(v[2], 0.0F));
 }
 
+inline bool isUsable(const osg::Vec3f& v)
+{
+    return isDrawable(v[0]) && isDrawable(v[1]) && isDrawable(v[2]);
+}
+
 inline bool isNull(const osg::Vec3f& v)
 {
     return v[0] == 0.0F && v[1] == 0.0F && v[2] == 0.0F;

@@ -21,27 +21,21 @@ std::vector<InputEvent> InputDispatch::take()
     return std::exchange(_input, {});
 }
 
+bool InputDispatch::hasPlace(const InputEvent& event)
+{
+    return event.kind != InputEvent::KEY_PRESS && event.kind != InputEvent::KEY_RELEASE &&
+           event.kind != InputEvent::MESSAGE;
+}
+
 ViewareaBehaviour* InputDispatch::target(const InputEvent& event,
                                          const std::vector<ViewareaBehaviour*>& viewareas)
 {
-    switch (event.kind) {
-    case InputEvent::BUTTON_PRESS:
-    case InputEvent::BUTTON_RELEASE:
-    case InputEvent::MOUSE_MOVE:
-    case InputEvent::BROWSE:
+    if (event.kind == InputEvent::TOUCH && !event.touches.empty()) {
+        _x = pixel(event.touches.front().x);
+        _y = pixel(event.touches.front().y);
+    } else if (event.kind != InputEvent::TOUCH && hasPlace(event)) {
         _x = event.x;
         _y = event.y;
-        break;
-    case InputEvent::TOUCH:
-        if (!event.touches.empty()) {
-            _x = pixel(event.touches.front().x);
-            _y = pixel(event.touches.front().y);
-        }
-        break;
-    case InputEvent::KEY_PRESS:
-    case InputEvent::KEY_RELEASE:
-    case InputEvent::MESSAGE:
-        break;
     }
     const auto holder = std::find_if(viewareas.begin(), viewareas.end(), [](ViewareaBehaviour* viewarea) {
         return viewarea->input().holdsPointer();
@@ -49,9 +43,7 @@ ViewareaBehaviour* InputDispatch::target(const InputEvent& event,
     if (holder != viewareas.end())
         return *holder;
     ViewareaBehaviour* const under = at(_x, _y, viewareas);
-    const bool needsNoPlace = event.kind == InputEvent::KEY_PRESS || event.kind == InputEvent::KEY_RELEASE ||
-                              event.kind == InputEvent::MESSAGE;
-    return !under && needsNoPlace && !viewareas.empty() ? viewareas.front() : under;
+    return !under && !hasPlace(event) && !viewareas.empty() ? viewareas.front() : under;
 }
 
 ViewareaBehaviour* InputDispatch::at(int x, int y, const std::vector<ViewareaBehaviour*>& viewareas) const

@@ -17,6 +17,9 @@ public:
     /// What was noted, in order; nothing is left.
     std::vector<InputEvent> take();
 
+    /// True when an event tells where the pointer is.
+    static bool hasPlace(const InputEvent& event);
+
     /// The viewarea that an event belongs to; null when it is meant for none. \a viewareas are those of the
     /// window that are shown, the topmost one last.
     ViewareaBehaviour* target(const InputEvent& event, const std::vector<ViewareaBehaviour*>& viewareas);

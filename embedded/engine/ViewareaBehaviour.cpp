@@ -202,6 +202,8 @@ void ViewareaBehaviour::setWindow(const osg::WindowPtr& window)
     _window = window;
     _viewport = osg::ViewportPtr();
     if (window == osg::NullFC) {
+        if (SceneProc* const shown = scene())
+            shown->state().setViewVolume(*this, nullptr);
         if (_input)
             _input->letGo(context().timeStamp());
         return;
@@ -239,6 +241,9 @@ void ViewareaBehaviour::prepare()
     _port->setBackground(view.background);
     _headlight->setOn(view.headlight);
     aimCamera(view, sceneRoot);
+    osg::Matrix toClip;
+    _port->getCamera()->getWorldToScreen(toClip, *_port);
+    shown->state().setViewVolume(*this, &toClip);
 }
 
 void ViewareaBehaviour::aimCamera(const SceneView& view, const osg::NodePtr& sceneRoot)

@@ -13,6 +13,7 @@
 #include <OpenSG/OSGWindow.h>
 #include <Orvane/ViewareaProc.h>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace Orvane {
@@ -74,8 +75,8 @@ public:
     /// upper left corner; empty when nothing is there or the place lies outside of the viewport.
     std::vector<Node*> pick(int x, int y) const;
 
-    /// Tells the viewarea that the pointer has come over a sensor or left it.
-    void setOverSensor(bool over) { _overSensor = over; }
+    /// Tells the viewarea whether the pointer is over a sensor. True when that is news.
+    bool setOverSensor(bool over) { return std::exchange(_overSensor, over) != over; }
 
 private:
     void placeViewport();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "InputHandler.h"
+#include "core/Pointer.h"
 #include <memory>
 #include <vector>
 
@@ -22,6 +23,11 @@ public:
     /// seconds one of them wants the next frame.
     double advance(double time);
 
+    /// The pointer has gone elsewhere.
+    void leave(double time);
+    /// True while the pointer is over a sensor, or drags one.
+    bool isOverSensor() const { return _pointer.isOverSensor(); }
+
     /// True while a button or a touch that went down here is held: the pointer belongs to this viewarea.
     bool holdsPointer() const { return _buttons != 0 || _touches > 0; }
 
@@ -32,10 +38,24 @@ public:
     void letGo(double time);
 
 private:
+    bool toSensors(const InputEvent& event, int heldBefore, double time);
+    bool press(const InputEvent& event, int heldBefore, double time);
+    bool release(const InputEvent& event, double time);
+    bool touch(const InputEvent& event, double time);
+    void pointTo(int x, int y, double time);
+    /// True while a button is held that the handlers have got.
+    bool isNavigating() const { return (_buttons & ~_kept) != 0; }
+
     ViewareaBehaviour& _viewarea;
+    Pointer _pointer;
     std::vector<std::unique_ptr<InputHandler>> _handlers;
     int _buttons = 0; ///< those that are down, as a mask
+    int _kept = 0;    ///< those of them of which the handlers hear nothing
     int _touches = 0; ///< fingers that are down
+    bool _touchKept = false;
+    bool _isPointing = false; ///< the pointer is here, at the place below
+    int _x = 0;
+    int _y = 0;
 };
 
 } // namespace Orvane

@@ -3,13 +3,12 @@
 #include "ViewareaBehaviour.h"
 #include "ViewareaInput.h"
 #include "base/Graph.h"
+#include "core/AnchorProc.h"
+#include "core/RayTarget.h"
 #include <OpenSG/OSGRenderAction.h>
 #include <Orvane/Context.h>
 #include <Orvane/Field.h>
 #include <Orvane/MFNode.h>
-#include <Orvane/MFString.h>
-#include <Orvane/NodeNameSpace.h>
-#include <Orvane/NodeType.h>
 #include <Orvane/Window.h>
 #include <algorithm>
 #include <limits>
@@ -36,6 +35,7 @@ WindowBehaviour::WindowBehaviour(Node& window)
     , Proc(window)
     , _action(osg::RenderAction::create())
 {
+    _action->setTravMask(PictureTarget);
 }
 
 WindowBehaviour::~WindowBehaviour()
@@ -186,38 +186,44 @@ void WindowBehaviour::browse(int x, int y)
 
 void WindowBehaviour::handleInput(double time)
 {
+    bool mayRepeat = false;
     for (const InputEvent& event : _input.take()) {
+        const bool isStep = event.kind != InputEvent::MOUSE_MOVE;
+        // A press and a release are two events of the same field.
+        if (isStep && std::exchange(mayRepeat, true))
+            deliverEvents(context());
         // Asked for anew each time: a scene that an event brings may have other viewareas.
-        ViewareaBehaviour* const viewarea = _input.target(event, shownViewareas());
+        const std::vector<ViewareaBehaviour*> areas = shownViewareas();
+        ViewareaBehaviour* const viewarea = _input.target(event, areas);
+        for (ViewareaBehaviour* const other : areas) {
+            if (other != viewarea && InputDispatch::hasPlace(event))
+                other->input().leave(time);
+        }
         if (!viewarea)
             continue;
         if (event.kind == InputEvent::BROWSE)
-            openAnchorAt(*viewarea, event.x, event.y);
+            openAnchorAt(*viewarea, event.x, event.y, time);
         else
             viewarea->input().handle(event, time);
     }
     double wanted = std::numeric_limits<double>::infinity();
-    for (ViewareaBehaviour* viewarea : shownViewareas())
+    for (ViewareaBehaviour* viewarea : shownViewareas()) {
         wanted = std::min(wanted, viewarea->input().advance(time));
+        if (viewarea->setOverSensor(viewarea->input().isOverSensor()))
+            _cursorWidget.fire(time, this, viewarea);
+    }
     if (wanted < std::numeric_limits<double>::infinity())
         requestFrame(wanted);
 }
 
-void WindowBehaviour::openAnchorAt(ViewareaBehaviour& viewarea, int x, int y)
+void WindowBehaviour::openAnchorAt(ViewareaBehaviour& viewarea, int x, int y, double time)
 {
     const std::vector<Node*> chain = viewarea.pick(x, y);
     for (auto hit = chain.rbegin(); hit != chain.rend(); ++hit) {
-        const int part = isOfType(*(*hit)->type(), "Anchor") ? partIndex(*(*hit)->type(), "url") : -1;
-        if (part < 0)
-            continue;
-        const MFString& urls = read<MFString>(**hit, static_cast<unsigned int>(part));
-        const Relayne::URL base = (*hit)->nameSpace() ? (*hit)->nameSpace()->baseURL() : Relayne::URL();
-        for (unsigned int i = 0; i < urls.size(); ++i) {
-            const Relayne::URL target = base.resolved(Relayne::URL(urls[static_cast<int>(i)]));
-            if (context().load(target.toString(), Context::REPLACE_LT, {}))
-                return;
+        if (auto* const anchor = procAs<AnchorProc>(*hit)) {
+            anchor->open(time);
+            return;
         }
-        return;
     }
 }
 

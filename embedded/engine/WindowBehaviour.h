@@ -60,7 +60,7 @@ private:
     void attachViewareas();
     void redrawForAWhile();
     void endWindow();
-    void openAnchorAt(ViewareaBehaviour& viewarea, int x, int y);
+    void openAnchorAt(ViewareaBehaviour& viewarea, int x, int y, double time);
 
     std::unique_ptr<osg::RenderAction> _action;
     InputDispatch _input;

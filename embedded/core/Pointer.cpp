@@ -1,0 +1,213 @@
+#include "core/Pointer.h"
+#include "core/AnchorProc.h"
+#include "core/NormalGenerator.h"
+#include "core/PointingSensorProc.h"
+#include "core/SceneProc.h"
+#include "core/SurfacePoint.h"
+#include "core/UsableValues.h"
+#include <algorithm>
+#include <utility>
+
+namespace Orvane {
+
+namespace {
+
+/// The sensor that a node is, while it lives and stands in a scene.
+PointingSensor* sensorOf(UInt64 id)
+{
+    Node* const node = Node::findNode(id);
+    return node && node->contextRoot() ? procAs<PointingSensor>(node) : nullptr;
+}
+
+bool isSame(const osg::Line& a, const osg::Line& b)
+{
+    for (osg::UInt32 i = 0; i < 3; ++i) {
+        if (a.getPosition()[i] != b.getPosition()[i] || a.getDirection()[i] != b.getDirection()[i])
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+void Pointer::move(SceneProc* scene, const osg::Line& ray, unsigned long pictureVersion, double time)
+{
+    const UInt64 sceneId = scene ? scene->node().ID() : 0;
+    const unsigned long sensorVersion = scene ? scene->sensorVersion() : 0;
+    if (_hasLooked && isSame(ray, _ray) && sceneId == _sceneId && pictureVersion == _pictureVersion &&
+        sensorVersion == _sensorVersion)
+        return;
+    _hasLooked = true;
+    _ray = ray;
+    _sceneId = sceneId;
+    _pictureVersion = pictureVersion;
+    _sensorVersion = sensorVersion;
+    _hit.clear();
+    if (scene)
+        look(*scene, ray);
+    // Sensors that gave up, or have gone, are dragged no more.
+    _active.erase(std::remove_if(_active.begin(), _active.end(),
+                                 [](const Place& place) {
+                                     const PointingSensor* const sensor = sensorOf(place.id);
+                                     return !sensor || !sensor->isActivated();
+                                 }),
+                  _active.end());
+    tellOver(time);
+    if (_active.empty()) {
+        for (const Place& place : _over) {
+            if (PointingSensor* const sensor = sensorOf(place.id))
+                sensor->hover(spotOf(place, true), time);
+        }
+        return;
+    }
+    for (const Place& place : _active) {
+        if (PointingSensor* const sensor = sensorOf(place.id))
+            sensor->drag(spotOf(place, isHit(place)), time);
+    }
+}
+
+void Pointer::look(SceneProc& scene, const osg::Line& ray)
+{
+    const osg::Vec3f& direction = ray.getDirection();
+    if (!isUsable(osg::Vec3f(ray.getPosition())) || !isUsable(direction) || isNull(direction))
+        return;
+    SceneHit hit;
+    if (!scene.castRay(ray, hit))
+        return;
+    findSensors(hit);
+    if (_hit.empty())
+        return;
+    _point = hit.point;
+    readSurface(hit);
+}
+
+void Pointer::findSensors(const SceneHit& hit)
+{
+    std::vector<PointingSensorProc*> sensors;
+    for (auto level = hit.levels.rbegin(); level != hit.levels.rend() && _hit.empty(); ++level) {
+        sensors.clear();
+        level->group->collectSensors(sensors);
+        for (const PointingSensorProc* sensor : sensors) {
+            if (sensor->isEnabled())
+                _hit.push_back({sensor->node().ID(), level->toWorld});
+        }
+        const auto* const anchor = dynamic_cast<AnchorProc*>(level->group);
+        if (anchor && anchor->isEnabled())
+            _hit.push_back({anchor->node().ID(), level->toWorld});
+    }
+}
+
+void Pointer::readSurface(const SceneHit& hit)
+{
+    const bool wantsTexCoord = std::any_of(_hit.begin(), _hit.end(), [](const Place& place) {
+        const PointingSensor* const sensor = sensorOf(place.id);
+        return sensor && sensor->wantsTexCoord();
+    });
+    _normal = hit.normal;
+    _hasTexCoord = false;
+    if (!wantsTexCoord)
+        return;
+    const SurfacePoint surface = surfaceAt(hit);
+    _normal = surface.normal;
+    _texCoord = surface.texCoord;
+    _hasTexCoord = surface.hasTexCoord;
+}
+
+bool Pointer::isHit(const Place& place) const
+{
+    return std::any_of(_hit.begin(), _hit.end(), [&](const Place& hit) { return hit.id == place.id; });
+}
+
+void Pointer::tellOver(double time)
+{
+    // While sensors are active no others hear of the pointer.
+    const std::vector<Place>& heard = _active.empty() ? _hit : _active;
+    std::vector<Place> over;
+    for (const Place& place : heard) {
+        if (isHit(place))
+            over.push_back(place);
+    }
+    const auto holds = [](const std::vector<Place>& places, const Place& wanted) {
+        return std::any_of(places.begin(), places.end(),
+                           [&](const Place& place) { return place.id == wanted.id; });
+    };
+    const std::vector<Place> before = std::exchange(_over, over);
+    for (const Place& place : before) {
+        PointingSensor* const sensor = holds(over, place) ? nullptr : sensorOf(place.id);
+        if (sensor)
+            sensor->setOver(false, time);
+    }
+    for (const Place& place : over) {
+        if (PointingSensor* const sensor = sensorOf(place.id))
+            sensor->setOver(true, time);
+    }
+}
+
+PointerSpot Pointer::spotOf(const Place& place, bool isOver) const
+{
+    PointerSpot spot;
+    osg::Matrix4d toWorld;
+    for (osg::UInt32 column = 0; column < 4; ++column)
+        toWorld[column] = osg::Vec4d(place.toWorld[column]);
+    osg::Matrix4d toLocal;
+    toWorld.inverse(toLocal);
+    toLocal.multMatrixPnt(osg::Pnt3d(_ray.getPosition()), spot.origin);
+    toLocal.multMatrixVec(osg::Vec3d(_ray.getDirection()), spot.direction);
+    const double length = spot.direction.length();
+    if (length > 0.0)
+        spot.direction /= length;
+    spot.isOver = isOver;
+    if (!isOver)
+        return spot;
+    osg::Pnt3d point;
+    toLocal.multMatrixPnt(osg::Pnt3d(_point), point);
+    spot.point = osg::Pnt3f(point);
+    // Normals go by the inverse of the inverse, transposed.
+    osg::Vec3d normal;
+    toWorld.multVecMatrix(osg::Vec3d(_normal), normal);
+    spot.normal = unitVector(osg::Vec3f(normal));
+    spot.texCoord = _texCoord;
+    spot.hasTexCoord = _hasTexCoord;
+    return spot;
+}
+
+bool Pointer::press(double time)
+{
+    if (!_active.empty())
+        return true;
+    _active = _over;
+    _active.erase(std::remove_if(_active.begin(), _active.end(),
+                                 [](const Place& place) {
+                                     const PointingSensor* const sensor = sensorOf(place.id);
+                                     return !sensor || !sensor->isEnabled() || sensor->isActivated();
+                                 }),
+                  _active.end());
+    for (const Place& place : _active) {
+        if (PointingSensor* const sensor = sensorOf(place.id))
+            sensor->activate(spotOf(place, true), time);
+    }
+    return !_active.empty();
+}
+
+void Pointer::release(double time)
+{
+    for (const Place& place : std::exchange(_active, {})) {
+        if (PointingSensor* const sensor = sensorOf(place.id))
+            sensor->deactivate(isHit(place), time);
+    }
+    // Others may be pointed at by now; the next move tells them.
+    _hasLooked = false;
+}
+
+void Pointer::leave(double time)
+{
+    _hit.clear();
+    for (const Place& place : std::exchange(_active, {})) {
+        if (PointingSensor* const sensor = sensorOf(place.id))
+            sensor->deactivate(false, time);
+    }
+    tellOver(time);
+    _hasLooked = false;
+}
+
+} // namespace Orvane

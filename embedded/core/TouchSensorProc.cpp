@@ -1,0 +1,48 @@
+#include "base/ValueFields.h"
+#include "core/Part.h"
+#include "core/PointingSensorProc.h"
+
+namespace Orvane {
+
+namespace {
+
+const Part hitNormalPart("hitNormal_changed");
+const Part hitPointPart("hitPoint_changed");
+const Part hitTexCoordPart("hitTexCoord_changed");
+const Part touchTimePart("touchTime");
+
+/// Tells where its siblings are pointed at, and when they are clicked.
+class TouchSensorProc : public PointingSensorProc
+{
+public:
+    using PointingSensorProc::PointingSensorProc;
+
+    bool wantsTexCoord() const override { return true; }
+
+    void hover(const PointerSpot& spot, double time) override
+    {
+        hitPointPart.edit<SFVec3f>(node()).setValue(time, osg::Vec3f(spot.point), Field::EVENT_CT);
+        hitNormalPart.edit<SFVec3f>(node()).setValue(time, spot.normal, Field::EVENT_CT);
+        if (spot.hasTexCoord)
+            hitTexCoordPart.edit<SFVec2f>(node()).setValue(time, spot.texCoord, Field::EVENT_CT);
+    }
+
+    void drag(const PointerSpot& spot, double time) override
+    {
+        if (spot.isOver)
+            hover(spot, time);
+    }
+
+protected:
+    void end(bool over, double time) override
+    {
+        if (over)
+            touchTimePart.edit<SFTime>(node()).setValue(time, time, Field::EVENT_CT);
+    }
+};
+
+const ProcRegistration touchSensor("TouchSensor", makeProc<TouchSensorProc>);
+
+} // namespace
+
+} // namespace Orvane
