@@ -67,6 +67,16 @@ std::string boxesVrml(int count)
     return out;
 }
 
+std::string usesVrml(int count)
+{
+    std::string out = "#VRML V2.0 utf8\nDEF Brick Shape { appearance Appearance { material Material { "
+                      "diffuseColor 0.8 0.5 0.5 } } geometry Box { size 0.8 0.8 0.8 } }\n";
+    for (int i = 0; i < count; ++i)
+        append(out, "Transform { translation %d %d %d children USE Brick }\n", i % 100, i / 100 % 100,
+               i / 10000);
+    return out;
+}
+
 std::string meshXml(int side)
 {
     std::string out = "<X3D profile='Interchange' version='4.0'><Scene><Shape><IndexedFaceSet coordIndex='";

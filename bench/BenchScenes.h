@@ -9,6 +9,9 @@ namespace bench {
 std::string boxesXml(int count);
 std::string boxesVrml(int count);
 
+/// One shape with \a count transforms that use it.
+std::string usesVrml(int count);
+
 /// One face set of two times \a side times \a side triangles.
 std::string meshXml(int side);
 std::string meshVrml(int side);

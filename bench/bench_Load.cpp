@@ -15,18 +15,6 @@ namespace {
 constexpr int boxes = 10000;
 constexpr int side = 708; // a million triangles
 
-const std::string& boxesScene()
-{
-    static const std::string text = bench::boxesXml(boxes);
-    return text;
-}
-
-const std::string& meshScene()
-{
-    static const std::string text = bench::meshXml(side);
-    return text;
-}
-
 void loadScene(benchmark::State& state, const std::string& text)
 {
     for (auto step : state) {
@@ -90,9 +78,18 @@ void loadCoin(benchmark::State& state, const std::string& text)
 #endif
 
 template <class Function>
-void add(const char* name, Function function, const std::string& text)
+void add(const std::string& name, Function function, const std::string& text)
 {
-    benchmark::RegisterBenchmark(name, function, text)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(name.c_str(), function, text)->Unit(benchmark::kMillisecond);
+}
+
+/// One scene in VRML97, here and where the same text can be read by others.
+void addVrml(const std::string& name, const std::string& text)
+{
+    add("load_" + name + "/orvane_vrml", loadScene, text);
+#ifdef ORVANE_BENCH_COIN
+    add("load_" + name + "/coin", loadCoin, text);
+#endif
 }
 
 } // namespace
@@ -101,16 +98,22 @@ int main(int argc, char** argv)
 {
     osg::osgLog().setLogLevel(osg::LOG_LOG);
     Orvane::System::the().init(0, nullptr, 382);
-    add("load_boxes10k/orvane", loadScene, boxesScene());
-    add("load_boxes10k/pugixml", parseXml, boxesScene());
-    add("load_mesh1m/orvane", loadScene, meshScene());
-    add("load_mesh1m/pugixml", parseXml, meshScene());
-    add("save_boxes10k/orvane", saveScene, boxesScene());
+    const std::string boxesXml = bench::boxesXml(boxes);
+    const std::string meshXml = bench::meshXml(side);
+    add("load_boxes10k/orvane", loadScene, boxesXml);
+    add("load_boxes10k/pugixml", parseXml, boxesXml);
+    add("load_mesh1m/orvane", loadScene, meshXml);
+    add("load_mesh1m/pugixml", parseXml, meshXml);
+    add("save_boxes10k/orvane", saveScene, boxesXml);
 #ifdef ORVANE_BENCH_COIN
     SoDB::init();
-    add("load_boxes10k/coin", loadCoin, bench::boxesVrml(boxes));
-    add("load_mesh1m/coin", loadCoin, bench::meshVrml(side));
 #endif
+    addVrml("boxes10k", bench::boxesVrml(boxes));
+    addVrml("boxes100k", bench::boxesVrml(10 * boxes));
+    addVrml("uses100k", bench::usesVrml(10 * boxes));
+    addVrml("mesh1m", bench::meshVrml(side));
+    // A million boxes are four million nodes. Coin would need more memory for them than small machines have.
+    add("load_boxes1m/orvane_vrml", loadScene, bench::boxesVrml(100 * boxes));
     const int result = runBenchmarks(argc, argv);
     Orvane::System::the().exit();
     return result;

@@ -34,6 +34,12 @@ bool takesDeclarations(const NodeType& type)
            isOfType(type, "X3DProgrammableShaderObject");
 }
 
+/// True for a node of the catalogue's type; prototypes and unknown types may bear any name.
+bool isOf(const Node& node, const char* typeName)
+{
+    return node.type()->name == typeName && node.type() == findType(typeName);
+}
+
 std::string label(const Node& node, std::string_view field)
 {
     return node.type()->name + "." + std::string(field);
@@ -127,7 +133,7 @@ bool SceneBuilder::beginNode(const NodeStart& start)
         ++_skipped; // the reader has said so
         return true;
     }
-    NodeType* rootType = findType(start.type);
+    NodeType* rootType = start.isInstance ? nullptr : findType(start.type);
     if (rootType && rootType->isContextRoot()) {
         const bool atHome = isTopLevel() && !_scope.parent && rootType != _scope.root->type();
         if (!atHome || _session.hasContextRoot(*rootType)) {
@@ -161,7 +167,7 @@ void SceneBuilder::endNode()
     }
     if (_levels.back().namesFiles)
         checkFiles(node(), _scope);
-    if (node().type()->name == "Inline")
+    if (isOf(node(), "Inline"))
         _session.addInline(node(), _scope, _depth);
     _levels.pop_back();
     --_depth;
@@ -190,18 +196,23 @@ void SceneBuilder::useNode(const NodeUse& use)
 /// Window and Viewarea at the top of a scene stand for the engine that they need.
 bool SceneBuilder::placeRoot(Node& node)
 {
-    const std::string& type = node.type()->name;
-    if (!isTopLevel() || _scope.parent || (type != "Window" && type != "Viewarea"))
+    const bool isWindow = isOf(node, "Window");
+    if (!isTopLevel() || _scope.parent || !(isWindow || isOf(node, "Viewarea")))
         return false;
     Node& engine = _session.contextRoot(*findType("Engine"));
     auto& windows = edit<MFNode>(engine, static_cast<unsigned int>(partIndex(*engine.type(), "windows")));
-    if (type == "Window")
+    if (isWindow)
         return windows.addNode(0.0, &node, Field::LOADER_CT);
-    if (windows.size() == 0)
-        windows.addNode(0.0, createNode(_session.context(), *findType("Window"), LOADER_NC).get(),
-                        Field::LOADER_CT);
-    Node& window = *windows.elem(static_cast<int>(windows.size()) - 1).directNode();
-    return edit<MFNode>(window, static_cast<unsigned int>(partIndex(*window.type(), "viewareas")))
+    // The scene may have put other nodes among its windows.
+    NodeRef window;
+    for (NodeLink& link : windows)
+        if (link.directNode() && isOf(*link.directNode(), "Window"))
+            window = NodeRef(link.directNode());
+    if (!window) {
+        window = createNode(_session.context(), *findType("Window"), LOADER_NC);
+        windows.addNode(0.0, window.get(), Field::LOADER_CT);
+    }
+    return edit<MFNode>(*window, static_cast<unsigned int>(partIndex(*window->type(), "viewareas")))
         .addNode(0.0, &node, Field::LOADER_CT);
 }
 

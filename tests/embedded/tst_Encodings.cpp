@@ -34,6 +34,9 @@ private slots:
     void nestingHasALimit();
     void valuesMayBeHuge();
     void faultsAreToldWithTheirPlace();
+    void unknownFieldsGiveOneMessageEach();
+    void shadersTakeFieldsOfTheirAuthors();
+    void secondNodeOfANameIsTheOneUsed();
 
 private:
     static QString folder();
@@ -268,6 +271,50 @@ void tst_Encodings::faultsAreToldWithTheirPlace()
     QVERIFY(scene.messages()[5].startsWith(QLatin1String("12:1 ROUTE")));
     QCOMPARE(scene.value("T", "scale"), QStringLiteral("2 2 2"));
     QVERIFY(scene.find("N"));
+}
+
+void tst_Encodings::unknownFieldsGiveOneMessageEach()
+{
+    LoadedText scene;
+    QVERIFY(scene.load(
+        "#X3D V3.3 utf8\nDEF T Transform {\n  a [ Shape { geometry Box { size 1 2 3 } } Wibble {} ]\n"
+        "  b \"text\" c 1 2 3 d [ \"x\" \"y\" ] e TRUE\n  f Shape { b 1 } g NULL h USE T\n  scale 2 2 2\n}"));
+    QStringList expected;
+    for (const char* const place :
+         {"3:3 a", "4:3 b", "4:12 c", "4:20 d", "4:34 e", "5:3 f", "5:19 g", "5:26 h"}) {
+        const QString text = QLatin1String(place);
+        expected
+            << text.section(QLatin1Char(' '), 0, 0) +
+                   QStringLiteral(" Transform: expected one of its fields, found \"%1\"").arg(text.right(1));
+    }
+    QCOMPARE(scene.messages(), expected);
+    QCOMPARE(scene.value("T", "scale"), QStringLiteral("2 2 2"));
+    QCOMPARE(LoadedText::outline(scene.find("T")), QStringLiteral("Transform"));
+}
+
+void tst_Encodings::shadersTakeFieldsOfTheirAuthors()
+{
+    LoadedText scene;
+    QVERIFY(scene.load(
+        "#X3D V3.3 utf8\nShape { appearance Appearance { shaders [\n"
+        "DEF C ComposedShader { inputOutput SFFloat x 1 language \"GLSL\" parts ShaderPart {} }\n"
+        "DEF P PackagedShader { initializeOnly MFVec3f v [ 1 2 3 ] }\n"
+        "ProgramShader { programs DEF S ShaderProgram { inputOutput SFColor c 1 0 0 type \"VERTEX\" } }\n"
+        "] } }"));
+    QCOMPARE(scene.messages(), QStringList());
+    QCOMPARE(scene.value("C", "x"), QStringLiteral("1"));
+    QCOMPARE(scene.value("P", "v"), QStringLiteral("1 2 3"));
+    QCOMPARE(scene.value("S", "c"), QStringLiteral("1 0 0"));
+}
+
+void tst_Encodings::secondNodeOfANameIsTheOneUsed()
+{
+    LoadedText scene;
+    QVERIFY(scene.load("#VRML V2.0 utf8\nDEF A Group {} DEF A Shape {} DEF B Group { children USE A }"));
+    QCOMPARE(scene.messages(),
+             QStringList(QStringLiteral("2:16 DEF: expected a name of its own, found \"A\", "
+                                        "which the node at 2:1 bears")));
+    QCOMPARE(LoadedText::outline(scene.find("B")), QStringLiteral("Group(Shape)"));
 }
 
 QTEST_APPLESS_MAIN(tst_Encodings)

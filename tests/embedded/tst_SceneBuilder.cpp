@@ -53,6 +53,8 @@ private slots:
     void routeGivesATextOfAnUnknownNodeTheTypeOfTheOtherEnd();
     void rootNodesBecomeRoots();
     void windowAtTheTopMakesTheEngine();
+    void viewareaFindsTheWindowAmongOtherNodes();
+    void instancesNamedLikeNodesAreNone();
     void secondRootIsTold();
     void nestingTooDeepRefusesTheScene();
     void missingFilesAreTold();
@@ -487,6 +489,23 @@ void tst_SceneBuilder::windowAtTheTopMakesTheEngine()
     const LoadedText scene("<Window/><Viewarea/><Window/>");
     QCOMPARE(scene.messages(), QStringList());
     QCOMPARE(LoadedText::outline(scene.root("Engine")), QStringLiteral("Engine(Window(Viewarea) Window)"));
+}
+
+void tst_SceneBuilder::viewareaFindsTheWindowAmongOtherNodes()
+{
+    const LoadedText scene("<Engine><TimeSensor containerField='windows'/></Engine><Viewarea/>");
+    QVERIFY(scene.ok);
+    QCOMPARE(LoadedText::outline(scene.root("Engine")),
+             QStringLiteral("Engine(TimeSensor Window(Viewarea))"));
+}
+
+void tst_SceneBuilder::instancesNamedLikeNodesAreNone()
+{
+    const LoadedText scene("<ProtoInstance name='Window'/><ProtoInstance name='Viewarea'/>"
+                           "<ProtoInstance name='Inline'/><ProtoInstance name='Engine'/>");
+    QVERIFY(scene.ok);
+    QVERIFY(!scene.root("Engine"));
+    QCOMPARE(LoadedText::outline(scene.scene()), QStringLiteral("Scene(Window Viewarea Inline Engine)"));
 }
 
 void tst_SceneBuilder::secondRootIsTold()
