@@ -6,6 +6,7 @@
 #include "base/NodeGraph.h"
 #include "base/NodeTable.h"
 #include "base/Prototype.h"
+#include "base/SceneLoader.h"
 #include <Orvane/Field.h>
 #include <algorithm>
 
@@ -158,6 +159,9 @@ NodeRef createNode(Context& context, NodeType& type, NodeCreator creator)
         const NodeNameSpace* const names = protoNames(*declaration->model);
         std::vector<Node*> made;
         completeInstance(*node, {}, names ? names->data()->parent : nullptr, made);
+        for (Node* part : made)
+            if (part->type() == findType("Inline"))
+                reloadInline(*part);
     }
     return node;
 }

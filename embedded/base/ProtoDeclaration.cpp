@@ -5,13 +5,6 @@
 
 namespace Orvane {
 
-namespace {
-
-/// Instances whose body begins with an instance, and so on: more levels than any sound scene has.
-constexpr int maxNestedInstances = 256;
-
-} // namespace
-
 ProtoDeclaration* protoDeclaration(const NodeType& type)
 {
     PrototypeData* const data = type.data()->prototype.get();

@@ -39,6 +39,9 @@ ORVANE_API ProtoDeclaration* protoDeclaration(const NodeType& type);
 ORVANE_API MFNode& protoBody(Node& instance);
 ORVANE_API const MFNode& protoBody(const Node& instance);
 
+/// Instances may begin their bodies with instances so many times: more than in any sound scene.
+constexpr int maxNestedInstances = 256;
+
 /// The node that stands for an instance where it is placed: the first one of its body. Null when the body is
 /// empty; the node itself when it is no instance.
 ORVANE_API Node* protoStandIn(Node& node);

@@ -1,5 +1,6 @@
 #include "core/ElementProc.h"
 #include "base/Graph.h"
+#include "base/ProtoDeclaration.h"
 #include "base/SceneLoader.h"
 #include <Orvane/MFNode.h>
 #include <Orvane/Node.h>
@@ -7,25 +8,6 @@
 #include <Orvane/NodeType.h>
 
 namespace Orvane {
-
-namespace {
-
-/// Instances whose body begins with an instance, and so on: a prototype cannot hold itself, so that more
-/// levels than this come of no sound scene.
-constexpr int MaxNestedInstances = 256;
-
-/// The node that stands for an instance of a prototype: the first one of its body.
-Node* bodyOf(const Node& instance)
-{
-    for (unsigned int part = 0; part < instance.partDescCount(); ++part) {
-        const Field& field = readField(instance, part);
-        if (field.dataType() == MFNODE_DT && field._desc->privateAccess() && field.size() > 0)
-            return static_cast<const MFNode&>(field).elem(0).node();
-    }
-    return nullptr;
-}
-
-} // namespace
 
 ElementProc::ElementProc(Node& node)
     : Proc(node)
@@ -116,18 +98,17 @@ void DescriptionProc::elementGone()
 
 Node* resolved(Node* node)
 {
-    for (int level = 0; node && node->type()->isProto(); ++level)
-        node = level < MaxNestedInstances ? bodyOf(*node) : nullptr;
-    return node;
+    return node ? protoStandIn(*node) : nullptr;
 }
 
 void appendResolved(Node* node, std::vector<Node*>& chain)
 {
     chain.push_back(node);
-    for (int level = 0; node->type()->isProto() && level < MaxNestedInstances; ++level) {
-        node = bodyOf(*node);
-        if (!node)
+    for (int level = 0; node->type()->isProto() && level < maxNestedInstances; ++level) {
+        const MFNode& body = protoBody(static_cast<const Node&>(*node));
+        if (body.size() == 0)
             return;
+        node = body.elem(0).directNode();
         chain.push_back(node);
     }
 }

@@ -1,4 +1,5 @@
 #include "base/ValueFields.h"
+#include "base/ValueOrigin.h"
 #include "core/AppearanceProcs.h"
 #include "core/Part.h"
 #include "core/SceneFiles.h"
@@ -110,7 +111,8 @@ private:
         std::string mimeType;
         std::vector<std::uint8_t> data;
         const bool isData = readDataAddress(address, mimeType, data);
-        const std::string file = isData ? std::string() : localFileOf(node(), address);
+        const std::string file =
+            isData ? std::string() : localFileOf(valueOrigin(urlPart.edit<MFString>(node())), address);
         if (isData || !file.empty())
             _hasFound = true;
         if (isData)

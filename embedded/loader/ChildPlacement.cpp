@@ -1,6 +1,7 @@
 #include "loader/ChildPlacement.h"
 
 #include "base/Graph.h"
+#include "base/ProtoDeclaration.h"
 #include <Orvane/Field.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>
@@ -19,6 +20,15 @@ const NodePartDesc& descOf(const Node& node, unsigned int part)
 bool saysItsPlace(const NodeType& type)
 {
     return !type.isProto() && !isUnknown(type);
+}
+
+/// The type by which a node finds its place: for an instance that of the first node of its body.
+const NodeType& placingType(const NodeType& type)
+{
+    const ProtoDeclaration* const declaration = protoDeclaration(type);
+    const Node* const standIn =
+        declaration && declaration->model ? protoStandIn(*declaration->model) : nullptr;
+    return standIn ? *standIn->type() : type;
 }
 
 bool allows(const NodePartDesc& desc, const NodeType& child)
@@ -56,7 +66,7 @@ bool ChildPlacement::accepts(const NodePartDesc& desc, const NodeType& child)
         return true;
     const auto [known, isNew] = _accepted.try_emplace({&desc, &child}, false);
     if (isNew)
-        known->second = allows(desc, child);
+        known->second = allows(desc, placingType(child));
     return known->second;
 }
 
@@ -69,11 +79,11 @@ int ChildPlacement::find(const Node& parent, const NodeType& child)
 {
     const auto [known, isNew] = _parts.try_emplace({parent.type(), &child}, -1);
     if (isNew)
-        known->second = search(parent, child, false);
+        known->second = search(parent, placingType(child), false);
     const int part = known->second;
     if (part < 0 || !isFull(parent, static_cast<unsigned int>(part)))
         return part;
-    const int freePart = search(parent, child, true);
+    const int freePart = search(parent, placingType(child), true);
     return freePart >= 0 ? freePart : part;
 }
 

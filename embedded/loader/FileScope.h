@@ -3,6 +3,7 @@
 #include "base/NodeRef.h"
 #include "loader/LoadMessages.h"
 #include <Relayne/URL.h>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -10,6 +11,7 @@
 namespace Orvane {
 
 class NodeNameSpace;
+class NodeType;
 
 /// One end of a route that is still to be made: a node, or the name of one that has not come yet.
 struct PendingEnd
@@ -41,8 +43,8 @@ struct UnknownUse
     SourcePlace place;
 };
 
-/// One file of a load: its names, and what can only be resolved when all of it has been read. The load owns
-/// its files until it ends.
+/// One file of a load, or the body of a prototype in it: its names, and what can only be resolved when all of
+/// it has been read. The load owns its files until it ends.
 struct FileScope
 {
     FileScope(LoadMessages fileMessages, Relayne::URL fileUrl)
@@ -53,15 +55,25 @@ struct FileScope
 
     /// The node that bears a name in this file, imported ones included; null when there is none (yet).
     Node* findNode(const std::string& name) const;
+    /// The prototype that has been declared under a name here, or around a prototype's body; or null.
+    std::shared_ptr<NodeType> findPrototype(const std::string& name) const;
+    /// True for the body of a prototype.
+    bool isBody() const { return outer; }
 
     LoadMessages messages;
     Relayne::URL url;
-    std::string canonicalPath; ///< empty for a text that is no file
-    const FileScope* parent = nullptr;
-    NodeRef root; ///< the scene, or the inline that the content hangs below
+    std::string canonicalPath;         ///< empty for a text that is no file
+    const FileScope* parent = nullptr; ///< of an inlined file: the one that inlines it
+    const FileScope* outer = nullptr;  ///< of a body: where the prototype is declared
+    bool isLibrary = false;            ///< read for its prototypes alone
+    bool isRefused = false;            ///< has an error
+    NodeRef root;                      ///< the scene, or the inline that the content hangs below
     NodeNameSpace* names = nullptr;
     unsigned int depth = 0;   ///< nodes above the content
     double angleFactor = 1.0; ///< radians by the file's unit of angles
+
+    std::unordered_map<std::string, std::shared_ptr<NodeType>> prototypes;
+    std::shared_ptr<NodeType> firstPrototype;
 
     std::vector<PendingRoute> routes;
     std::vector<PendingImport> imports;

@@ -2,6 +2,8 @@
 
 #include "base/Graph.h"
 #include "base/LocalFile.h"
+#include "base/Prototype.h"
+#include "base/ValueOrigin.h"
 #include "loader/ExternalFiles.h"
 #include "loader/KeptStatements.h"
 #include "loader/Routes.h"
@@ -46,6 +48,7 @@ bool isOnTheWay(const FileScope* scope, const std::string& canonicalPath)
 LoadSession::LoadSession(Context& context, LoadReport& report)
     : _context(context)
     , _report(report)
+    , _externs(*this)
 {
 }
 
@@ -54,7 +57,84 @@ LoadSession::~LoadSession() = default;
 FileScope& LoadSession::openScope(std::string name, const Relayne::URL& url)
 {
     _scopes.push_back(std::make_unique<FileScope>(LoadMessages(_report, _leftOut, std::move(name)), url));
+    ++_files;
     return *_scopes.back();
+}
+
+FileScope& LoadSession::openBody(FileScope& outer, const std::string& name, Node& root)
+{
+    _scopes.push_back(std::make_unique<FileScope>(outer.messages, outer.url));
+    FileScope& body = *_scopes.back();
+    body.canonicalPath = outer.canonicalPath;
+    body.parent = outer.parent;
+    body.outer = &outer;
+    body.isLibrary = outer.isLibrary;
+    body.angleFactor = outer.angleFactor;
+    body.root = NodeRef(&root);
+    body.names = createNameSpace(_context, outer.names, name, &root, outer.url);
+    return body;
+}
+
+void LoadSession::closeBody(FileScope& body)
+{
+    tellUnknownUses(body);
+    makeRoutes(body, _report);
+    body.routes.clear();
+    body.unknownUses.clear();
+}
+
+FileScope* LoadSession::fileOfPrototypes(const LocalFile& file, unsigned int depth)
+{
+    const std::string path = canonical(file.path);
+    for (const auto& scope : _scopes)
+        if (!scope->isBody() && scope->canonicalPath == path)
+            return scope->isRefused ? nullptr : scope.get();
+    if (_files > maxFiles)
+        return nullptr;
+    FileScope& scope = openScope(file.path, file.url);
+    scope.canonicalPath = path;
+    scope.isLibrary = true;
+    scope.depth = depth;
+    SourceText source;
+    SourceFault fault;
+    if (!source.readFile(file.path, fault)) {
+        scope.messages.error(fault.place, fault.text);
+        scope.isRefused = true;
+        return nullptr;
+    }
+    _report.bytes += source.bytesOnDisk();
+    scope.root = createNode(_context, *findType("Scene"), LOADER_NC);
+    scope.names = createNameSpace(_context, nullptr, "library", scope.root.get(), file.url);
+    if (parse(source, scope))
+        return &scope;
+    scope.isRefused = true;
+    return nullptr;
+}
+
+void LoadSession::completeInstance(Node& instance, const std::vector<unsigned int>& given, FileScope& scope,
+                                   unsigned int depth)
+{
+    const ProtoSize size = protoSize(*instance.type());
+    const SourcePlace place{sourceLine(instance), sourceColumn(instance)};
+    if (size.nodes > maxInstanceNodes - _instanceNodes) {
+        scope.messages.warn(place, "expected instances of prototypes that bring at most " +
+                                       std::to_string(maxInstanceNodes) + " nodes, found more with this " +
+                                       instance.type()->name);
+        return;
+    }
+    if (size.depth > maxDepth - std::min(depth, maxDepth)) {
+        scope.messages.warn(place, "expected nodes that nest at most " + std::to_string(maxDepth) +
+                                       " deep, found deeper ones in this " + instance.type()->name);
+        return;
+    }
+    _instanceNodes += size.nodes;
+    std::vector<Node*> made;
+    Orvane::completeInstance(instance, given, scope.names, made);
+    if (scope.isBody())
+        return; // of a model, which does not run
+    for (Node* node : made)
+        if (node->type() == findType("Inline"))
+            addInline(*node, scope, depth + size.depth);
 }
 
 bool LoadSession::readScene(const Relayne::URL& url, const std::string* text, LoadedScene& scene)
@@ -134,23 +214,28 @@ void LoadSession::readInlines()
 
 bool LoadSession::readInline(const PendingInline& pending)
 {
+    if (!pending.node)
+        return true;
     Node& node = *pending.node;
+    clearDeclaredPrototypes(node);
     const auto part = [&](std::string_view name) {
         return static_cast<unsigned int>(partIndex(*node.type(), name));
     };
     const std::vector<std::string> addresses = readStrings(node, part("url"));
     if (addresses.empty() || !read<SFBool>(node, part("load")).value())
         return true;
-    LoadMessages messages = pending.scope->messages;
+    LoadMessages messages = messagesOf(node, *pending.scope);
+    const NodeNameSpace* const origin = valueOrigin(editField(node, part("url"))).nameSpace();
+    const Relayne::URL base = origin ? origin->baseURL() : pending.scope->url;
     const SourcePlace place{sourceLine(node), sourceColumn(node)};
-    if (_scopes.size() > maxFiles) {
+    if (_files > maxFiles) {
         messages.warn(place, "Inline.url: expected at most " + std::to_string(maxFiles) +
                                  " files in one scene, found more");
         return false;
     }
     bool anyFile = false;
     for (const std::string& address : addresses) {
-        const LocalFile file = findLocalFile(pending.scope->url, address);
+        const LocalFile file = findLocalFile(base, address);
         if (file.path.empty())
             continue;
         anyFile = true;
@@ -184,7 +269,7 @@ bool LoadSession::readInlineFile(const PendingInline& pending, const Relayne::UR
     }
     _report.bytes += source.bytesOnDisk();
     Node& node = *pending.node;
-    scope.names = createNameSpace(_context, pending.scope->names,
+    scope.names = createNameSpace(_context, node.nameSpace() ? node.nameSpace() : pending.scope->names,
                                   node.name() ? std::string_view(*node.name()) : "inline", &node, url);
     if (parse(source, scope))
         return true;
@@ -195,6 +280,10 @@ bool LoadSession::readInlineFile(const PendingInline& pending, const Relayne::UR
     scope.routes.clear();
     scope.imports.clear();
     scope.unknownUses.clear();
+    scope.prototypes.clear();
+    scope.firstPrototype.reset();
+    clearDeclaredPrototypes(node);
+    scope.isRefused = true;
     scope.names = nullptr;
     scope.root = NodeRef();
     return false;
@@ -215,21 +304,40 @@ bool LoadSession::hasContextRoot(const NodeType& type) const
                        [&](const NodeRef& root) { return root->type() == &type; });
 }
 
-void LoadSession::finish()
+/// Messages about a node, which may stand in the body of an instance and so in another file.
+LoadMessages LoadSession::messagesOf(const Node& node, const FileScope& scope)
 {
-    for (const auto& scope : _scopes) {
-        for (const UnknownUse& use : scope->unknownUses)
-            scope->messages.warn(use.place,
-                                 scope->findNode(use.name)
+    const NodeNameSpace* names = node.nameSpace();
+    if (!names || names->baseURL().toString() == scope.url.toString())
+        return scope.messages;
+    const Relayne::URL& url = names->baseURL();
+    return {_report, _leftOut, url.isLocalFile() ? url.localFile() : url.toString()};
+}
+
+void LoadSession::tellUnknownUses(const FileScope& scope)
+{
+    for (const UnknownUse& use : scope.unknownUses) {
+        LoadMessages messages = scope.messages;
+        messages.warn(use.place, scope.findNode(use.name)
                                      ? "USE: expected a node that stands before, found " + quoted(use.name) +
                                            ", which comes after"
                                      : "USE: expected the name of a node, found " + quoted(use.name));
     }
+}
+
+void LoadSession::finish()
+{
+    const auto takesPart = [](const FileScope& scope) { return !scope.isLibrary && !scope.isBody(); };
+    for (const auto& scope : _scopes)
+        if (takesPart(*scope))
+            tellUnknownUses(*scope);
     // An inlined file may hand on what it imports itself, so the innermost come first.
     for (auto scope = _scopes.rbegin(); scope != _scopes.rend(); ++scope)
-        resolveImports(**scope);
+        if (takesPart(**scope))
+            resolveImports(**scope);
     for (const auto& scope : _scopes)
-        makeRoutes(*scope, _report);
+        if (takesPart(*scope))
+            makeRoutes(*scope, _report);
 }
 
 void LoadSession::tellLeftOut()
@@ -251,7 +359,7 @@ void LoadSession::resolveImports(FileScope& scope)
         keepImport(*inlineNode, import.exportedName, import.name);
         const FileScope* inner = nullptr;
         for (const auto& candidate : _scopes)
-            if (candidate->parent && candidate->root.get() == inlineNode)
+            if (candidate->parent && !candidate->isBody() && candidate->root.get() == inlineNode)
                 inner = candidate.get();
         if (!inner)
             continue; // the inline has said why it holds nothing

@@ -3,6 +3,7 @@
 #include "base/NodeRef.h"
 #include "base/SceneLoader.h"
 #include "loader/ChildPlacement.h"
+#include "loader/ExternPrototypes.h"
 #include "loader/FileScope.h"
 #include <Relayne/URL.h>
 #include <deque>
@@ -13,6 +14,7 @@
 namespace Orvane {
 
 class SourceText;
+struct LocalFile;
 
 /// One load: reads a scene, then file by file what it inlines, then makes the routes. Nothing of it outlives
 /// the load but the nodes.
@@ -23,6 +25,9 @@ public:
     static constexpr unsigned int maxDepth = 2000;
     /// So many files one scene may inline, so that files that inline each other in number come to an end.
     static constexpr std::size_t maxFiles = 10000;
+
+    /// So many nodes the instances of prototypes may bring, beside those that stand in the text.
+    static constexpr std::size_t maxInstanceNodes = 20000000;
 
     LoadSession(Context& context, LoadReport& report);
     ~LoadSession();
@@ -37,6 +42,17 @@ public:
     Context& context() const { return _context; }
     LoadReport& report() const { return _report; }
     ChildPlacement& placement() { return _placement; }
+    ExternPrototypes& externs() { return _externs; }
+    /// A scope for the interface and the body of a prototype that \a outer declares, with names of its own.
+    FileScope& openBody(FileScope& outer, const std::string& name, Node& root);
+    /// The body has been read: makes its routes, and tells of what is missing.
+    void closeBody(FileScope& body);
+    /// The file with its prototypes, read when it has not been; null when it cannot be. A file that is still
+    /// being read answers with the prototypes that it has declared so far.
+    FileScope* fileOfPrototypes(const LocalFile& file, unsigned int depth);
+    /// Gives an instance its body, unless that would be too large. \a given are the parts that it sets.
+    void completeInstance(Node& instance, const std::vector<unsigned int>& given, FileScope& scope,
+                          unsigned int depth);
     /// Takes down that a node of a file inlines another, to be read when the file has been.
     void addInline(Node& node, const FileScope& scope, unsigned int depth);
     /// A root of the scene beside the `Scene`: that of the type when there is one already, else a new one.
@@ -47,7 +63,7 @@ private:
     struct PendingInline
     {
         NodeRef node;
-        const FileScope* scope;
+        const FileScope* scope; ///< of its instance, when it stands in the body of one
         unsigned int depth;
     };
 
@@ -56,6 +72,8 @@ private:
     void readInlines();
     bool readInline(const PendingInline& pending);
     bool readInlineFile(const PendingInline& pending, const Relayne::URL& url, const std::string& path);
+    LoadMessages messagesOf(const Node& node, const FileScope& scope);
+    void tellUnknownUses(const FileScope& scope);
     void finish();
     void tellLeftOut();
     void resolveImports(FileScope& scope);
@@ -64,6 +82,9 @@ private:
     LoadReport& _report;
     std::size_t _leftOut = 0;
     ChildPlacement _placement;
+    ExternPrototypes _externs;
+    std::size_t _files = 0;
+    std::size_t _instanceNodes = 0;
     std::vector<NodeRef> _roots;
     std::vector<std::unique_ptr<FileScope>> _scopes;
     std::deque<PendingInline> _inlines;

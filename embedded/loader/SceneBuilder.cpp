@@ -1,6 +1,7 @@
 #include "loader/SceneBuilder.h"
 
 #include "base/Graph.h"
+#include "base/Prototype.h"
 #include "base/TextCoding.h"
 #include "loader/AngleUnit.h"
 #include "loader/ExternalFiles.h"
@@ -17,6 +18,7 @@
 #include <Orvane/NodeType.h>
 #include <Orvane/SFNode.h>
 #include <Orvane/SFString.h>
+#include <algorithm>
 
 namespace Orvane {
 
@@ -40,16 +42,11 @@ bool isOf(const Node& node, const char* typeName)
     return node.type()->name == typeName && node.type() == findType(typeName);
 }
 
-std::string label(const Node& node, std::string_view field)
-{
-    return node.type()->name + "." + std::string(field);
-}
-
 } // namespace
 
 SceneBuilder::SceneBuilder(LoadSession& session, FileScope& scope, Field& content)
     : _session(session)
-    , _scope(scope)
+    , _scope(&scope)
     , _depth(scope.depth)
 {
     // A part that the user does not see takes all; else the nodes ask for their fields as anywhere.
@@ -58,17 +55,19 @@ SceneBuilder::SceneBuilder(LoadSession& session, FileScope& scope, Field& conten
 
 void SceneBuilder::warn(SourcePlace place, std::string text)
 {
-    _scope.messages.warn(place, std::move(text));
+    // Of a file that is read for its prototypes all else is as if it were not there.
+    if (!_scope->isLibrary || _scope->isBody())
+        _scope->messages.warn(place, std::move(text));
 }
 
 void SceneBuilder::head(const HeadStatement& statement)
 {
-    if (!_scope.parent)
-        keepHead(*_scope.root, statement);
+    if (!_scope->parent && !_scope->isLibrary)
+        keepHead(*_scope->root, statement);
     if (statement.kind != HeadStatement::UNIT || statement.factor == 1.0)
         return;
     if (statement.name == "angle" && statement.factor > 0.0)
-        _scope.angleFactor = statement.factor;
+        _scope->angleFactor = statement.factor;
     else
         warn(statement.place, "unit: expected the base unit of " + quoted(statement.name) + ", found " +
                                   quoted(statement.content) + ", whose values are taken as they are");
@@ -76,28 +75,35 @@ void SceneBuilder::head(const HeadStatement& statement)
 
 // ---- Nodes
 
+NodeType* SceneBuilder::typeOf(const NodeStart& start)
+{
+    const std::string name = coding::toGraph(start.type);
+    NodeType* const known = start.isInstance ? nullptr : findType(name);
+    if (NodeType* type = findPrototype(name, known, start.place))
+        return type;
+    // Of abstract types, whose names begin so, no node can be.
+    if (known && known->name.compare(0, 3, "X3D") != 0)
+        return known;
+    if (_warnedTypes.insert(name).second)
+        warn(start.place, start.isInstance ? "expected a node type, found an instance of the prototype " +
+                                                 quoted(name) + "; it is kept without behaviour"
+                                           : "expected a node type, found " + quoted(name) +
+                                                 "; it is kept without behaviour");
+    return unknownType(name);
+}
+
 NodeRef SceneBuilder::makeNode(const NodeStart& start)
 {
-    const std::string typeName = coding::toGraph(start.type);
-    NodeType* type = findType(typeName);
-    // Of abstract types, whose names begin so, no node can be.
-    if (type && (start.isInstance || type->name.compare(0, 3, "X3D") == 0))
-        type = nullptr;
-    if (!type) {
-        type = unknownType(typeName);
-        if (_warnedTypes.insert(typeName).second)
-            warn(start.place, start.isInstance ? "expected a node type, found an instance of the prototype " +
-                                                     quoted(typeName) + "; it is kept without behaviour"
-                                               : "expected a node type, found " + quoted(typeName) +
-                                                     "; it is kept without behaviour");
-    }
-    NodeRef node = createNode(_session.context(), *type, LOADER_NC);
-    if (start.isInstance)
+    NodeType& type = *typeOf(start);
+    NodeRef node = createBareInstance(_session.context(), type, LOADER_NC);
+    if (start.isInstance && !type.isProto())
         markInstance(*node);
     setSourcePlace(*node, start.place.line, start.place.column);
+    if (_scope->isLibrary)
+        return node;
     LoadReport& report = _session.report();
     ++report.nodes;
-    if (type->name == "Script")
+    if (isOf(*node, "Script"))
         ++report.scripts;
     return node;
 }
@@ -105,15 +111,15 @@ NodeRef SceneBuilder::makeNode(const NodeStart& start)
 void SceneBuilder::name(Node& node, const NodeStart& start)
 {
     if (start.name.empty()) {
-        setName(node, _scope.names, {}); // so that its addresses count from this file
+        setName(node, _scope->names, {}); // so that its addresses count from this file
         return;
     }
     const std::string name = coding::toGraph(start.name);
-    if (const Node* earlier = NodeNameSpace::findNode(_scope.names, name))
+    if (const Node* earlier = NodeNameSpace::findNode(_scope->names, name))
         warn(start.place, "DEF: expected a name of its own, found " + quoted(name) + ", which the node at " +
                               std::to_string(sourceLine(*earlier)) + ":" +
                               std::to_string(sourceColumn(*earlier)) + " bears");
-    setName(node, _scope.names, name);
+    setName(node, _scope->names, name);
     ++_session.report().namedNodes;
 }
 
@@ -124,18 +130,25 @@ bool SceneBuilder::beginNode(const NodeStart& start)
         return true;
     }
     if (_depth >= LoadSession::maxDepth) {
-        _scope.messages.error(start.place, "expected nodes that nest at most " +
-                                               std::to_string(LoadSession::maxDepth) +
-                                               " deep, found deeper ones");
+        _scope->messages.error(start.place, "expected nodes that nest at most " +
+                                                std::to_string(LoadSession::maxDepth) +
+                                                " deep, found deeper ones");
         return false;
     }
     if (start.type.empty()) {
         ++_skipped; // the reader has said so
         return true;
     }
+    if (_open && !_open->type && isTopLevel()) {
+        warn(start.place,
+             "PROTO: expected declarations of fields in the interface, found " + quoted(start.type));
+        ++_skipped;
+        return true;
+    }
     NodeType* rootType = start.isInstance ? nullptr : findType(start.type);
     if (rootType && rootType->isContextRoot()) {
-        const bool atHome = isTopLevel() && !_scope.parent && rootType != _scope.root->type();
+        const bool atHome =
+            isTopLevel() && isScene() && !_scope->isLibrary && rootType != _scope->root->type();
         if (!atHome || _session.hasContextRoot(*rootType)) {
             warn(start.place, atHome ? "expected one " + rootType->name + ", found a second one"
                                      : "expected no root node here, found " + rootType->name);
@@ -165,10 +178,14 @@ void SceneBuilder::endNode()
         --_skipped;
         return;
     }
-    if (_levels.back().namesFiles)
-        checkFiles(node(), _scope);
-    if (isOf(node(), "Inline"))
-        _session.addInline(node(), _scope, _depth);
+    Level& level = _levels.back();
+    const bool isRead = !_scope->isLibrary || _scope->isBody();
+    if (level.namesFiles && isRead)
+        checkFiles(node(), *_scope);
+    if (node().type()->isProto() && isRead)
+        _session.completeInstance(node(), level.given, *_scope, _depth);
+    else if (isOf(node(), "Inline") && !_scope->isLibrary && !_scope->isBody())
+        _session.addInline(node(), *_scope, _depth);
     _levels.pop_back();
     --_depth;
 }
@@ -179,9 +196,9 @@ void SceneBuilder::useNode(const NodeUse& use)
         return;
     ++_session.report().uses;
     const std::string name = coding::toGraph(use.name);
-    Node* node = NodeNameSpace::findNode(_scope.names, name);
+    Node* node = NodeNameSpace::findNode(_scope->names, name);
     if (!node) {
-        _scope.unknownUses.push_back({name, use.place});
+        _scope->unknownUses.push_back({name, use.place});
         return;
     }
     const NodeType* expected = use.type.empty() ? nullptr : findType(use.type);
@@ -191,13 +208,25 @@ void SceneBuilder::useNode(const NodeUse& use)
     place(*node, use.containerField, use.place);
 }
 
+/// What an instance is given itself takes the place of the defaults.
+void SceneBuilder::markGiven(const Field& field)
+{
+    if (!field.node()->type()->isProto())
+        return;
+    const auto level = std::find_if(_levels.rbegin(), _levels.rend(), [&field](const Level& open) {
+        return open.isNode && open.node.get() == field.node();
+    });
+    if (level != _levels.rend())
+        level->given.push_back(field._desc->id);
+}
+
 // ---- Places of nodes
 
 /// Window and Viewarea at the top of a scene stand for the engine that they need.
 bool SceneBuilder::placeRoot(Node& node)
 {
     const bool isWindow = isOf(node, "Window");
-    if (!isTopLevel() || _scope.parent || !(isWindow || isOf(node, "Viewarea")))
+    if (!isTopLevel() || !isScene() || _scope->isLibrary || !(isWindow || isOf(node, "Viewarea")))
         return false;
     Node& engine = _session.contextRoot(*findType("Engine"));
     auto& windows = edit<MFNode>(engine, static_cast<unsigned int>(partIndex(*engine.type(), "windows")));
@@ -222,7 +251,7 @@ bool SceneBuilder::place(Node& child, std::string_view container, SourcePlace at
     if (!field)
         return false;
     if (wouldContainItself(child, *field)) {
-        warn(at, label(*field->node(), field->name()) +
+        warn(at, fieldLabel(*field->node(), field->name()) +
                      ": expected a node that does not contain this place, found " + quoted(child.getIDStr()));
         return false;
     }
@@ -262,20 +291,21 @@ Field* SceneBuilder::fieldForChild(const Node& child, std::string_view container
 bool SceneBuilder::link(Field& field, Node& child, SourcePlace at)
 {
     Node& parent = *field.node();
+    markGiven(field);
     if (!_session.placement().accepts(*field._desc, *child.type()))
-        warn(at, label(parent, field.name()) + ": expected " + field._desc->valueType + ", found " +
+        warn(at, fieldLabel(parent, field.name()) + ": expected " + field._desc->valueType + ", found " +
                      child.type()->name);
     if (field.dataType() == MFNODE_DT)
         return static_cast<MFNode&>(field).addNode(0.0, &child, Field::LOADER_CT);
     if (field.dataType() != SFNODE_DT) {
-        warn(at, label(parent, field.name()) + ": expected a value of type " + field.dataTypeName() +
+        warn(at, fieldLabel(parent, field.name()) + ": expected a value of type " + field.dataTypeName() +
                      ", found the node " + child.type()->name);
         return false;
     }
     auto& single = static_cast<SFNode&>(field);
     if (single.link().directNode()) {
-        warn(at,
-             label(parent, field.name()) + ": expected one node, found a second one, " + child.type()->name);
+        warn(at, fieldLabel(parent, field.name()) + ": expected one node, found a second one, " +
+                     child.type()->name);
         return false;
     }
     return single.setNode(0.0, &child, Field::LOADER_CT);
@@ -302,9 +332,10 @@ Field* SceneBuilder::findField(std::string_view name, SourcePlace at)
 {
     Node& owner = node();
     const int part = partIndex(*owner.type(), name);
-    if (part >= 0)
-        return &editField(owner, static_cast<unsigned int>(part));
-    Field* field = owner.findField(std::string(name), Node::EXACT_FSO);
+    Field* field = part >= 0 ? &editField(owner, static_cast<unsigned int>(part))
+                             : owner.findField(std::string(name), Node::EXACT_FSO);
+    if (field && field->_desc->privateAccess())
+        field = nullptr;
     if (!field && !isUnknown(*owner.type()))
         warn(at, owner.type()->name + ": expected one of its fields, found " + quoted(name));
     return field;
@@ -340,7 +371,7 @@ NodePartDataType SceneBuilder::fieldType(std::string_view name)
 
 void SceneBuilder::fieldValue(std::string_view name, std::string_view text, SourcePlace place)
 {
-    const bool ofInlinedScene = isTopLevel() && _scope.parent;
+    const bool ofInlinedScene = isTopLevel() && !_open && _scope->parent;
     if (_skipped > 0 || ofInlinedScene)
         return;
     Field* field = findField(name, place);
@@ -354,17 +385,18 @@ void SceneBuilder::setValue(Field& field, std::string_view text, SourcePlace at)
 {
     const NodePartDesc& desc = *field._desc;
     const Node& owner = *field.node();
+    markGiven(field);
     if (!(desc.partType & FIELDP)) {
-        warn(at, label(owner, desc.name) + ": expected a field that has a value, found an event");
+        warn(at, fieldLabel(owner, desc.name) + ": expected a field that has a value, found an event");
         return;
     }
     std::string error;
     const bool ok = parseFileText(field, text, error);
     _levels.back().namesFiles = _levels.back().namesFiles || namesFiles(owner, desc);
     if (!ok)
-        warn(at, label(owner, desc.name) + ": " + error);
-    else if (_scope.angleFactor != 1.0)
-        convertAngles(field, _scope.angleFactor);
+        warn(at, fieldLabel(owner, desc.name) + ": " + error);
+    else if (_scope->angleFactor != 1.0)
+        convertAngles(field, _scope->angleFactor);
 }
 
 void SceneBuilder::keepUnknownValue(std::string_view name, std::string_view text, SourcePlace at)
@@ -387,6 +419,7 @@ void SceneBuilder::beginFieldNodes(std::string_view name, SourcePlace place)
         ++_skipped;
         return;
     }
+    markGiven(*field);
     _levels.push_back({_levels.back().node, field});
     _levels.back().isAuthorField = field->_desc->objExt();
 }
@@ -435,20 +468,14 @@ void SceneBuilder::beginDeclaration(const FieldDeclaration& declaration)
     _levels.push_back({_levels.back().node, field});
     _levels.back().isAuthorField = true;
     const bool holdsNodes = declaration.dataType == SFNODE_DT || declaration.dataType == MFNODE_DT;
-    if (declaration.hasValue && !(holdsNodes && declaration.value.empty()))
+    const bool mayHaveValue = !isInterface() || !_open->isExtern;
+    if (declaration.hasValue && mayHaveValue && !(holdsNodes && declaration.value.empty()))
         setValue(*field, declaration.value, declaration.valuePlace);
 }
 
 void SceneBuilder::endDeclaration()
 {
     endFieldNodes();
-}
-
-void SceneBuilder::isConnection(std::string_view nodeField, std::string_view, SourcePlace place)
-{
-    if (_skipped == 0)
-        warn(place, "IS: expected to stand inside a prototype, found a connection of " + quoted(nodeField) +
-                        " outside");
 }
 
 // ---- Statements
@@ -460,58 +487,41 @@ void SceneBuilder::route(const RouteStatement& statement)
     const auto end = [&](std::string_view nodeName, std::string_view field) {
         PendingEnd result;
         result.nodeName = coding::toGraph(nodeName);
-        result.node = NodeRef(NodeNameSpace::findNode(_scope.names, result.nodeName));
+        result.node = NodeRef(NodeNameSpace::findNode(_scope->names, result.nodeName));
         result.field = coding::toGraph(field);
         return result;
     };
-    _scope.routes.push_back({end(statement.fromNode, statement.fromField),
-                             end(statement.toNode, statement.toField), statement.place});
+    _scope->routes.push_back({end(statement.fromNode, statement.fromField),
+                              end(statement.toNode, statement.toField), statement.place});
+}
+
+/// Inlines of a body are read in the instances, each of which has its own.
+bool SceneBuilder::mayExchange(const ExchangeStatement& statement)
+{
+    if (!_open)
+        return true;
+    warn(statement.place, "PROTO: expected no IMPORT or EXPORT in a prototype, found that of " +
+                              quoted(statement.exportedName));
+    return false;
 }
 
 void SceneBuilder::importNode(const ExchangeStatement& statement)
 {
-    if (_skipped > 0)
+    if (_skipped > 0 || !mayExchange(statement))
         return;
     const std::string_view name = statement.name.empty() ? statement.exportedName : statement.name;
-    _scope.imports.push_back({coding::toGraph(statement.inlineName), coding::toGraph(statement.exportedName),
-                              coding::toGraph(name), statement.place});
+    _scope->imports.push_back({coding::toGraph(statement.inlineName), coding::toGraph(statement.exportedName),
+                               coding::toGraph(name), statement.place});
 }
 
 void SceneBuilder::exportNode(const ExchangeStatement& statement)
 {
-    if (_skipped > 0)
+    if (_skipped > 0 || !mayExchange(statement))
         return;
     const std::string local = coding::toGraph(statement.exportedName);
     const std::string name = statement.name.empty() ? local : coding::toGraph(statement.name);
-    _scope.exports[name] = local;
-    keepExport(*_scope.root, local, name);
-}
-
-// ---- Prototypes. Their declarations are passed over; their instances are nodes of an unknown type.
-
-void SceneBuilder::beginProto(std::string_view, SourcePlace)
-{
-    ++_skipped;
-    ++_session.report().protos;
-}
-
-void SceneBuilder::beginProtoBody()
-{
-}
-
-void SceneBuilder::endProto()
-{
-    --_skipped;
-}
-
-void SceneBuilder::beginExternProto(std::string_view name, std::string_view, SourcePlace place)
-{
-    beginProto(name, place);
-}
-
-void SceneBuilder::endExternProto()
-{
-    endProto();
+    _scope->exports[name] = local;
+    keepExport(*_scope->root, local, name);
 }
 
 } // namespace Orvane

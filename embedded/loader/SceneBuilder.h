@@ -1,7 +1,9 @@
 #pragma once
 
 #include "base/NodeRef.h"
+#include "loader/FileScope.h"
 #include "loader/SceneSink.h"
+#include <memory>
 #include <string>
 #include <unordered_set>
 #include <vector>
@@ -10,9 +12,9 @@ namespace Orvane {
 
 class Field;
 class LoadSession;
+struct PartDeclaration;
 class Node;
 class NodeType;
-struct FileScope;
 
 /// Makes the graph of one file from what its reader tells, and all messages about what the graph does not
 /// take. Nodes are linked as they begin, so the first node of the stack holds all that follow.
@@ -52,14 +54,36 @@ private:
         bool isNode = false;
         bool isAuthorField = false; ///< declared by the author, so that a cycle through it is allowed
         bool namesFiles = false;    ///< has a field whose files must be looked for
+        std::vector<unsigned int> given = {}; ///< parts of an instance that the text sets
+    };
+
+    /// A prototype whose statement is being read: first its interface, then its body.
+    struct OpenPrototype
+    {
+        std::string name;
+        SourcePlace place;
+        bool isExtern = false;
+        std::string urls;
+        NodeRef interface;              ///< stands for the declarations: has the fields that they add
+        std::shared_ptr<NodeType> type; ///< null while the interface is read
+        FileScope* outerScope = nullptr;
+        std::vector<Level> outerLevels;
+        unsigned int outerDepth = 0;
+        std::unique_ptr<OpenPrototype> outer;
     };
 
     Node& node() const { return *_levels.back().node; }
     bool isTopLevel() const { return _levels.size() == 1; }
+    /// False in inlined files and in prototypes.
+    bool isScene() const { return !_scope->parent && !_open; }
+    bool isInterface() const { return _open && !_open->type; }
     void warn(SourcePlace place, std::string text);
 
+    NodeType* typeOf(const NodeStart& start);
+    NodeType* findPrototype(const std::string& name, const NodeType* known, SourcePlace at);
     NodeRef makeNode(const NodeStart& start);
     void name(Node& node, const NodeStart& start);
+    void markGiven(const Field& field);
     bool placeRoot(Node& node);
     bool place(Node& child, std::string_view containerField, SourcePlace at);
     Field* fieldForChild(const Node& child, std::string_view containerField, SourcePlace at);
@@ -71,12 +95,25 @@ private:
     Field* addToNode(Node& owner, std::string_view name, NodePartDataType dataType, NodePartType access,
                      SourcePlace at);
 
+    bool mayExchange(const ExchangeStatement& statement);
+
+    void openPrototype(std::string_view name, std::string_view urls, bool isExtern, SourcePlace at);
+    void closePrototype();
+    std::vector<PartDeclaration> declaredParts() const;
+    void moveDefaults(Node& model);
+    void declare(std::shared_ptr<NodeType> type, const OpenPrototype& closed);
+    Field* findIsEnd(std::string_view name, const Field& outer, SourcePlace at);
+
     LoadSession& _session;
-    FileScope& _scope;
+    FileScope* _scope;
     std::vector<Level> _levels;
     unsigned int _depth;
-    unsigned int _skipped = 0; ///< open elements whose events are not taken
+    std::unique_ptr<OpenPrototype> _open; ///< the innermost one
+    unsigned int _skipped = 0;            ///< open elements whose events are not taken
     std::unordered_set<std::string> _warnedTypes;
 };
+
+/// "Type.field" for messages.
+std::string fieldLabel(const Node& node, std::string_view field);
 
 } // namespace Orvane
