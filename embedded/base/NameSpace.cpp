@@ -3,6 +3,7 @@
 #include "base/Graph.h"
 #include "base/NodeData.h"
 #include <algorithm>
+#include <utility>
 
 namespace Orvane {
 
@@ -45,12 +46,18 @@ NodeNameSpace* find(const Context& context, const NodeNameSpace* parent, const s
 
 void setParent(NodeNameSpace& nameSpace, NodeNameSpace* parent)
 {
-    NodeNameSpace*& place = nameSpace.data()->parent;
-    if (place)
-        --place->data()->nestedCount;
-    place = parent;
-    if (parent)
-        ++parent->data()->nestedCount;
+    NodeNameSpace::Data& data = *nameSpace.data();
+    if (data.parent) {
+        (data.previousNested ? data.previousNested->data()->nextNested : data.parent->data()->firstNested) =
+            data.nextNested;
+        if (data.nextNested)
+            data.nextNested->data()->previousNested = data.previousNested;
+    }
+    data.parent = parent;
+    data.previousNested = nullptr;
+    data.nextNested = parent ? std::exchange(parent->data()->firstNested, &nameSpace) : nullptr;
+    if (data.nextNested)
+        data.nextNested->data()->previousNested = &nameSpace;
 }
 
 void removeWhenUnused(NodeNameSpace& nameSpace)
@@ -58,12 +65,10 @@ void removeWhenUnused(NodeNameSpace& nameSpace)
     const NodeNameSpace::Data& data = *nameSpace.data();
     if (!data.isClosed || data.members > 0)
         return;
-    NameSpaceList& nameSpaces = data.context->data()->nameSpaces;
-    for (auto other = nameSpaces.begin(); data.nestedCount > 0 && other != nameSpaces.end(); ++other)
-        if ((*other)->data()->parent == &nameSpace)
-            setParent(**other, data.parent);
+    while (data.firstNested)
+        setParent(*data.firstNested, data.parent);
     setParent(nameSpace, nullptr);
-    nameSpaces.erase(data.place);
+    data.context->data()->nameSpaces.erase(data.place);
 }
 
 /// Takes the node's name out of the table in which it is found.

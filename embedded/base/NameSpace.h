@@ -34,8 +34,10 @@ struct NodeNameSpace::Data
     std::unordered_map<std::string_view, Node*> nodes; ///< the keys are the nodes' own names
     std::size_t members = 0;                           ///< nodes that stand in the name space
     bool isClosed = false;
-    bool isHidden = false;           ///< of a prototype's model, which is no place of the scene
-    std::size_t nestedCount = 0;     ///< name spaces of which this is the parent
+    bool isHidden = false;                ///< of a prototype's model, which is no place of the scene
+    NodeNameSpace* firstNested = nullptr; ///< of those of which this is the parent
+    NodeNameSpace* nextNested = nullptr;  ///< those with the same parent
+    NodeNameSpace* previousNested = nullptr;
     NameSpaceList::iterator place{}; ///< in the context's list
 };
 

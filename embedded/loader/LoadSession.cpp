@@ -116,9 +116,11 @@ void LoadSession::completeInstance(Node& instance, const std::vector<unsigned in
 {
     const ProtoSize size = protoSize(*instance.type());
     const SourcePlace place{sourceLine(instance), sourceColumn(instance)};
-    if (size.nodes > maxInstanceNodes - _instanceNodes) {
+    std::size_t& count = scope.isBody() ? _modelNodes : _instanceNodes;
+    const std::size_t most = scope.isBody() ? maxModelNodes : maxInstanceNodes;
+    if (size.nodes > most - count) {
         scope.messages.warn(place, "expected instances of prototypes that bring at most " +
-                                       std::to_string(maxInstanceNodes) + " nodes, found more with this " +
+                                       std::to_string(most) + " nodes, found more with this " +
                                        instance.type()->name);
         return;
     }
@@ -127,7 +129,7 @@ void LoadSession::completeInstance(Node& instance, const std::vector<unsigned in
                                        " deep, found deeper ones in this " + instance.type()->name);
         return;
     }
-    _instanceNodes += size.nodes;
+    count += size.nodes;
     std::vector<Node*> made;
     Orvane::completeInstance(instance, given, scope.names, made);
     if (scope.isBody())

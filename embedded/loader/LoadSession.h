@@ -26,8 +26,10 @@ public:
     /// So many files one scene may inline, so that files that inline each other in number come to an end.
     static constexpr std::size_t maxFiles = 10000;
 
-    /// So many nodes the instances of prototypes may bring, beside those that stand in the text.
-    static constexpr std::size_t maxInstanceNodes = 20000000;
+    /// So many nodes the instances of prototypes may bring, beside those that stand in the text, and so many
+    /// of those inside prototypes: instances in instances in instances are more than any text can be long.
+    static constexpr std::size_t maxInstanceNodes = 8000000;
+    static constexpr std::size_t maxModelNodes = 1000000;
 
     LoadSession(Context& context, LoadReport& report);
     ~LoadSession();
@@ -85,6 +87,7 @@ private:
     ExternPrototypes _externs;
     std::size_t _files = 0;
     std::size_t _instanceNodes = 0;
+    std::size_t _modelNodes = 0;
     std::vector<NodeRef> _roots;
     std::vector<std::unique_ptr<FileScope>> _scopes;
     std::deque<PendingInline> _inlines;
