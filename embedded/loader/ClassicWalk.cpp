@@ -9,6 +9,7 @@ namespace Orvane {
 
 namespace {
 
+using Levels = ClassicLevels;
 using Tokens = ClassicTokens;
 
 bool isKeyword(std::string_view word)
@@ -25,8 +26,8 @@ ClassicWalk::ClassicWalk(SourceText& text, SceneSink& sink, LoadMessages& messag
     , _dialect(dialect)
     , _values(_input, sink)
     , _statements(_input, _values, sink, dialect.version)
+    , _levels(sink)
 {
-    push(SCENE, NO_HOLDER, {}, 0);
 }
 
 bool ClassicWalk::readScene(bool mayBeEmpty)
@@ -46,11 +47,11 @@ void ClassicWalk::readElement()
         readCloser();
         return;
     }
-    switch (_levels.back().kind) {
-    case NODE:
+    switch (_levels.top().kind) {
+    case Levels::NODE:
         readNodeElement();
         break;
-    case INTERFACE:
+    case Levels::INTERFACE:
         readInterfaceElement();
         break;
     default:
@@ -61,76 +62,39 @@ void ClassicWalk::readElement()
 
 // ---- Levels
 
-void ClassicWalk::push(Kind kind, Holder holder, std::string_view name, std::size_t offset)
-{
-    _levels.push_back({kind, holder, name, offset, _declared.size()});
-    (kind == NODE || kind == BODY ? _openBraces : _openBrackets) += kind == SCENE ? 0 : 1;
-}
-
-void ClassicWalk::endLevel()
-{
-    const Level level = _levels.back();
-    _levels.pop_back();
-    --(level.kind == NODE || level.kind == BODY ? _openBraces : _openBrackets);
-    if (level.kind == NODE) {
-        _sink.endNode();
-    } else if (level.kind != NODES) {
-        _sink.endProto();
-        while (_declared.size() > level.protos) {
-            const auto found = _protos.find(_declared.back());
-            if (--found->second == 0)
-                _protos.erase(found);
-            _declared.pop_back();
-        }
-    }
-    endHolder(level.holder);
-}
-
-void ClassicWalk::endHolder(Holder holder)
-{
-    if (holder == FIELD)
-        _sink.endFieldNodes();
-    else if (holder == DECLARATION)
-        _sink.endDeclaration();
-}
-
 /// Takes a brace or bracket that closes. What is open inside of its partner was never closed, and ends too.
 void ClassicWalk::readCloser()
 {
     Tokens& tokens = _input.tokens;
     const bool isBrace = tokens.kind() == Tokens::CLOSE_BRACE;
-    const auto isPartner = [&] {
-        const Kind kind = _levels.back().kind;
-        return isBrace ? kind == NODE || kind == BODY : kind == NODES || kind == INTERFACE;
-    };
-    if ((isBrace ? _openBraces : _openBrackets) == 0) {
+    if (!_levels.isAnyClosedBy(isBrace)) {
         _input.expected({}, "a node or statement");
         tokens.next();
         return;
     }
-    if (!isPartner()) {
-        _input.expected(_levels.back().name, isBrace ? "]" : "}");
-        while (!isPartner())
-            endLevel();
+    if (!_levels.isTopClosedBy(isBrace)) {
+        _input.expected(_levels.top().name, isBrace ? "]" : "}");
+        while (!_levels.isTopClosedBy(isBrace))
+            _levels.end();
     }
     tokens.next();
-    if (_levels.back().kind == INTERFACE)
+    if (_levels.top().kind == Levels::INTERFACE)
         beginBody();
     else
-        endLevel();
+        _levels.end();
 }
 
 void ClassicWalk::endFile()
 {
-    if (_levels.size() > 1) {
-        const Level& level = _levels.back();
+    if (!_levels.isScene()) {
+        const Level& level = _levels.top();
         const SourcePlace begin = _input.place(level.offset);
-        const bool isBrace = level.kind == NODE || level.kind == BODY;
-        _input.expected(level.name, std::string(isBrace ? "}" : "]") + " for the beginning at " +
-                                        std::to_string(begin.line) + ":" + std::to_string(begin.column));
+        _input.expected(level.name, std::string(_levels.isTopClosedBy(true) ? "}" : "]") +
+                                        " for the beginning at " + std::to_string(begin.line) + ":" +
+                                        std::to_string(begin.column));
     }
-    while (_levels.size() > 1)
-        endLevel();
+    while (!_levels.isScene())
+        _levels.end();
 }
 
 /// Goes to where a statement may begin: a word that is known or that a brace follows, or what closes a level.
@@ -151,7 +115,7 @@ void ClassicWalk::skipToStatement()
             if (isKeyword(tokens.text()) || ClassicStatements::isHead(tokens.text()) || tokens.is("DEF") ||
                 tokens.is("USE") || tokens.opensBrace())
                 return;
-            if (_levels.back().kind == NODE && _values.beginsElement())
+            if (_levels.top().kind == Levels::NODE && _values.beginsElement())
                 return;
             tokens.next();
             break;
@@ -167,7 +131,7 @@ void ClassicWalk::skipToStatement()
 void ClassicWalk::readStatement()
 {
     Tokens& tokens = _input.tokens;
-    const Level& level = _levels.back();
+    const Level& level = _levels.top();
     if (tokens.kind() != Tokens::WORD) {
         _input.expected(level.name, "a node or statement");
         skipToStatement();
@@ -177,7 +141,7 @@ void ClassicWalk::readStatement()
     if (isKeyword(word)) {
         readKeyword();
     } else if (ClassicStatements::isHead(word)) {
-        if (_dialect.isVrml97 || level.kind != SCENE)
+        if (_dialect.isVrml97 || level.kind != Levels::SCENE)
             _input.expected(level.name, "a node or statement of " + std::string(_dialect.name));
         if (_statements.readHead())
             ++_understood;
@@ -185,11 +149,11 @@ void ClassicWalk::readStatement()
             skipToStatement();
     } else if (word == "USE") {
         readUse();
-    } else if (level.holder == FIELD && !tokens.opensBrace() && _values.beginsElement()) {
+    } else if (level.holder == Levels::FIELD && !tokens.opensBrace() && _values.beginsElement()) {
         _input.expected(level.name, "a node or ]");
-        endLevel();
+        _levels.end();
     } else {
-        readNode(NO_HOLDER);
+        readNode(Levels::NO_HOLDER);
     }
 }
 
@@ -206,7 +170,7 @@ void ClassicWalk::readKeyword()
         return;
     }
     if (_dialect.isVrml97 && ClassicStatements::isExchange(tokens.text()))
-        _input.expected(_levels.back().name, "a node or statement of " + std::string(_dialect.name));
+        _input.expected(_levels.top().name, "a node or statement of " + std::string(_dialect.name));
     if (tokens.is("ROUTE") ? _statements.readRoute() : _statements.readExchange())
         ++_understood;
     else
@@ -240,17 +204,17 @@ void ClassicWalk::readNode(Holder holder)
     if (tokens.kind() != Tokens::WORD || !tokens.opensBrace()) {
         const std::string_view type = tokens.kind() == Tokens::WORD ? tokens.text() : std::string_view();
         if (type.empty() || type == "NULL") {
-            _input.expected(_levels.back().name, "a node");
+            _input.expected(_levels.top().name, "a node");
         } else {
             tokens.next();
             _input.expected(type, "{");
         }
-        endHolder(holder);
+        _levels.endHolder(holder);
         skipToStatement();
         return;
     }
     const std::string_view type = tokens.text();
-    const bool isInstance = isProto(type);
+    const bool isInstance = _levels.isProto(type);
     const SourcePlace place = _input.place(offset);
     ++_understood;
     if (!_sink.beginNode({type, name, {}, isInstance, place})) {
@@ -259,7 +223,7 @@ void ClassicWalk::readNode(Holder holder)
     }
     tokens.next();
     tokens.next();
-    push(NODE, holder, type, offset);
+    _levels.begin(Levels::NODE, holder, type, offset);
     if (_dialect.isVrml97 && !isInstance)
         tellDefaults(type, place);
 }
@@ -274,7 +238,7 @@ void ClassicWalk::tellDefaults(std::string_view type, SourcePlace place)
 void ClassicWalk::readNodeElement()
 {
     Tokens& tokens = _input.tokens;
-    const std::string_view type = _levels.back().name;
+    const std::string_view type = _levels.top().name;
     if (tokens.kind() != Tokens::WORD) {
         _input.expected(type, "a field or }");
         _values.skip();
@@ -290,7 +254,7 @@ void ClassicWalk::readNodeElement()
         readUse();
     } else if (word == "DEF" || (tokens.opensBrace() && _sink.fieldType(word) == NO_DT)) {
         _input.expected(type, "a field in front of the node");
-        readNode(NO_HOLDER);
+        readNode(Levels::NO_HOLDER);
     } else {
         readField();
     }
@@ -300,7 +264,7 @@ void ClassicWalk::readField()
 {
     Tokens& tokens = _input.tokens;
     const std::size_t offset = tokens.offset();
-    const FieldLabel label = {_levels.back().name, tokens.text()};
+    const FieldLabel label = {_levels.top().name, tokens.text()};
     tokens.next();
     if (tokens.is("IS")) {
         readConnection(label, offset);
@@ -308,7 +272,7 @@ void ClassicWalk::readField()
     }
     const NodePartDataType type = _sink.fieldType(label.field);
     if (holdsNodes(type) || (type == NO_DT && _values.beginsNodes())) {
-        readNodes(type, label, FIELD, offset);
+        readNodes(type, label, Levels::FIELD, offset);
         return;
     }
     ClassicValues::Value value;
@@ -332,23 +296,23 @@ void ClassicWalk::readNodes(NodePartDataType type, const FieldLabel& label, Hold
     if (!isList && !_values.beginsNodes()) {
         _input.expected(toString(label), "a node");
         _values.skip();
-        if (holder == DECLARATION)
-            endHolder(holder);
+        if (holder == Levels::DECLARATION)
+            _levels.endHolder(holder);
         return;
     }
-    if (holder == FIELD)
+    if (holder == Levels::FIELD)
         _sink.beginFieldNodes(label.field, _input.place(offset));
     if (isList) {
         if (type == SFNODE_DT)
             _input.expected(toString(label), "a node");
         tokens.next();
-        push(NODES, holder, label.field, offset);
+        _levels.begin(Levels::NODES, holder, label.field, offset);
     } else if (tokens.is("NULL")) {
         tokens.next();
-        endHolder(holder);
+        _levels.endHolder(holder);
     } else if (tokens.is("USE")) {
         readUse();
-        endHolder(holder);
+        _levels.endHolder(holder);
     } else {
         readNode(holder);
     }
@@ -360,7 +324,7 @@ void ClassicWalk::readNodes(NodePartDataType type, const FieldLabel& label, Hold
 bool ClassicWalk::readDeclarationHead(FieldDeclaration& declaration)
 {
     Tokens& tokens = _input.tokens;
-    const std::string_view where = _levels.back().name;
+    const std::string_view where = _levels.top().name;
     declaration.place = _input.place();
     declaration.access = accessOfWord(tokens.text());
     tokens.next();
@@ -379,15 +343,15 @@ void ClassicWalk::readDeclaration()
     if (!readDeclarationHead(declaration))
         return;
     Tokens& tokens = _input.tokens;
-    const FieldLabel label = {_levels.back().name, declaration.name};
-    const bool isConnected = _levels.back().kind == NODE && tokens.is("IS");
+    const FieldLabel label = {_levels.top().name, declaration.name};
+    const bool isConnected = _levels.top().kind == Levels::NODE && tokens.is("IS");
     const bool hasValue = (declaration.access & FIELDP) && !isConnected;
     const std::size_t offset = tokens.offset();
     if (hasValue &&
         (holdsNodes(declaration.dataType) || (declaration.dataType == NO_DT && _values.beginsNodes())))
     {
         _sink.beginDeclaration(declaration);
-        readNodes(declaration.dataType, label, DECLARATION, offset);
+        readNodes(declaration.dataType, label, Levels::DECLARATION, offset);
         return;
     }
     if (hasValue) {
@@ -404,13 +368,6 @@ void ClassicWalk::readDeclaration()
 
 // ---- Prototypes
 
-void ClassicWalk::declareProto(std::string_view name)
-{
-    _declared.push_back(name);
-    ++_protos[name];
-    ++_understood;
-}
-
 void ClassicWalk::readProto()
 {
     Tokens& tokens = _input.tokens;
@@ -424,8 +381,9 @@ void ClassicWalk::readProto()
         return;
     }
     _sink.beginProto(name, _input.place(offset));
-    declareProto(name); // before its body, so that an instance in there is known for what it is
-    push(INTERFACE, NO_HOLDER, name, offset);
+    ++_understood;
+    _levels.declareProto(name); // before its body, so that an instance in there is known for what it is
+    _levels.begin(Levels::INTERFACE, Levels::NO_HOLDER, name, offset);
     if (tokens.kind() == Tokens::OPEN_BRACKET) {
         tokens.next();
     } else {
@@ -441,7 +399,7 @@ void ClassicWalk::readInterfaceElement()
         readDeclaration();
         return;
     }
-    _input.expected(_levels.back().name, "a field or ]");
+    _input.expected(_levels.top().name, "a field or ]");
     if (tokens.kind() == Tokens::OPEN_BRACE) {
         beginBody();
         return;
@@ -460,15 +418,12 @@ void ClassicWalk::readInterfaceElement()
 void ClassicWalk::beginBody()
 {
     if (_input.tokens.kind() != Tokens::OPEN_BRACE) {
-        _input.expected(_levels.back().name, "{");
-        endLevel();
+        _input.expected(_levels.top().name, "{");
+        _levels.end();
         return;
     }
     _input.tokens.next();
-    _levels.back().kind = BODY;
-    --_openBrackets;
-    ++_openBraces;
-    _sink.beginProtoBody();
+    _levels.beginBody();
 }
 
 void ClassicWalk::readExternProto()
@@ -497,7 +452,8 @@ void ClassicWalk::readExternProto()
         _sink.endDeclaration();
     }
     _sink.endExternProto();
-    declareProto(name);
+    ++_understood;
+    _levels.declareProto(name);
 }
 
 /// Reads the fields of a prototype of another file and the bracket behind them.

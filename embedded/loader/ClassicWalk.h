@@ -1,11 +1,11 @@
 #pragma once
 
 #include "loader/ClassicInput.h"
+#include "loader/ClassicLevels.h"
 #include "loader/ClassicStatements.h"
 #include "loader/ClassicValues.h"
 #include "loader/SceneSink.h"
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace Orvane {
@@ -33,25 +33,8 @@ public:
     bool isGivenUp() const { return _isGivenUp; }
 
 private:
-    enum Kind {
-        SCENE,
-        NODE,      ///< between the braces of a node
-        NODES,     ///< between the brackets of a field's nodes
-        INTERFACE, ///< between the brackets of a prototype
-        BODY       ///< between the braces of a prototype
-    };
-
-    /// What ends together with a node or a list of nodes.
-    enum Holder { NO_HOLDER, FIELD, DECLARATION };
-
-    struct Level
-    {
-        Kind kind = SCENE;
-        Holder holder = NO_HOLDER;
-        std::string_view name;  ///< type of the node, name of the field or prototype
-        std::size_t offset = 0; ///< where it begins
-        std::size_t protos = 0; ///< prototypes that were declared when it began
-    };
+    using Level = ClassicLevels::Level;
+    using Holder = ClassicLevels::Holder;
 
     void readElement();
     void readStatement();
@@ -71,12 +54,7 @@ private:
     void beginBody();
     void readExternProto();
     std::vector<FieldDeclaration> readExternFields(std::string_view name);
-    void declareProto(std::string_view name);
-    bool isProto(std::string_view type) const { return !_protos.empty() && _protos.count(type) > 0; }
 
-    void push(Kind kind, Holder holder, std::string_view name, std::size_t offset);
-    void endLevel();
-    void endHolder(Holder holder);
     void readCloser();
     void endFile();
     void skipToStatement();
@@ -86,12 +64,8 @@ private:
     const ClassicDialect& _dialect;
     ClassicValues _values;
     ClassicStatements _statements;
-    std::vector<Level> _levels;
-    std::size_t _openBraces = 0;
-    std::size_t _openBrackets = 0;
-    std::vector<std::string_view> _declared;                    ///< prototypes, inner ones last
-    std::unordered_map<std::string_view, unsigned int> _protos; ///< how often each is among them
-    std::size_t _understood = 0;                                ///< nodes and statements
+    ClassicLevels _levels;
+    std::size_t _understood = 0; ///< nodes and statements
     bool _isGivenUp = false;
 };
 
