@@ -90,7 +90,8 @@ private:
             return differ(path, QString::fromStdString(*first.name() + " and " + *second.name()));
         for (unsigned int part = 0; part < first.partDescCount(); ++part) {
             Field& field = *first.findField(part);
-            if (field._desc->privateAccess() && std::string(field.name()) != "inlineContent")
+            const std::string fieldName = field.name();
+            if (field._desc->privateAccess() && fieldName != "inlineContent" && fieldName != "protoBody")
                 continue;
             Field* other = second.findField(field.name(), Node::EXACT_FSO);
             const QString fieldPath = path + QLatin1Char('.') + QLatin1String(field.name());
