@@ -1,12 +1,15 @@
 #pragma once
 
 #include "QorExport.h"
+#include <QtCore/QList>
 #include <QtCore/QString>
 #include <string>
 
 namespace Orvane {
+class Field;
 class Node;
-}
+class NodeLink;
+} // namespace Orvane
 
 namespace Orvane::Qt4 {
 
@@ -23,5 +26,17 @@ QOR_EXPORT std::string toRuntime(const QString& text);
 /// What users see as the name of a node: its name if it has one, else its id string; empty for null. Valid as
 /// long as the node keeps its name.
 QOR_EXPORT const std::string& nodeName(const Orvane::Node* node);
+
+/// Appends the links of all node fields of \a node that lead to a node, in order of field and element. With
+/// \a stopAtProto true an instance of a prototype gives none, and a log line.
+QOR_EXPORT void nodeLinks(Orvane::Node* node, QList<Orvane::NodeLink*>& links, bool stopAtProto);
+
+/// Position of \a link in its node field; -1 when \a field does not hold it, with a log line for a field of
+/// many nodes.
+QOR_EXPORT int nodeLinkIndex(Orvane::Field* field, Orvane::NodeLink* link);
+
+/// Row of \a link among the links of its parent, as `nodeLinks` lists them; -1, as `nodeLinkIndex`, when its
+/// field does not hold it.
+QOR_EXPORT int nodeLinkRow(Orvane::NodeLink* link);
 
 } // namespace Orvane::Qt4
