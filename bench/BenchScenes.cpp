@@ -53,6 +53,19 @@ std::string boxesXml(int count)
     return out + "</Scene>\n</X3D>\n";
 }
 
+std::string tilesVrml(int count)
+{
+    std::string out = "#VRML V2.0 utf8\n"
+                      "PROTO Tile [ exposedField SFVec3f place 0 0 0 exposedField SFColor color 1 1 1 ] {\n"
+                      "  Transform { translation IS place children Shape {\n"
+                      "    appearance Appearance { material Material { diffuseColor IS color } }\n"
+                      "    geometry Box { size 0.8 0.8 0.8 } } }\n}\n";
+    for (int i = 0; i < count; ++i)
+        append(out, "DEF Tile%d Tile { place %d %d %d color 0.%d 0.%d 0.5 }\n", i, i % 100, i / 100 % 100,
+               i / 10000, i % 10, i / 10 % 10);
+    return out;
+}
+
 std::string boxesVrml(int count)
 {
     std::string out = "#VRML V2.0 utf8\n";

@@ -110,6 +110,8 @@ int main(int argc, char** argv)
 #endif
     addVrml("boxes10k", bench::boxesVrml(boxes));
     addVrml("boxes100k", bench::boxesVrml(10 * boxes));
+    addVrml("protos10k", bench::tilesVrml(boxes));
+    addVrml("protos100k", bench::tilesVrml(10 * boxes));
     addVrml("uses100k", bench::usesVrml(10 * boxes));
     addVrml("mesh1m", bench::meshVrml(side));
     // A million boxes are four million nodes. Coin would need more memory for them than small machines have.

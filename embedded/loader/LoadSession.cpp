@@ -353,7 +353,7 @@ void LoadSession::resolveImports(FileScope& scope)
 {
     for (const PendingImport& import : scope.imports) {
         Node* inlineNode = scope.findNode(import.inlineName);
-        if (!inlineNode || inlineNode->type()->name != "Inline") {
+        if (!inlineNode || inlineNode->type() != findType("Inline")) {
             scope.messages.warn(import.place,
                                 "IMPORT: expected the name of an Inline, found " + quoted(import.inlineName));
             continue;

@@ -139,6 +139,8 @@ private slots:
     void declarationsAreKept();
     void restrictionsComeFromTheBody();
     void shapesOfInstancesRun();
+    void allEncodingsSayTheSame_data();
+    void allEncodingsSayTheSame();
 };
 
 void tst_Prototypes::instanceHasItsBodyAmongItsChildren()
@@ -791,6 +793,63 @@ void tst_Prototypes::shapesOfInstancesRun()
     Node* a = scene.find("A");
     QCOMPARE(LoadedText::value(inBody(a, 1), "isActive"), QStringLiteral("TRUE"));
     QCOMPARE(LoadedText::value(inBody(a, 2), "isBound"), QStringLiteral("TRUE"));
+}
+
+void tst_Prototypes::allEncodingsSayTheSame_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("xml") << QStringLiteral("scene.x3d")
+                         << QString::fromStdString(LoadedText::document(
+                                paint() +
+                                proto("Thing",
+                                      field("parts", "MFNode", "inputOutput", "><Anchor/></field>") +
+                                          field("place", "SFVec3f", "initializeOnly", " value='1 2 3'/>"),
+                                      "<Transform DEF='T'><IS><connect nodeField='children' "
+                                      "protoField='parts'/><connect nodeField='translation' "
+                                      "protoField='place'/></IS></Transform><TimeSensor DEF='C'/>"
+                                      "<PositionInterpolator DEF='I'/><ROUTE fromNode='C' "
+                                      "fromField='fraction_changed' toNode='I' toField='set_fraction'/>") +
+                                instance("Thing", "A") +
+                                instance("Thing", "B",
+                                         value("place", "4 5 6") +
+                                             "<fieldValue name='parts'><Shape><Appearance><ProtoInstance "
+                                             "name='Paint' containerField='material'/></Appearance></Shape>"
+                                             "</fieldValue>")));
+    const QString classic = QStringLiteral(
+        "PROTO Paint [ %1 SFColor color 0 1 0 ] { Material { diffuseColor IS color } }\n"
+        "PROTO Thing [ %1 MFNode parts Anchor {} %2 SFVec3f place 1 2 3 ] {\n"
+        "  DEF T Transform { children IS parts translation IS place }\n"
+        "  DEF C TimeSensor {} DEF I PositionInterpolator {}\n"
+        "  ROUTE C.fraction_changed TO I.set_fraction }\n"
+        "DEF A Thing {}\n"
+        "DEF B Thing { place 4 5 6 parts [ Shape { appearance Appearance { material Paint {} } } ] }\n");
+    QTest::newRow("classic") << QStringLiteral("scene.x3dv")
+                             << QStringLiteral("#X3D V3.3 utf8\nPROFILE Full\n") +
+                                    classic.arg(QStringLiteral("inputOutput"),
+                                                QStringLiteral("initializeOnly"));
+    QTest::newRow("VRML97") << QStringLiteral("scene.wrl")
+                            << QStringLiteral("#VRML V2.0 utf8\n") +
+                                   classic.arg(QStringLiteral("exposedField"), QStringLiteral("field"));
+}
+
+void tst_Prototypes::allEncodingsSayTheSame()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, text);
+    const LoadedText scene;
+    QVERIFY(scene.context().load(name.toStdString(), text.toStdString(), Context::REPLACE_LT, {}));
+    QCOMPARE(scene.messages(), QStringList());
+    const QString shape = QStringLiteral("Shape(Appearance(Paint(Material)))");
+    QCOMPARE(LoadedText::outline(scene.scene()),
+             QStringLiteral("Scene(Thing(Anchor Transform(Anchor) TimeSensor PositionInterpolator) "
+                            "Thing(%1 Transform(%1) TimeSensor PositionInterpolator))")
+                 .arg(shape));
+    QCOMPARE(LoadedText::value(inBody(scene.find("A")), "translation"), QStringLiteral("1 2 3"));
+    QCOMPARE(LoadedText::value(inBody(scene.find("B")), "translation"), QStringLiteral("4 5 6"));
+    QCOMPARE(fieldOf(inBody(scene.find("B"), 1), "fraction_changed").outRouteCount(true, false), 1U);
+    QCOMPARE(scene.report().routes, std::size_t(1));
+    QCOMPARE(scene.report().protos, std::size_t(2));
 }
 
 QTEST_APPLESS_MAIN(tst_Prototypes)

@@ -180,7 +180,8 @@ void tst_inspect::everyExampleIsFreeOfMessages()
 {
     const QDir folder(qEnvironmentVariable("ORVANE_SOURCE_DIR") + QStringLiteral("/examples/scenes"));
     QStringList scenes;
-    for (const QString& name : folder.entryList({QStringLiteral("*.x3d")}, QDir::Files))
+    for (const QString& name :
+         folder.entryList({QStringLiteral("*.x3d*"), QStringLiteral("*.wrl")}, QDir::Files))
         scenes << folder.filePath(name);
     QVERIFY(!scenes.isEmpty());
     const Run result = run(QStringList{QStringLiteral("--frames"), QStringLiteral("2")} + scenes);
