@@ -38,7 +38,7 @@ void ExternPrototypes::add(NodeType& type, std::string_view urls, FileScope& sco
     ProtoDeclaration& declaration = *protoDeclaration(type);
     declaration.isExtern = true;
     declaration.urls = addresses(_session.context(), urls);
-    _externs.emplace(&type, Extern{&scope, place});
+    _externs.insert_or_assign(&type, Extern{&scope, place}); // the type of a refused file may have been here
 }
 
 void ExternPrototypes::resolve(NodeType& type, unsigned int depth)
