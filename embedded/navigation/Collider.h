@@ -6,13 +6,14 @@
 namespace Orvane {
 
 class SceneProc;
+struct SceneHit;
 
-/// Keeps an avatar out of walls and on the floor, by rays into the scene. What stands below a `Collision`
-/// that is switched off is no obstacle.
+/// Keeps an avatar out of walls and on the floor, by rays into what of the scene is an obstacle. Tells those
+/// `Collision` nodes whose content it runs into.
 class Collider
 {
 public:
-    Collider(SceneProc& scene, const NavigationSettings& avatar);
+    Collider(SceneProc& scene, const NavigationSettings& avatar, double time);
 
     /// The part of a step that is free: up to the avatar's radius in front of an obstacle, and along it from
     /// there. With \a upright the whole body counts down to the height of a step, else the eye alone.
@@ -23,20 +24,15 @@ public:
     bool findFloor(const osg::Vec3d& eye, const osg::Vec3d& up, double& distance) const;
 
 private:
-    struct Obstacle
-    {
-        double distance;
-        osg::Vec3d normal;
-    };
-
-    bool castRay(const osg::Vec3d& from, const osg::Vec3d& direction, Obstacle& obstacle) const;
+    bool castRay(const osg::Vec3d& from, const osg::Vec3d& direction, SceneHit& hit) const;
     bool findObstacle(const osg::Vec3d& eye, const osg::Vec3d& direction, const osg::Vec3d& up, bool upright,
-                      Obstacle& nearest) const;
+                      SceneHit& nearest) const;
 
     SceneProc& _scene;
     double _radius;
     double _height;
     double _stepHeight;
+    double _time;
 };
 
 } // namespace Orvane

@@ -31,6 +31,8 @@ constexpr ModeName modeNames[] = {
 
 constexpr const char* anyType = "ANY";
 
+const std::vector<float> defaultAvatar = {0.25F, 1.6F, 0.75F};
+
 std::vector<std::string> textsOf(const MFString& field)
 {
     std::vector<std::string> texts;
@@ -87,13 +89,13 @@ NavigationSettings NavigationSettings::of(const Node* info)
         result.types = {"EXAMINE", anyType};
         return result;
     }
-    result.isAsked = true;
     result.types = textsOf(typePart.read<MFString>(*info));
     result.mode = firstMode(result.types);
     const float speed = speedPart.read<SFFloat>(*info).value();
     if (std::isfinite(speed) && speed >= 0.0F)
         result.speed = static_cast<double>(speed);
     const std::vector<float>& avatar = avatarSizePart.read<MFFloat>(*info).values();
+    result.hasAvatar = avatar != defaultAvatar;
     result.avatarRadius = usableLength(avatar, 0, result.avatarRadius);
     result.avatarHeight = usableLength(avatar, 1, result.avatarHeight);
     result.stepHeight = std::min(usableLength(avatar, 2, result.stepHeight), result.avatarHeight);
@@ -125,7 +127,7 @@ double NavigationSettings::speedFor(double sceneDiagonal) const
 void NavigationSettings::fitAvatar(double sceneDiagonal)
 {
     constexpr double tallest = 0.25; // of the scene
-    if (isAsked || !(sceneDiagonal > 0.0))
+    if (hasAvatar || !(sceneDiagonal > 0.0))
         return;
     const double factor = std::min(1.0, sceneDiagonal * tallest / avatarHeight);
     avatarRadius *= factor;

@@ -24,7 +24,7 @@ struct NavigationSettings
     bool allows(NavigationMode mode) const;
     /// Speed in metres a second that suits a scene: crossing it takes neither days nor an instant.
     double speedFor(double sceneDiagonal) const;
-    /// Makes the avatar of those that ask for none fit into a scene.
+    /// Makes the avatar fit into a scene for which nobody has said how large it is.
     void fitAvatar(double sceneDiagonal);
 
     std::vector<std::string> types; ///< as written, for telling changes
@@ -35,7 +35,7 @@ struct NavigationSettings
     double stepHeight = 0.75;
     TransitionType transition = TransitionType::Linear;
     double transitionTime = 1.0; ///< seconds
-    bool isAsked = false;        ///< a node asks for it
+    bool hasAvatar = false;      ///< somebody has written how large the avatar is
 };
 
 } // namespace Orvane

@@ -338,7 +338,7 @@ void SceneNavigator::go(const Velocity& velocity, double speed, double seconds)
     SceneProc* const scene = _viewarea.scene();
     if (!scene || velocity.isNull())
         return;
-    const Collider collider(*scene, avatar());
+    const Collider collider(*scene, avatar(), contextTimeStamp());
     const bool upright = _mode == NavigationMode::Walk;
     _hasWalked = _hasWalked || upright;
     _view.move(TravelMotion::advanced(_view, velocity, speed, seconds, upright, collider));
@@ -351,7 +351,7 @@ bool SceneNavigator::fall(double seconds)
         return false;
     const NavigationSettings body = avatar();
     Pose pose = _view.pose();
-    if (!_travel.settle(_view, Collider(*scene, body), body.avatarHeight, seconds, pose))
+    if (!_travel.settle(_view, Collider(*scene, body, contextTimeStamp()), body.avatarHeight, seconds, pose))
         return false;
     _view.move(pose);
     return true;

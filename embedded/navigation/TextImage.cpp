@@ -12,9 +12,8 @@ constexpr int glyphColumns = 5;
 constexpr int glyphRows = 7;
 constexpr char firstGlyph = ' ';
 constexpr char lastGlyph = '~';
-constexpr int dot = 2; ///< pixels
-constexpr int cellWidth = (glyphColumns + 1) * dot;
-constexpr int cellHeight = (glyphRows + 2) * dot;
+constexpr int cellColumns = glyphColumns + 1;
+constexpr int cellRows = glyphRows + 2;
 constexpr int border = 4;
 constexpr std::size_t longestLine = 120;
 constexpr std::size_t mostLines = 40;
@@ -81,7 +80,7 @@ public:
             _pixels[i] = ground[i % 4];
     }
 
-    void drawDot(int left, int top)
+    void drawDot(int left, int top, int dot)
     {
         for (int y = top; y < top + dot; ++y) {
             for (int x = left; x < left + dot; ++x)
@@ -99,29 +98,33 @@ private:
 
 } // namespace
 
-osg::RefPtr<osg::ImagePtr> textImage(const std::vector<std::string>& lines)
+osg::RefPtr<osg::ImagePtr> textImage(const std::vector<std::string>& lines, int width)
 {
     const std::size_t lineCount = std::min(lines.size(), mostLines);
     std::size_t longest = 0;
     for (const std::string& line : lines)
         longest = std::max(longest, std::min(line.size(), longestLine));
-    const int width = static_cast<int>(longest) * cellWidth + 2 * border;
-    const int height = static_cast<int>(lineCount) * cellHeight + 2 * border;
-    Sheet sheet(width, height);
+    const int columns = static_cast<int>(longest) * cellColumns;
+    const int rows = static_cast<int>(lineCount) * cellRows;
+    const int dot = columns * 2 + 4 * border <= width ? 2 : 1;
+    const int sheetWidth = columns * dot + 2 * border;
+    const int sheetHeight = rows * dot + 2 * border;
+    Sheet sheet(sheetWidth, sheetHeight);
     for (std::size_t row = 0; row < lineCount; ++row) {
         for (std::size_t place = 0; place < std::min(lines[row].size(), longestLine); ++place) {
             const std::uint8_t* const glyph = glyphOf(lines[row][place]);
+            const int left = static_cast<int>(place) * cellColumns;
+            const int top = static_cast<int>(row) * cellRows + 1;
             for (int column = 0; column < glyphColumns; ++column) {
                 for (int bit = 0; bit < glyphRows; ++bit) {
                     if (glyph[column] & (1U << static_cast<unsigned int>(bit)))
-                        sheet.drawDot(border + static_cast<int>(place) * cellWidth + column * dot,
-                                      border + static_cast<int>(row) * cellHeight + (bit + 1) * dot);
+                        sheet.drawDot(border + (left + column) * dot, border + (top + bit) * dot, dot);
                 }
             }
         }
     }
     osg::RefPtr<osg::ImagePtr> image(osg::Image::create());
-    image->set(osg::Image::OSG_RGBA_PF, width, height, 1, 1, 1, 0.0, sheet.data());
+    image->set(osg::Image::OSG_RGBA_PF, sheetWidth, sheetHeight, 1, 1, 1, 0.0, sheet.data());
     return image;
 }
 

@@ -106,7 +106,9 @@ void ViewDisplay::refresh(const UserView& view, const char* mode, double speed)
     _lines = std::move(lines);
     constexpr float corner = 8.0F;
     _info->clearImages();
-    _info->addImage(textImage(_lines), osg::Pnt2f(corner, corner));
+    const osg::ViewportPtr port = _viewarea.port();
+    const int width = port->getParent() != osg::NullFC ? port->getPixelWidth() : 0;
+    _info->addImage(textImage(_lines, width), osg::Pnt2f(corner, corner));
     _viewarea.redraw();
 }
 

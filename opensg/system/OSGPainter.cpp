@@ -15,6 +15,7 @@ namespace osg {
 
 namespace {
 
+const Real32 cornerSize = 3;
 const UInt32 noLight = ~UInt32(0);
 const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
 
@@ -68,6 +69,9 @@ void Painter::begin()
     glFrontFace(GL_CCW);
     glShadeModel(GL_SMOOTH);
     glPolygonMode(GL_FRONT_AND_BACK, _action->getPolygonMode());
+    // Faces that are drawn as their corners should still be found.
+    if (_action->getPolygonMode() == GL_POINT)
+        glPointSize(cornerSize);
     // Matrices may scale, and normals of scenes have any length.
     glEnable(GL_NORMALIZE);
     const Real32 black[] = {0, 0, 0, 1};
@@ -95,6 +99,7 @@ void Painter::end()
     glDisable(GL_NORMALIZE);
     glDisable(GL_DEPTH_TEST);
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glPointSize(1);
     glFrontFace(GL_CCW);
     glLoadIdentity();
 }
