@@ -43,17 +43,19 @@ void parseXml(benchmark::State& state, const std::string& text)
     }
 }
 
-void saveScene(benchmark::State& state, const std::string& text)
+/// In the encoding of the suffix.
+void saveScene(benchmark::State& state, const std::string& text, const char* suffix)
 {
+    const std::string path = std::string("/tmp/orvane-bench-save") + suffix;
     Orvane::Context* context = Orvane::Context::create();
     context->load("bench.x3d", text, Orvane::Context::REPLACE_LT, std::string());
     std::string error;
     for (auto step : state) {
         static_cast<void>(step);
-        if (!context->save("/tmp/orvane-bench-save.x3d", Orvane::SaveOptions(), error))
+        if (!context->save(path, Orvane::SaveOptions(), error))
             state.SkipWithError(error.c_str());
     }
-    std::remove("/tmp/orvane-bench-save.x3d");
+    std::remove(path.c_str());
     context->subRef();
 }
 
@@ -92,6 +94,13 @@ void addVrml(const std::string& name, const std::string& text)
 #endif
 }
 
+void addSave(const std::string& scene, const std::string& text)
+{
+    for (const char* suffix : {".x3d", ".x3dv", ".wrl"})
+        benchmark::RegisterBenchmark(("save_" + scene + suffix + "/orvane").c_str(), saveScene, text, suffix)
+            ->Unit(benchmark::kMillisecond);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -104,7 +113,8 @@ int main(int argc, char** argv)
     add("load_boxes10k/pugixml", parseXml, boxesXml);
     add("load_mesh1m/orvane", loadScene, meshXml);
     add("load_mesh1m/pugixml", parseXml, meshXml);
-    add("save_boxes10k/orvane", saveScene, boxesXml);
+    addSave("boxes10k", boxesXml);
+    addSave("mesh1m", meshXml);
 #ifdef ORVANE_BENCH_COIN
     SoDB::init();
 #endif

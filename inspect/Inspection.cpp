@@ -93,8 +93,11 @@ Inspection inspectScene(const std::string& scene, const InspectOptions& options)
             context->runFrame();
     }
     result.report = context->loadReport();
-    if (result.ok && !options.convert.empty())
-        result.ok = context->save(options.convert, Orvane::SaveOptions(), result.writeError);
+    if (result.ok && !options.convert.empty()) {
+        result.ok = context->save(options.convert, options.save, result.writeError);
+        result.written = options.convert;
+        result.writeNotes = context->saveNotes();
+    }
     return result;
 }
 
@@ -104,6 +107,8 @@ std::string plainText(const Inspection& inspection)
     std::string text;
     for (const Orvane::LoadMessage& message : report.messages)
         text += message.toString() + "\n";
+    for (const std::string& note : inspection.writeNotes)
+        text += inspection.written + ": " + note + "\n";
     if (!inspection.writeError.empty())
         text += inspection.writeError + "\n";
     text += inspection.scene + ": " + (inspection.ok ? "ok" : "failed");
@@ -148,6 +153,15 @@ std::string jsonText(const Inspection& inspection)
         divider = ", ";
     }
     text += "]";
+    if (!inspection.written.empty()) {
+        text += ", \"written\": " + jsonString(inspection.written) + ", \"writeNotes\": [";
+        divider = "";
+        for (const std::string& note : inspection.writeNotes) {
+            text += divider + jsonString(note);
+            divider = ", ";
+        }
+        text += "]";
+    }
     if (!inspection.writeError.empty())
         text += ", \"writeError\": " + jsonString(inspection.writeError);
     return text + "}";

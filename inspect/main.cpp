@@ -11,14 +11,40 @@
 namespace {
 
 constexpr char usage[] =
-    "usage: orvane-inspect [--json] [--time SECONDS] [--frames N] [--convert OUT] SCENE...\n"
+    "usage: orvane-inspect [--json] [--time SECONDS] [--frames N] SCENE...\n"
+    "       orvane-inspect [...] --convert OUT [--skip-root] [--use-tabs] [--resolve-protos]\n"
+    "                      [--write-proc-info] [--write-abstract-nodes] [--write-default-values] SCENE\n"
     "\n"
     "Loads each scene without any window and says what it holds and what is wrong with it.\n"
     "  --json          writes one JSON array with an object for each scene\n"
     "  --time SECONDS  stops the clock there, and runs one frame if --frames does not say more\n"
     "  --frames N      runs N frames after loading\n"
-    "  --convert OUT   writes the scene (one) in the encoding of OUT's suffix\n"
-    "Exit code: 0 when all scenes were loaded, 1 when one was not, 2 on bad usage.\n";
+    "  --convert OUT   writes the scene in the encoding of OUT's suffix (.x3d .x3dv .wrl, packed .x3dz\n"
+    "                  .x3dvz .wrz), and says what that encoding has no words for\n"
+    "and for what is written:\n"
+    "  --skip-root             leaves out what belongs to no node of the scene: its own name and values,\n"
+    "                          its metadata, windows\n"
+    "  --use-tabs              indents by tabs, not by blanks\n"
+    "  --resolve-protos        writes instances of prototypes as the plain nodes that they consist of\n"
+    "  --write-proc-info       names the present values of outputs in comments\n"
+    "  --write-abstract-nodes  names the abstract types of each node in comments\n"
+    "  --write-default-values  writes fields that hold their default too\n"
+    "Exit code: 0 when all scenes were loaded (and written), 1 when one was not, 2 on bad usage.\n";
+
+struct Flag
+{
+    const char* argument;
+    bool Orvane::SaveOptions::*option;
+};
+
+constexpr Flag saveFlags[] = {
+    {"--resolve-protos", &Orvane::SaveOptions::resolveProtos},
+    {"--skip-root", &Orvane::SaveOptions::skipRoot},
+    {"--use-tabs", &Orvane::SaveOptions::useTabs},
+    {"--write-abstract-nodes", &Orvane::SaveOptions::writeAbstractNodes},
+    {"--write-default-values", &Orvane::SaveOptions::writeDefaultValues},
+    {"--write-proc-info", &Orvane::SaveOptions::writeProcInfo},
+};
 
 bool parseNumber(const std::string& text, double& number)
 {
@@ -32,8 +58,21 @@ struct CommandLine
     InspectOptions options;
     std::vector<std::string> scenes;
     bool help = false;
+    std::string saveFlag; ///< one that only --convert knows
     std::string fault;
 };
+
+bool readSaveFlag(const std::string& argument, CommandLine& line)
+{
+    for (const Flag& flag : saveFlags) {
+        if (argument != flag.argument)
+            continue;
+        line.options.save.*flag.option = true;
+        line.saveFlag = argument;
+        return true;
+    }
+    return false;
+}
 
 CommandLine parse(const std::vector<std::string>& arguments)
 {
@@ -51,6 +90,8 @@ CommandLine parse(const std::vector<std::string>& arguments)
             line.options.json = true;
         } else if (argument == "--help" || argument == "-h") {
             line.help = true;
+        } else if (readSaveFlag(argument, line)) {
+            continue;
         } else if (!takesValue) {
             line.fault = "unknown option " + argument;
         } else if (i + 1 == arguments.size()) {
@@ -71,6 +112,8 @@ CommandLine parse(const std::vector<std::string>& arguments)
         line.options.frames = 1;
     if (line.fault.empty() && line.scenes.empty())
         line.fault = "no scene given";
+    if (line.fault.empty() && line.options.convert.empty() && !line.saveFlag.empty())
+        line.fault = line.saveFlag + " says how --convert writes";
     if (line.fault.empty() && !line.options.convert.empty() && line.scenes.size() > 1)
         line.fault = "--convert takes one scene";
     return line;

@@ -42,6 +42,7 @@ struct Context::Data
     unsigned int loads = 0;       ///< loads under way
     std::vector<NodeRef> toStart; ///< nodes that a load has linked below running ones
     LoadReport report;
+    std::vector<std::string> saveNotes; ///< of the last save
 
     bool isInFrame = false;
     std::vector<FrameWindow*> windows; ///< null where one has left while they are being gone through

@@ -46,6 +46,9 @@ struct FieldDefault
 
 /// The fields of a type whose defaults are others in VRML97 files.
 ORVANE_API std::vector<FieldDefault> vrml97Defaults(std::string_view type);
+/// What VRML97 calls the part, and the value that it has in VRML97 files that do not say.
+ORVANE_API std::string_view vrml97Name(const NodeType& type, unsigned int part);
+ORVANE_API std::string_view vrml97Default(const NodeType& type, unsigned int part);
 /// True for the type itself and for its abstract bases ("X3DGeometryNode").
 ORVANE_API bool isOfType(const NodeType& type, std::string_view name);
 

@@ -206,6 +206,20 @@ std::vector<FieldDefault> vrml97Defaults(std::string_view type)
     return defaults;
 }
 
+std::string_view vrml97Name(const NodeType& type, unsigned int part)
+{
+    const NodeType::Data& data = typeData(type);
+    const std::string_view name = data.parts[part]->name;
+    return data.entry ? catalogue::vrml97Name(*data.entry, name) : name;
+}
+
+std::string_view vrml97Default(const NodeType& type, unsigned int part)
+{
+    const NodeType::Data& data = typeData(type);
+    return data.entry ? catalogue::vrml97Default(*data.entry, data.entry->parts[part])
+                      : data.parts[part]->defaultValue;
+}
+
 bool isOfType(const NodeType& type, std::string_view name)
 {
     const std::vector<std::string_view>& bases = typeData(type).bases;

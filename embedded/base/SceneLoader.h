@@ -29,9 +29,10 @@ struct LoadedScene
 using SceneReader = bool (*)(Context& context, const Relayne::URL& url, const std::string* text,
                              LoadedScene& scene, LoadReport& report);
 
-/// Writes a root node and what hangs below it to a file. False, with the reason in \a error, when that fails.
+/// Writes a root node and what hangs below it to a file; \a notes tells what its encoding cannot say. False,
+/// with the reason in \a error, when that fails. Never throws.
 using SceneWriter = bool (*)(const Node& root, const std::string& path, const SaveOptions& options,
-                             std::string& error);
+                             std::vector<std::string>& notes, std::string& error);
 
 /// Reads what an `Inline` names now into it, in place of what it held; empties it when it is not to load.
 /// False when nothing could be read; `report` then says why. Never throws.

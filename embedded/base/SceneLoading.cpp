@@ -104,6 +104,15 @@ bool loadScene(Context& context, const Relayne::URL& url, const std::string* tex
     return ok;
 }
 
+bool saveScene(const Node& scene, const std::string& path, const SaveOptions& options, std::string& error)
+{
+    std::vector<std::string>& notes = contextData(scene).saveNotes;
+    const bool ok = loader().writer(scene, path, options, notes, error);
+    for (const std::string& note : notes)
+        ORVANE_LOG(osg::LOG_NOTICE, "%s: %s\n", path.c_str(), note.c_str());
+    return ok;
+}
+
 } // namespace
 
 SceneLoaderRegistration::SceneLoaderRegistration(SceneReader reader, InlineReader inlineReader,
@@ -153,8 +162,14 @@ bool Context::load(const std::string& url, const std::string& text, LoadType, st
     return loadScene(*this, addressOf(url), &text);
 }
 
+const std::vector<std::string>& Context::saveNotes() const
+{
+    return _data->saveNotes;
+}
+
 bool Context::save(const std::string& path, const SaveOptions& options, std::string& error)
 {
+    _data->saveNotes.clear();
     const auto scene = std::find_if(_data->roots.begin(), _data->roots.end(),
                                     [](const NodeRef& root) { return root->type()->name == "Scene"; });
     if (scene == _data->roots.end())
@@ -162,7 +177,7 @@ bool Context::save(const std::string& path, const SaveOptions& options, std::str
     else if (!loader().writer)
         error = "there is no writer of scenes";
     else
-        return loader().writer(**scene, path, options, error);
+        return saveScene(**scene, path, options, error);
     return false;
 }
 

@@ -42,6 +42,12 @@ bool beginsNumber(char c)
     return (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
 }
 
+/// The numbers that have no digits, as they are written.
+bool isEndless(std::string_view word)
+{
+    return word == "inf" || word == "nan";
+}
+
 bool isEscape(const char* at)
 {
     return *at == '\\' && (at[1] == '"' || at[1] == '\\');
@@ -99,10 +105,10 @@ void ClassicTokens::next()
         readString();
         return;
     default:
-        _kind = beginsNumber(*at) ? NUMBER : WORD;
         while (!isOf(*at, DIVIDER | MARK))
             ++at;
         _end = at;
+        _kind = beginsNumber(*_begin) || isEndless(text()) ? NUMBER : WORD;
         return;
     }
     _end = at + 1;

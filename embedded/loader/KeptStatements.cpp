@@ -4,6 +4,7 @@
 #include <Orvane/MFNode.h>
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
+#include <charconv>
 #include <initializer_list>
 
 namespace Orvane {
@@ -52,7 +53,11 @@ NamePairs pairs(const Node& node, const char* part)
 
 void keepHead(Node& scene, const HeadStatement& statement)
 {
-    append(scene, headPart, {std::to_string(statement.kind), statement.name, statement.content});
+    char factor[32];
+    const char* const end = std::to_chars(factor, factor + sizeof factor, statement.factor).ptr;
+    append(scene, headPart,
+           {std::to_string(statement.kind), statement.name, statement.content,
+            std::string_view(factor, static_cast<std::size_t>(end - factor))});
 }
 
 std::vector<KeptHead> keptHead(const Node& scene)
@@ -60,9 +65,9 @@ std::vector<KeptHead> keptHead(const Node& scene)
     std::vector<KeptHead> result;
     const MFString* strings = kept(scene, headPart);
     const int count = strings ? static_cast<int>(strings->size()) : 0;
-    for (int i = 0; i + 2 < count; i += 3)
+    for (int i = 0; i + 3 < count; i += 4)
         result.push_back({static_cast<HeadStatement::Kind>(std::stoi((*strings)[i])), (*strings)[i + 1],
-                          (*strings)[i + 2]});
+                          (*strings)[i + 2], (*strings)[i + 3]});
     return result;
 }
 

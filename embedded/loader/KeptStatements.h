@@ -19,6 +19,7 @@ struct KeptHead
     HeadStatement::Kind kind = HeadStatement::META;
     std::string name;
     std::string content;
+    std::string factor; ///< of a unit
 };
 
 void keepHead(Node& scene, const HeadStatement& statement);

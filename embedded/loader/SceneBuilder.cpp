@@ -432,10 +432,9 @@ void SceneBuilder::endFieldNodes()
         _levels.pop_back();
 }
 
-void SceneBuilder::sourceText(std::string_view text, SourcePlace place)
+void SceneBuilder::sourceText(std::string_view source, SourcePlace place)
 {
-    const std::string_view source = trimmedText(text);
-    if (_skipped > 0 || source.empty())
+    if (_skipped > 0)
         return;
     const int part = _levels.back().isNode ? partIndex(*node().type(), "url") : -1;
     if (part < 0 || partDesc(*node().type(), static_cast<unsigned int>(part))->dataType != MFSTRING_DT) {

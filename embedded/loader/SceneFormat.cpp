@@ -3,8 +3,10 @@
 #include "base/Graph.h"
 #include "base/SceneLoader.h"
 #include "loader/ClassicReader.h"
+#include "loader/ClassicWriter.h"
 #include "loader/LoadMessages.h"
 #include "loader/LoadSession.h"
+#include "loader/OutputFile.h"
 #include "loader/XmlReader.h"
 #include "loader/XmlWriter.h"
 #include <Orvane/GraphLoader.h>
@@ -48,11 +50,24 @@ bool readInline(Node& inlineNode, LoadReport& report)
                    [&] { return LoadSession(contextOf(inlineNode), report).reloadInline(inlineNode); });
 }
 
-bool writeScene(const Node& root, const std::string& path, const SaveOptions& options, std::string& error)
+/// True for the suffixes of files that are packed.
+bool isPacked(const std::string& path)
+{
+    return path.back() == 'z' || path.back() == 'Z';
+}
+
+bool writeScene(const Node& root, const std::string& path, const SaveOptions& options,
+                std::vector<std::string>& notes, std::string& error)
 {
     const SceneFormat* format = formatOfSuffix(path);
-    if (format && format->write)
-        return format->write(root, path, options, error);
+    if (format && format->write) {
+        try {
+            return writeOutputFile(path, format->write(root, options, notes), isPacked(path), error);
+        } catch (const std::exception& exception) {
+            error = path + ": expected room for the text of the scene, found: " + exception.what();
+            return false;
+        }
+    }
     error = path + ": expected a suffix of an encoding that can be written (";
     const char* divider = "";
     for (const SceneFormat& each : sceneFormats()) {
@@ -74,9 +89,9 @@ const SceneLoaderRegistration registration(readScene, readInline, writeScene);
 const std::vector<SceneFormat>& sceneFormats()
 {
     static const std::vector<SceneFormat> formats = {
-        {"X3D XML", {"x3d", "x3dz"}, isXml, readXml, writeXml},
-        {"X3D Classic", {"x3dv", "x3dvz"}, isClassic, readClassic, nullptr, true},
-        {"VRML97", {"wrl", "wrz", "vrml"}, isVrml97, readVrml97, nullptr, true},
+        {"X3D XML", {"x3d", "x3dz"}, isXml, readXml, xmlText},
+        {"X3D Classic", {"x3dv", "x3dvz"}, isClassic, readClassic, classicText, true},
+        {"VRML97", {"wrl", "wrz", "vrml"}, isVrml97, readVrml97, vrml97Text, true},
     };
     return formats;
 }

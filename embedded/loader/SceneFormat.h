@@ -21,7 +21,8 @@ struct SceneFormat
     /// Tells \a sink what the text says. False, with an error among the messages, when it is not of the
     /// encoding; the text may be written into.
     bool (*read)(SourceText& text, SceneSink& sink, LoadMessages& messages);
-    SceneWriter write;
+    /// A scene as text of the encoding. What that cannot say goes to \a notes.
+    std::string (*write)(const Node& root, const SaveOptions& options, std::vector<std::string>& notes);
     /// A file of such a suffix is read even if its text does not begin as the encoding does.
     bool mayLackHeader = false;
 };

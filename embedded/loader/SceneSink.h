@@ -92,7 +92,8 @@ public:
     /// The nodes up to `endFieldNodes` are the value of this field.
     virtual void beginFieldNodes(std::string_view field, SourcePlace place) = 0;
     virtual void endFieldNodes() = 0;
-    /// Text inside the node: source code, that is a further value of the node's `url`.
+    /// Text inside the node, without the blanks round it that are only the file's: source code, that is a
+    /// further value of the node's `url`.
     virtual void sourceText(std::string_view text, SourcePlace place) = 0;
 
     /// A field that is added to the node, or declared by the prototype. The nodes up to `endDeclaration` are

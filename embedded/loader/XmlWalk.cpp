@@ -1,6 +1,7 @@
 #include "loader/XmlWalk.h"
 
 #include "loader/AccessWord.h"
+#include "loader/FileText.h"
 #include "loader/LoadMessages.h"
 #include "loader/SceneSink.h"
 #include "loader/SourceText.h"
@@ -333,8 +334,16 @@ void XmlWalk::beginFieldValue(xml_node node)
     const std::string_view name = needed(node, "name");
     if (const xml_attribute value = node.attribute("value"))
         _sink.fieldValue(name, value.value(), place(value));
-    if (node.first_child())
+    if (node.first_child()) {
         _sink.beginFieldNodes(name, place(node));
+        return;
+    }
+    // With neither it says that the field holds no node.
+    const NodePartDataType type = _sink.fieldType(name);
+    if (!node.attribute("value") && (type == SFNODE_DT || type == MFNODE_DT)) {
+        _sink.beginFieldNodes(name, place(node));
+        _sink.endFieldNodes();
+    }
 }
 
 void XmlWalk::readConnection(xml_node node)
@@ -375,19 +384,25 @@ void XmlWalk::readText(xml_node node)
         return;
     }
     // Neighbouring texts are one: so a source may hold the end mark of the sections that it is written in.
+    // The blanks round it are the file's, unless a section holds nothing else.
     if (const xml_node previous = node.previous_sibling();
         previous.type() == pugi::node_pcdata || previous.type() == pugi::node_cdata)
         return;
-    const xml_node next = node.next_sibling();
-    if (next.type() != pugi::node_pcdata && next.type() != pugi::node_cdata) {
-        _sink.sourceText(node.value(), place(node));
-        return;
-    }
-    std::string whole;
+    std::string before;
+    std::string source;
+    std::string behind;
     for (xml_node part = node; part.type() == pugi::node_pcdata || part.type() == pugi::node_cdata;
          part = part.next_sibling())
-        whole += part.value();
-    _sink.sourceText(whole, place(node));
+    {
+        if (trimmedText(part.value()).empty()) {
+            (source.empty() ? before : behind) += part.value();
+        } else {
+            source += behind + part.value();
+            behind.clear();
+        }
+    }
+    if (!source.empty())
+        _sink.sourceText(before + std::string(trimmedText(source)) + behind, place(node));
 }
 
 } // namespace Orvane

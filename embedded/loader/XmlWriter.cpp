@@ -3,15 +3,20 @@
 #include "base/Graph.h"
 #include "base/TextCoding.h"
 #include "loader/ChildPlacement.h"
+#include "loader/FileText.h"
 #include "loader/GraphWalk.h"
-#include "loader/OutputFile.h"
+#include "loader/IndentedText.h"
+#include "loader/SaveNotes.h"
 #include "loader/SceneEmitter.h"
-#include "loader/SceneFormat.h"
+#include <Orvane/EventInSlot.h>
+#include <Orvane/EventOutSlot.h>
+#include <Orvane/FieldType.h>
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>
 #include <Orvane/NodeType.h>
 #include <algorithm>
+#include <utility>
 
 namespace Orvane {
 
@@ -33,21 +38,27 @@ std::string_view accessWord(NodePartType access)
     }
 }
 
+/// True for a node whose element names its prototype.
+bool isInstance(const Node& node)
+{
+    return node.type()->isProto() || isMarkedInstance(node);
+}
+
 /// True for a value that stands better as a text of its own than in an attribute.
 bool isSource(const std::string& text)
 {
-    return text.find('\n') != std::string::npos;
+    return text.find('\n') != std::string::npos && !trimmedText(text).empty();
 }
 
 class XmlEmitter : public SceneEmitter
 {
 public:
     explicit XmlEmitter(bool useTabs)
-        : _useTabs(useTabs)
+        : _out(useTabs)
     {
     }
 
-    std::string takeText() { return std::move(_out); }
+    std::string takeText() { return _out.take(); }
 
     void beginScene(const std::vector<KeptHead>& head, const Node* root, std::string_view rootName) override;
     void endScene() override;
@@ -56,12 +67,19 @@ public:
     void endValues(bool hasContent) override;
     void endNode() override;
     void use(const Node& node, std::string_view name, const Field* holder) override;
+    void isConnection(const Field& field, const Field& protoField) override;
     void beginDeclaration(const Field& field, bool hasNodes) override;
-    void endDeclaration(bool hasNodes) override;
-    void beginNodes(const Field& field) override;
-    void endNodes() override;
-    void route(std::string_view fromNode, std::string_view fromField, std::string_view toNode,
-               std::string_view toField) override;
+    void endDeclaration(const Field& field, bool hasNodes) override;
+    void beginNodes(const Field& field, bool hasNodes) override;
+    void endNodes(const Field& field, bool hasNodes) override;
+    void beginProto(const NodeType& type, bool hasInterface) override;
+    void beginProtoBody(bool hasInterface) override;
+    void endProto() override;
+    void externProto(const NodeType& type, const std::vector<std::string>& urls) override;
+    void beginUnseen() override;
+    void endUnseen() override;
+    void route(std::string_view fromNode, const EventOutSlot& from, std::string_view toNode,
+               const EventInSlot& to) override;
     void importStatement(std::string_view inlineName, std::string_view exportedName,
                          std::string_view name) override;
     void exportStatement(std::string_view localName, std::string_view exportedName) override;
@@ -75,27 +93,29 @@ private:
         bool hasContent = false;
         std::string source = {};                       ///< text that follows the other content
         std::vector<const Field*> instanceValues = {}; ///< which become elements of their own
+        std::vector<std::pair<const Field*, const Field*>> connections = {};
     };
 
-    void newLine();
     void attribute(std::string_view name, std::string_view value);
     void fieldAttribute(std::string_view name, const Field& field, int stringCount);
     void escape(std::string_view utf8, char quote);
     void container(const Node& node, const Field* holder);
     void beginElement(const Node& node);
+    void writeSource(const std::string& source);
+    void writeConnections(Element& element);
+    bool hasValueByIs(const Field& field) const;
+    void openTag(std::string_view name);
+    void closeTag(std::string_view name);
+    void beginDeclarationTag(const NodePartDesc& desc);
+    template <class TextAt>
+    void stringsAttribute(std::string_view name, int count, TextAt textAt);
+    void headElement(const KeptHead& statement);
 
-    std::string _out;
+    IndentedText _out;
     ChildPlacement _placement;
     std::vector<Element> _open;
-    unsigned int _depth = 0;
-    bool _useTabs;
+    bool _isUnseen = false; ///< nodes at the top stand in a node that is not drawn
 };
-
-void XmlEmitter::newLine()
-{
-    _out += '\n';
-    _out.append(_useTabs ? _depth : 2 * _depth, _useTabs ? '\t' : ' ');
-}
 
 void XmlEmitter::escape(std::string_view utf8, char quote)
 {
@@ -123,32 +143,44 @@ void XmlEmitter::attribute(std::string_view name, std::string_view value)
     _out += '"';
 }
 
+template <class TextAt>
+void XmlEmitter::stringsAttribute(std::string_view name, int count, TextAt textAt)
+{
+    _out += ' ';
+    _out += coding::toFile(name);
+    _out += "='";
+    for (int i = 0; i < count; ++i) {
+        std::string quotedText = i > 0 ? " \"" : "\"";
+        for (const char c : coding::toFile(textAt(i))) {
+            if (c == '"' || c == '\\')
+                quotedText += '\\';
+            quotedText += c;
+        }
+        escape(quotedText + '"', '\'');
+    }
+    _out += '\'';
+}
+
 /// The value of a field as an attribute. Of an `MFString` only the first \a stringCount texts.
 void XmlEmitter::fieldAttribute(std::string_view name, const Field& field, int stringCount)
 {
     if (field.dataType() == MFSTRING_DT) {
         const auto& strings = static_cast<const MFString&>(field);
-        _out += ' ';
-        _out += coding::toFile(name);
-        _out += "='";
-        for (int i = 0; i < stringCount; ++i) {
-            std::string quotedText = i > 0 ? " \"" : "\"";
-            for (const char c : coding::toFile(strings[i])) {
-                if (c == '"' || c == '\\')
-                    quotedText += '\\';
-                quotedText += c;
-            }
-            escape(quotedText + '"', '\'');
-        }
-        _out += '\'';
-        return;
+        return stringsAttribute(name, stringCount, [&](int i) -> const std::string& { return strings[i]; });
     }
+    const NodePartDataType type = field.dataType();
     std::string text = field.valueToString();
     // XML files write the truth values as XML does.
-    if (field.dataType() == SFBOOL_DT || field.dataType() == MFBOOL_DT)
+    if (type == SFBOOL_DT || type == MFBOOL_DT)
         std::transform(text.begin(), text.end(), text.begin(),
                        [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    attribute(name, text);
+    if (type == SFSTRING_DT)
+        return attribute(name, text);
+    _out += ' ';
+    _out += coding::toFile(name);
+    _out += "=\"";
+    _out.appendList(text, valueDivider(type));
+    _out += '"';
 }
 
 void XmlEmitter::beginScene(const std::vector<KeptHead>& head, const Node* root, std::string_view rootName)
@@ -157,35 +189,29 @@ void XmlEmitter::beginScene(const std::vector<KeptHead>& head, const Node* root,
     for (const KeptHead& statement : head)
         if (statement.kind == HeadStatement::PROFILE)
             profile = statement.name;
-    _out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<X3D";
+    _out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+    _out.newLine();
+    _out += "<X3D";
     attribute("profile", profile);
     attribute("version", lastVersion);
     _out += '>';
-    ++_depth;
-    const auto isKept = [](const KeptHead& statement) {
-        return statement.kind == HeadStatement::META || statement.kind == HeadStatement::COMPONENT;
-    };
+    _out.deeper();
+    const auto isKept = [](const KeptHead& statement) { return statement.kind != HeadStatement::PROFILE; };
     if (std::any_of(head.begin(), head.end(), isKept)) {
-        newLine();
+        _out.newLine();
         _out += "<head>";
-        ++_depth;
-        // Components stand in front of metas.
-        for (const HeadStatement::Kind kind : {HeadStatement::COMPONENT, HeadStatement::META}) {
-            for (const KeptHead& statement : head) {
-                if (statement.kind != kind)
-                    continue;
-                newLine();
-                _out += kind == HeadStatement::META ? "<meta" : "<component";
-                attribute("name", statement.name);
-                attribute(kind == HeadStatement::META ? "content" : "level", statement.content);
-                _out += "/>";
-            }
-        }
-        --_depth;
-        newLine();
+        _out.deeper();
+        // In this order they must stand.
+        for (const HeadStatement::Kind kind :
+             {HeadStatement::COMPONENT, HeadStatement::UNIT, HeadStatement::META})
+            for (const KeptHead& statement : head)
+                if (statement.kind == kind)
+                    headElement(statement);
+        _out.higher();
+        _out.newLine();
         _out += "</head>";
     }
-    newLine();
+    _out.newLine();
     _out += "<Scene";
     if (!rootName.empty())
         attribute("DEF", rootName);
@@ -198,24 +224,47 @@ void XmlEmitter::beginScene(const std::vector<KeptHead>& head, const Node* root,
         }
     }
     _out += '>';
-    ++_depth;
+    _out.deeper();
+}
+
+void XmlEmitter::headElement(const KeptHead& statement)
+{
+    _out.newLine();
+    switch (statement.kind) {
+    case HeadStatement::COMPONENT:
+        _out += "<component";
+        attribute("name", statement.name);
+        attribute("level", statement.content);
+        break;
+    case HeadStatement::UNIT:
+        _out += "<unit";
+        attribute("category", statement.name);
+        attribute("name", statement.content);
+        attribute("conversionFactor", statement.factor);
+        break;
+    default:
+        _out += "<meta";
+        attribute("name", statement.name);
+        attribute("content", statement.content);
+    }
+    _out += "/>";
 }
 
 void XmlEmitter::endScene()
 {
-    --_depth;
-    newLine();
+    _out.higher();
+    _out.newLine();
     _out += "</Scene>";
-    --_depth;
-    newLine();
+    _out.higher();
+    _out.newLine();
     _out += "</X3D>\n";
 }
 
 void XmlEmitter::beginElement(const Node& node)
 {
-    newLine();
+    _out.newLine();
     _out += '<';
-    if (isMarkedInstance(node)) {
+    if (isInstance(node)) {
         _out += "ProtoInstance";
         attribute("name", node.type()->name);
     } else {
@@ -227,7 +276,10 @@ void XmlEmitter::beginElement(const Node& node)
 void XmlEmitter::container(const Node& node, const Field* holder)
 {
     // The element of a declared field, or of an instance's value, says it already.
-    if (!holder || isMarkedInstance(*holder->node()) ||
+    if (!holder && _isUnseen && _open.empty() && !isUnknown(*node.type()) &&
+        containerField(*node.type()) != "children")
+        attribute("containerField", "children");
+    if (!holder || isInstance(*holder->node()) ||
         (holder->_desc->objExt() && !isUnknown(*holder->node()->type())))
         return;
     const Node& parent = *holder->node();
@@ -248,8 +300,8 @@ void XmlEmitter::beginNode(const Node& node, std::string_view name, const Field*
     if (!name.empty())
         attribute("DEF", name);
     container(node, holder);
-    const bool isInstance = isMarkedInstance(node);
-    _open.push_back({isInstance ? "ProtoInstance" : coding::toFile(node.type()->name), isInstance});
+    const bool instance = isInstance(node);
+    _open.push_back({instance ? "ProtoInstance" : coding::toFile(node.type()->name), instance});
 }
 
 void XmlEmitter::value(const Field& field)
@@ -275,11 +327,12 @@ void XmlEmitter::value(const Field& field)
 void XmlEmitter::endValues(bool hasContent)
 {
     Element& element = _open.back();
-    element.hasContent = hasContent || !element.source.empty() || !element.instanceValues.empty();
+    element.hasContent = hasContent || !element.source.empty() || !element.instanceValues.empty() ||
+                         !element.connections.empty();
     _out += element.hasContent ? ">" : "/>";
-    ++_depth;
+    _out.deeper();
     for (const Field* field : element.instanceValues) {
-        newLine();
+        _out.newLine();
         _out += "<fieldValue";
         attribute("name", field->name());
         fieldAttribute("value", *field, static_cast<int>(field->size()));
@@ -287,48 +340,95 @@ void XmlEmitter::endValues(bool hasContent)
     }
 }
 
-void XmlEmitter::beginNodes(const Field& field)
+void XmlEmitter::isConnection(const Field& field, const Field& protoField)
 {
-    if (!_open.back().isInstance)
-        return;
-    newLine();
-    _out += "<fieldValue";
-    attribute("name", field.name());
-    _out += '>';
-    ++_depth;
+    _open.back().connections.emplace_back(&field, &protoField);
 }
 
-void XmlEmitter::endNodes()
+/// Connections stand behind the declarations of the fields that they connect.
+void XmlEmitter::writeConnections(Element& element)
+{
+    if (element.connections.empty())
+        return;
+    _out.newLine();
+    _out += "<IS>";
+    _out.deeper();
+    for (const auto& [field, protoField] : element.connections) {
+        _out.newLine();
+        _out += "<connect";
+        attribute("nodeField", field->name());
+        attribute("protoField", protoField->name());
+        _out += "/>";
+    }
+    _out.higher();
+    _out.newLine();
+    _out += "</IS>";
+    element.connections.clear();
+}
+
+void XmlEmitter::beginNodes(const Field& field, bool hasNodes)
+{
+    if (!_open.empty())
+        writeConnections(_open.back());
+    if (!_open.back().isInstance)
+        return;
+    _out.newLine();
+    _out += "<fieldValue";
+    attribute("name", field.name());
+    _out += hasNodes ? ">" : "/>";
+    _out.deeper();
+}
+
+void XmlEmitter::endNodes(const Field&, bool hasNodes)
 {
     if (!_open.back().isInstance)
         return;
-    --_depth;
-    newLine();
+    _out.higher();
+    if (!hasNodes)
+        return;
+    _out.newLine();
     _out += "</fieldValue>";
 }
 
 void XmlEmitter::endNode()
 {
-    const Element element = std::move(_open.back());
+    Element element = std::move(_open.back());
     _open.pop_back();
-    if (!element.source.empty()) {
-        newLine();
-        _out += "<![CDATA[\n";
-        // The end mark of the section cannot stand inside it.
-        std::string_view rest = element.source;
-        for (std::size_t mark = rest.find("]]>"); mark != std::string_view::npos; mark = rest.find("]]>")) {
-            _out += rest.substr(0, mark + 2);
-            _out += "]]><![CDATA[";
-            rest.remove_prefix(mark + 2);
-        }
-        _out += rest;
-        _out += "\n]]>";
-    }
-    --_depth;
+    writeConnections(element);
+    if (!element.source.empty())
+        writeSource(element.source);
+    _out.higher();
     if (element.hasContent) {
-        newLine();
+        _out.newLine();
         _out += "</" + element.name + ">";
     }
+}
+
+void XmlEmitter::writeSource(const std::string& source)
+{
+    const std::string_view inner = trimmedText(source);
+    const auto begin = static_cast<std::size_t>(inner.data() - source.data());
+    const auto section = [&](std::string_view text) {
+        _out += "<![CDATA[";
+        _out += text;
+        _out += "]]>";
+    };
+    _out.newLine();
+    // A reader takes the blanks round the source for those of the file, unless they are all of a section.
+    if (begin > 0)
+        section(std::string_view(source).substr(0, begin));
+    _out += "<![CDATA[\n";
+    // The end mark of the section cannot stand inside it.
+    std::string_view rest = inner;
+    for (std::size_t mark = rest.find("]]>"); mark != std::string_view::npos; mark = rest.find("]]>")) {
+        _out += rest.substr(0, mark + 2);
+        _out += "]]><![CDATA[";
+        rest.remove_prefix(mark + 2);
+    }
+    _out += rest;
+    _out += "\n]]>";
+    if (begin + inner.size() < source.size())
+        section(std::string_view(source).substr(begin + inner.size()));
 }
 
 void XmlEmitter::use(const Node& node, std::string_view name, const Field* holder)
@@ -339,46 +439,130 @@ void XmlEmitter::use(const Node& node, std::string_view name, const Field* holde
     _out += "/>";
 }
 
+/// True for a field of the open node that has its value from the prototype around.
+bool XmlEmitter::hasValueByIs(const Field& field) const
+{
+    if (_open.empty())
+        return false;
+    const auto& connections = _open.back().connections;
+    return std::any_of(connections.begin(), connections.end(), [&](const auto& connection) {
+        return connection.first == &field && (connection.second->_desc->partType & FIELDP);
+    });
+}
+
 void XmlEmitter::beginDeclaration(const Field& field, bool hasNodes)
 {
     const NodePartDesc& desc = *field._desc;
-    newLine();
-    _out += "<field";
-    attribute("accessType", accessWord(desc.partType));
-    attribute("name", desc.name);
-    attribute("type", field.dataTypeName());
+    beginDeclarationTag(desc);
     const bool isNodes = field.dataType() == SFNODE_DT || field.dataType() == MFNODE_DT;
-    if (!isNodes && (desc.partType & FIELDP) && field.valueToString() != desc.defaultValue)
+    // What a prototype declares is the default itself.
+    if (!isNodes && !hasValueByIs(field) && (desc.partType & FIELDP) &&
+        (!desc.objExt() || field.valueToString() != desc.defaultValue))
         fieldAttribute("value", field, static_cast<int>(field.size()));
     _out += hasNodes ? ">" : "/>";
-    ++_depth;
+    _out.deeper();
 }
 
-void XmlEmitter::endDeclaration(bool hasNodes)
+void XmlEmitter::endDeclaration(const Field&, bool hasNodes)
 {
-    --_depth;
+    _out.higher();
     if (hasNodes) {
-        newLine();
+        _out.newLine();
         _out += "</field>";
     }
 }
 
-void XmlEmitter::route(std::string_view fromNode, std::string_view fromField, std::string_view toNode,
-                       std::string_view toField)
+void XmlEmitter::beginDeclarationTag(const NodePartDesc& desc)
 {
-    newLine();
+    _out.newLine();
+    _out += "<field";
+    attribute("accessType", accessWord(desc.partType));
+    attribute("name", desc.name);
+    attribute("type", FieldType::dataTypeName(desc.dataType));
+}
+
+void XmlEmitter::openTag(std::string_view name)
+{
+    _out.newLine();
+    _out += "<" + std::string(name) + ">";
+    _out.deeper();
+}
+
+void XmlEmitter::closeTag(std::string_view name)
+{
+    _out.higher();
+    _out.newLine();
+    _out += "</" + std::string(name) + ">";
+}
+
+void XmlEmitter::beginProto(const NodeType& type, bool hasInterface)
+{
+    _out.newLine();
+    _out += "<ProtoDeclare";
+    attribute("name", type.name);
+    _out += '>';
+    _out.deeper();
+    if (hasInterface)
+        openTag("ProtoInterface");
+}
+
+void XmlEmitter::beginProtoBody(bool hasInterface)
+{
+    if (hasInterface)
+        closeTag("ProtoInterface");
+    openTag("ProtoBody");
+}
+
+void XmlEmitter::endProto()
+{
+    closeTag("ProtoBody");
+    closeTag("ProtoDeclare");
+}
+
+void XmlEmitter::externProto(const NodeType& type, const std::vector<std::string>& urls)
+{
+    _out.newLine();
+    _out += "<ExternProtoDeclare";
+    attribute("name", type.name);
+    stringsAttribute("url", static_cast<int>(urls.size()),
+                     [&](int i) -> const std::string& { return urls[static_cast<std::size_t>(i)]; });
+    _out += '>';
+    _out.deeper();
+    for (unsigned int part = 0; part + 1 < partCount(type); ++part) {
+        beginDeclarationTag(*partDesc(type, part));
+        _out += "/>";
+    }
+    closeTag("ExternProtoDeclare");
+}
+
+void XmlEmitter::beginUnseen()
+{
+    openTag("Switch"); // shows none of its children unless it is told to
+    _isUnseen = true;
+}
+
+void XmlEmitter::endUnseen()
+{
+    _isUnseen = false;
+    closeTag("Switch");
+}
+
+void XmlEmitter::route(std::string_view fromNode, const EventOutSlot& from, std::string_view toNode,
+                       const EventInSlot& to)
+{
+    _out.newLine();
     _out += "<ROUTE";
     attribute("fromNode", fromNode);
-    attribute("fromField", fromField);
+    attribute("fromField", from.name());
     attribute("toNode", toNode);
-    attribute("toField", toField);
+    attribute("toField", to.name());
     _out += "/>";
 }
 
 void XmlEmitter::importStatement(std::string_view inlineName, std::string_view exportedName,
                                  std::string_view name)
 {
-    newLine();
+    _out.newLine();
     _out += "<IMPORT";
     attribute("inlineDEF", inlineName);
     attribute("importedDEF", exportedName);
@@ -389,7 +573,7 @@ void XmlEmitter::importStatement(std::string_view inlineName, std::string_view e
 
 void XmlEmitter::exportStatement(std::string_view localName, std::string_view exportedName)
 {
-    newLine();
+    _out.newLine();
     _out += "<EXPORT";
     attribute("localDEF", localName);
     if (exportedName != localName)
@@ -399,7 +583,7 @@ void XmlEmitter::exportStatement(std::string_view localName, std::string_view ex
 
 void XmlEmitter::comment(std::string_view text)
 {
-    newLine();
+    _out.newLine();
     _out += "<!-- ";
     // Two dashes end a comment.
     char previous = ' ';
@@ -414,17 +598,12 @@ void XmlEmitter::comment(std::string_view text)
 
 } // namespace
 
-std::string xmlText(const Node& root, const SaveOptions& options)
+std::string xmlText(const Node& root, const SaveOptions& options, std::vector<std::string>& messages)
 {
+    SaveNotes notes(messages);
     XmlEmitter emitter(options.useTabs);
-    GraphWalk(root, options, emitter).run();
+    GraphWalk(root, options, emitter, notes).run();
     return emitter.takeText();
-}
-
-bool writeXml(const Node& root, const std::string& path, const SaveOptions& options, std::string& error)
-{
-    const bool pack = path.size() > 5 && (path.back() == 'z' || path.back() == 'Z');
-    return writeOutputFile(path, xmlText(root, options), pack, error);
 }
 
 } // namespace Orvane

@@ -6,6 +6,7 @@
 #include <Orvane/SaveOptions.h>
 #include <Orvane/Types.h>
 #include <string>
+#include <vector>
 
 namespace Orvane {
 
@@ -54,6 +55,9 @@ public:
     /// Writes the scene to a file in the encoding of its suffix. False, with the reason in \a error, when
     /// that fails.
     bool save(const std::string& path, const SaveOptions& options, std::string& error);
+    /// What the encoding of the last save has no words for, each thing once: it stands in the file as a
+    /// comment, under another name, or as another encoding says it. They go to the log, too.
+    const std::vector<std::string>& saveNotes() const;
 
     struct Data;
     /// The runtime's own data.

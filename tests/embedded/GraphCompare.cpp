@@ -1,6 +1,7 @@
 #include "GraphCompare.h"
 
 #include "base/Graph.h"
+#include "base/ProtoDeclaration.h"
 #include <Orvane/EventInSlot.h>
 #include <Orvane/EventOutSlot.h>
 #include <Orvane/MFNode.h>
@@ -40,16 +41,23 @@ std::vector<Node*> linked(Field& field)
 class Comparison
 {
 public:
+    explicit Comparison(GraphLeniency ignored)
+        : _ignored(ignored)
+    {
+    }
+
     QString run(Node* first, Node* second)
     {
         visit(first, second, QStringLiteral("root"));
+        if (first && second)
+            visitPrototypes(declaredPrototypes(*first), declaredPrototypes(*second), QStringLiteral("root"));
         while (_difference.isEmpty() && !_waiting.empty()) {
             const Pair pair = _waiting.back();
             _waiting.pop_back();
             compare(pair);
         }
         for (const Pair& pair : _done)
-            if (_difference.isEmpty())
+            if (_difference.isEmpty() && !_ignored.routes)
                 compareRoutes(pair);
         return _difference;
     }
@@ -59,6 +67,25 @@ private:
     {
         if (_difference.isEmpty())
             _difference = path + QStringLiteral(": ") + what;
+    }
+
+    using Prototypes = std::vector<std::shared_ptr<NodeType>>;
+
+    /// The declarations, by the models of their instances.
+    void visitPrototypes(const Prototypes& first, const Prototypes& second, const QString& path)
+    {
+        if (first.size() != second.size())
+            return differ(path, QStringLiteral("%1 and %2 prototypes").arg(first.size()).arg(second.size()));
+        for (std::size_t i = 0; i < first.size(); ++i) {
+            const ProtoDeclaration& one = *protoDeclaration(*first[i]);
+            const ProtoDeclaration& other = *protoDeclaration(*second[i]);
+            const QString protoPath =
+                path + QStringLiteral(" PROTO ") + QString::fromStdString(first[i]->name);
+            if (first[i]->name != second[i]->name || one.isExtern != other.isExtern || one.urls != other.urls)
+                return differ(protoPath, QStringLiteral("not the same prototype"));
+            visit(one.model.get(), other.model.get(), protoPath);
+            visitPrototypes(one.inner, other.inner, protoPath);
+        }
     }
 
     void visit(Node* first, Node* second, const QString& path)
@@ -86,7 +113,7 @@ private:
         const QString path = pair.path + QLatin1Char('/') + QString::fromStdString(first.type()->name);
         if (first.type()->name != second.type()->name)
             return differ(path, QString::fromStdString(second.type()->name));
-        if (first.name() && second.name() && *first.name() != *second.name())
+        if (!_ignored.names && first.name() && second.name() && *first.name() != *second.name())
             return differ(path, QString::fromStdString(*first.name() + " and " + *second.name()));
         for (unsigned int part = 0; part < first.partDescCount(); ++part) {
             Field& field = *first.findField(part);
@@ -152,6 +179,7 @@ private:
             differ(pair.path, QStringLiteral("not the same routes"));
     }
 
+    const GraphLeniency _ignored;
     std::unordered_map<Node*, Node*> _partner;
     std::vector<Pair> _waiting;
     std::vector<Pair> _done;
@@ -160,7 +188,7 @@ private:
 
 } // namespace
 
-QString graphDifference(Node* first, Node* second)
+QString graphDifference(Node* first, Node* second, GraphLeniency ignored)
 {
-    return Comparison().run(first, second);
+    return Comparison(ignored).run(first, second);
 }

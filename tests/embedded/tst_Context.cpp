@@ -141,8 +141,10 @@ bool readTestScene(Context& context, const Relayne::URL& url, const std::string*
     return true;
 }
 
-bool writeTestScene(const Node& root, const std::string& path, const SaveOptions& options, std::string& error)
+bool writeTestScene(const Node& root, const std::string& path, const SaveOptions& options,
+                    std::vector<std::string>& notes, std::string& error)
 {
+    notes.push_back("no words");
     if (options.useTabs) {
         error = "no tabs";
         return false;
@@ -704,10 +706,12 @@ void tst_Context::savesTheScene()
     QVERIFY(!error.empty());
     _context->scene();
     QVERIFY((*_context)->save("a.x3d", SaveOptions(), error));
+    QCOMPARE((*_context)->saveNotes(), std::vector<std::string>{"no words"});
     QCOMPARE(events, std::string("Scene to a.x3d"));
     SaveOptions tabs;
     tabs.useTabs = true;
     QVERIFY(!(*_context)->save("a.x3d", tabs, error));
+    QCOMPARE((*_context)->saveNotes().size(), std::size_t(1));
     QCOMPARE(error, std::string("no tabs"));
 }
 
