@@ -4,6 +4,8 @@
 #include "OSGLine.h"
 #include "OSGMatrix.h"
 
+#include <vector>
+
 namespace osg {
 
 class Node;
@@ -58,6 +60,7 @@ private:
 
     int enter(Node& node, const Matrix& parentToWorld, int parentMark);
     void visit(NodeCore& core);
+    bool select(Node& node, std::vector<UInt32>& chosen);
     void leave(NodeCore&) {}
 
     Line _line;

@@ -8,6 +8,7 @@
 
 namespace osg {
 
+class ChildTree;
 class VisitSubTree;
 
 /// A place in the scene graph: a core, which tells what it is, and children in order. A node holds references
@@ -85,9 +86,10 @@ public:
     void setActive(bool active) { setTravMask(active ? ~UInt32(0) : 0); }
 
 private:
+    friend class IntersectAction;
     friend class VisitSubTree;
 
-    Node() = default;
+    Node();
     ~Node() override;
 
     bool canAdopt(const NodePtr& child) const;
@@ -97,6 +99,8 @@ private:
 
     void addReferrer(VisitSubTree* referrer);
     void subReferrer(VisitSubTree* referrer);
+    /// The boxes of the children, up to date; the volume has to be that.
+    const ChildTree& childTree();
 
     // What every walk through the tree reads stands together.
     UInt32 _travMask = ~UInt32(0);
@@ -106,7 +110,8 @@ private:
     DynamicVolume _volume;
     NodePtr _parent;
     // Few nodes have any.
-    std::unique_ptr<std::vector<VisitSubTree*>> _referrers;
+    struct Extras;
+    std::unique_ptr<Extras> _extras;
 };
 
 inline NodePtr NodePtr::dcast(const FieldContainerPtr& other)

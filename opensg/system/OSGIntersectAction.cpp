@@ -3,6 +3,7 @@
 #include <OpenSG/OSGLog.h>
 #include <OpenSG/OSGNode.h>
 
+#include "OSGChildTree.h"
 #include "OSGTraversal.h"
 
 #include <cmath>
@@ -92,6 +93,18 @@ int IntersectAction::enter(Node& node, const Matrix& parentToWorld, int)
     box.extendBy(node.getVolume(true));
     box.transform(parentToWorld);
     return meets(box, _line, _nearest) ? 0 : -1;
+}
+
+bool IntersectAction::select(Node& node, std::vector<UInt32>& chosen)
+{
+    Pnt3d origin;
+    Vec3d direction;
+    // A static volume says nothing of what is below it.
+    if (node.getNChildren() < ChildTree::fewestChildren || node.getVolume().isStatic() ||
+        !getLocalRay(origin, direction))
+        return false;
+    node.childTree().collect(origin, direction, _nearest, chosen);
+    return true;
 }
 
 void IntersectAction::visit(NodeCore& core)

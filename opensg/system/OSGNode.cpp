@@ -4,6 +4,7 @@
 #include <OpenSG/OSGVisitSubTree.h>
 
 #include "OSGContainerType.h"
+#include "OSGNodeExtras.h"
 #include "OSGSceneStamp.h"
 
 #include <algorithm>
@@ -17,11 +18,13 @@ NodePtr Node::createEmpty()
     return create();
 }
 
+Node::Node() = default;
+
 Node::~Node()
 {
     SceneStamp::renew();
-    if (_referrers) {
-        for (VisitSubTree* referrer : *_referrers) {
+    if (_extras) {
+        for (VisitSubTree* referrer : _extras->referrers) {
             referrer->_subTreeRoot = NullFC;
             referrer->invalidateVolume();
         }
@@ -173,16 +176,17 @@ void Node::getToWorld(Matrix& result) const
 
 void Node::addReferrer(VisitSubTree* referrer)
 {
-    if (!_referrers)
-        _referrers = std::make_unique<std::vector<VisitSubTree*>>();
-    _referrers->push_back(referrer);
+    if (!_extras)
+        _extras = std::make_unique<Extras>();
+    _extras->referrers.push_back(referrer);
 }
 
 void Node::subReferrer(VisitSubTree* referrer)
 {
-    const auto found = std::find(_referrers->rbegin(), _referrers->rend(), referrer);
-    *found = _referrers->back();
-    _referrers->pop_back();
+    std::vector<VisitSubTree*>& referrers = _extras->referrers;
+    const auto found = std::find(referrers.rbegin(), referrers.rend(), referrer);
+    *found = referrers.back();
+    referrers.pop_back();
 }
 
 NodePtr makeNodeFor(const NodeCorePtr& core)

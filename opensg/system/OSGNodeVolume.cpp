@@ -2,6 +2,7 @@
 
 #include <OpenSG/OSGVisitSubTree.h>
 
+#include "OSGNodeExtras.h"
 #include "OSGSceneStamp.h"
 
 #include <algorithm>
@@ -97,6 +98,18 @@ void Node::computeVolume()
     }
     _volume.setValid();
     _updating = false;
+    if (_extras && _extras->childTree)
+        _extras->childTree->setStale();
+}
+
+const ChildTree& Node::childTree()
+{
+    if (!_extras)
+        _extras = std::make_unique<Extras>();
+    if (!_extras->childTree)
+        _extras->childTree = std::make_unique<ChildTree>();
+    _extras->childTree->update(*this);
+    return *_extras->childTree;
 }
 
 void Node::invalidateVolume()
@@ -119,9 +132,9 @@ void Node::invalidateVolume()
         const Node* node = waiting.back();
         waiting.pop_back();
         invalidate(node->_parent.getCPtr());
-        if (!node->_referrers)
+        if (!node->_extras)
             continue;
-        for (const VisitSubTree* referrer : *node->_referrers) {
+        for (const VisitSubTree* referrer : node->_extras->referrers) {
             for (const NodePtr& place : referrer->getParents())
                 invalidate(place.getCPtr());
         }

@@ -2,6 +2,7 @@
 
 #include <OpenSG/OSGNode.h>
 
+#include <type_traits>
 #include <vector>
 
 namespace osg {
@@ -11,6 +12,15 @@ namespace osg {
 /// that only trees of mutual references reach.
 class Traversal
 {
+    template <class Visitor, class = void>
+    struct Selects : std::false_type
+    {
+    };
+    template <class Visitor>
+    struct Selects<Visitor, std::void_t<decltype(&Visitor::select)>> : std::true_type
+    {
+    };
+
 public:
     struct Level
     {
@@ -21,21 +31,27 @@ public:
         bool isReferred;
         int mark; ///< what the visitor answered
         Matrix toWorld;
+        bool isSelected = false; ///< `next` and `last` are places in the list of selected children
+        UInt32 firstSelected = 0;
     };
 
     /// `visitor` has `int enter(Node&, const Matrix& parentToWorld, int parentMark)`, whose answer is the
     /// node's mark, or below 0 to leave out the node with all below it; `void visit(NodeCore&)`; `void
-    /// leave(NodeCore&)`. The start's parent has the mark 0.
+    /// leave(NodeCore&)`. The start's parent has the mark 0. It may have `bool select(Node&,
+    /// std::vector<UInt32>&)` too, which may append the numbers of those children that are to be visited, in
+    /// that order; false for all. It is asked about nodes that show all their children.
     template <class Visitor>
     void run(const NodePtr& start, UInt32 mask, Visitor& visitor)
     {
         _path.clear();
+        _selected.clear();
         _referredVisits = 0;
         tryEnter(*start, Matrix::identity(), 0, mask, false, visitor);
         while (!_path.empty()) {
             Level& level = _path.back();
             if (level.next < level.last) {
-                Node& child = *level.node->getChildren()[level.next++];
+                const UInt32 place = level.next++;
+                Node& child = *level.node->getChildren()[level.isSelected ? _selected[place] : place];
                 tryEnter(child, level.toWorld, level.mark, mask, false, visitor);
             } else if (level.referred) {
                 level.referred = false;
@@ -46,6 +62,8 @@ public:
                 if (level.node->getCore())
                     visitor.leave(*level.node->getCore());
                 _referredDepth -= level.isReferred;
+                if (level.isSelected)
+                    _selected.resize(level.firstSelected);
                 _path.pop_back();
             }
         }
@@ -77,12 +95,23 @@ private:
         _referredDepth += isReferred;
         if (core)
             visitor.visit(*core);
+        if constexpr (Selects<Visitor>::value) {
+            const auto before = static_cast<UInt32>(_selected.size());
+            if (range.first == 0 && range.last >= count && visitor.select(node, _selected)) {
+                Level& level = _path.back();
+                level.isSelected = true;
+                level.firstSelected = before;
+                level.next = before;
+                level.last = static_cast<UInt32>(_selected.size());
+            }
+        }
     }
 
     bool isOpen(const Node& tree) const;
     bool hasVisitsLeft();
 
     std::vector<Level> _path;
+    std::vector<UInt32> _selected; ///< children to visit, of those levels that have selected some
     UInt32 _referredDepth = 0;
     UInt32 _referredVisits = 0;
     bool _told = false;

@@ -399,6 +399,105 @@ private slots:
         QVERIFY(action->didHit());
         QCOMPARE(action->getHitPath().size(), std::size_t(20002));
     }
+
+    void nearestOfManyChildrenIsFound()
+    {
+        const NodeRefPtr root = at(0, 0, 0);
+        std::mt19937 random(5);
+        std::uniform_real_distribution<float> place(-20, 20);
+        const auto moveChild = [&](const NodePtr& child) {
+            const TransformPtr transform = TransformPtr::dcast(child->getCore());
+            Matrix matrix;
+            matrix.setTranslate(place(random), place(random), place(random));
+            beginEditCP(transform);
+            transform->setMatrix(matrix);
+            endEditCP(transform);
+        };
+        const auto addChild = [&] {
+            const NodePtr child = at(0, 0, 0);
+            child->addChild(makeNodeFor(GeometryBuilder::square()));
+            root->addChild(child);
+            moveChild(child);
+        };
+        // Each child by itself, which no order among many plays a part in.
+        const auto isAsOneByOne = [&](const Line& ray) {
+            Real32 nearest = -1;
+            for (const NodePtr& child : root->getChildren()) {
+                const ActionPtr single = shoot(child, ray);
+                if (single->didHit() && (nearest < 0 || single->getHitT() < nearest))
+                    nearest = single->getHitT();
+            }
+            return shoot(root, ray)->getHitT() == nearest;
+        };
+        const auto compare = [&] {
+            for (int i = 0; i < 60; ++i) {
+                const Pnt3f from(place(random), place(random), 50);
+                if (!isAsOneByOne(Line(from, Pnt3f(place(random), place(random), -50))))
+                    return false;
+            }
+            return true;
+        };
+        for (int i = 0; i < 300; ++i)
+            addChild();
+        QVERIFY(compare());
+        for (UInt32 i = 0; i < 150; ++i)
+            moveChild(root->getChild(i * 2));
+        QVERIFY(compare());
+        for (int i = 0; i < 100; ++i)
+            root->subChild(static_cast<UInt32>(i));
+        QVERIFY(compare());
+        addChild();
+        root->getChild(3)->setActive(false);
+        root->getChild(5)->setTravMask(0);
+        QVERIFY(shoot(root, down(1000, 1000))->getHitT() == -1);
+        for (int i = 0; i < 60; ++i) {
+            const Matrix target = root->getChild(static_cast<UInt32>(i))->getToWorld();
+            QVERIFY(isAsOneByOne(down(target[3][0], target[3][1])));
+        }
+    }
+
+    void manyChildrenOfOddVolumesAreSearched()
+    {
+        const NodeRefPtr root = at(0, 0, 0);
+        for (int i = 0; i < 50; ++i)
+            root->addChild(makeNodeFor(Group::create()));
+        QVERIFY(!shoot(root, down(0, 0))->didHit());
+        const NodePtr everywhere = makeNodeFor(GeometryBuilder::square());
+        everywhere->getVolume(true).setInfinite();
+        everywhere->getVolume(false).setStatic();
+        root->addChild(everywhere);
+        const NodePtr far = at(1e30F, 1e30F, 0);
+        far->addChild(makeNodeFor(GeometryBuilder::square()));
+        root->addChild(far);
+        QVERIFY(shoot(root, down(0.5F, 0))->didHit());
+        QVERIFY(!shoot(root, down(5, 0))->didHit());
+        // A list of children that is held fast by a static volume is gone through as it is.
+        root->getVolume(true).setStatic();
+        const NodePtr late = at(5, 0, 0);
+        late->addChild(makeNodeFor(GeometryBuilder::square()));
+        root->addChild(late);
+        QVERIFY(shoot(root, down(5, 0))->didHit());
+    }
+
+    void nestedListsOfManyChildrenAreSearched()
+    {
+        const NodeRefPtr root = at(0, 0, 0);
+        for (int x = 0; x < 40; ++x) {
+            const NodePtr column = at(3.0F * static_cast<float>(x), 0, 0);
+            root->addChild(column);
+            for (int y = 0; y < 40; ++y) {
+                const NodePtr shape = at(0, 3.0F * static_cast<float>(y), -0.01F * static_cast<float>(x));
+                shape->addChild(makeNodeFor(GeometryBuilder::square()));
+                column->addChild(shape);
+            }
+        }
+        for (int x = 0; x < 40; x += 3) {
+            const ActionPtr action = shoot(root, down(3.0F * static_cast<float>(x), 3.0F * 17));
+            QVERIFY(action->didHit());
+            QCOMPARE(action->getHitPath()[1], root->getChild(static_cast<UInt32>(x)));
+            QCOMPARE(action->getHitPath()[2], root->getChild(static_cast<UInt32>(x))->getChild(17));
+        }
+    }
 };
 
 QTEST_APPLESS_MAIN(tst_IntersectAction)
