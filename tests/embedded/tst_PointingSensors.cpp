@@ -1,5 +1,4 @@
 #include "PointerScene.h"
-#include "base/Prototype.h"
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -43,7 +42,7 @@ private slots:
     void sensorsOfOneGroupHearTogether();
     void usedShapeIsSensedByThePlaceItIsIn();
     void sensorOfAUsedGroupIsSensedInBothPlaces();
-    void sensorInsideAPrototypeSensesItsBody();
+    void sensorOfAPrototypeIsHeardThroughItsInterface();
     void sensorInsideAnInlineSensesItsContent();
     void hiddenShapesAreNotSensed();
     void nearerShapeHidesTheSensedOne();
@@ -237,23 +236,17 @@ void tst_PointingSensors::sensorOfAUsedGroupIsSensedInBothPlaces()
     QVERIFY(isClose(scene.numbers("T.hitPoint_changed"), {0, -0.5, 1}));
 }
 
-void tst_PointingSensors::sensorInsideAPrototypeSensesItsBody()
+void tst_PointingSensors::sensorOfAPrototypeIsHeardThroughItsInterface()
 {
-    PointerScene scene(
-        "<TouchSensor DEF='Above'/><Group DEF='Place'><Group DEF='Body'><TouchSensor DEF='T'/>" + box +
-        "</Group></Group>");
-    auto& children = dynamic_cast<MFNode&>(scene.field("Place.children"));
-    const NodeRef body(scene.find("Body"));
-    const std::shared_ptr<NodeType> type = createPrototype("Button", {});
-    const NodeRef instance = createNode(*scene.context, *type, HOST_NC);
-    dynamic_cast<MFNode&>(*addPrivateField(*instance, "body", MFNODE_DT))
-        .addNode(0.0, body.get(), Field::EXTERNAL_CT);
-    children.removeNode(0.0, 0, Field::EXTERNAL_CT);
-    children.addNode(0.0, instance.get(), Field::EXTERNAL_CT);
-    scene.frame();
+    PointerScene scene("<ProtoDeclare name='Button'><ProtoInterface><field name='pressed' type='SFBool' "
+                       "accessType='outputOnly'/></ProtoInterface><ProtoBody><Group><TouchSensor><IS>"
+                       "<connect nodeField='isActive' protoField='pressed'/></IS></TouchSensor>" +
+                       box +
+                       "</Group></ProtoBody></ProtoDeclare>"
+                       "<TouchSensor DEF='Above'/><ProtoInstance name='Button' DEF='B'/>");
     scene.press(0, 0);
     scene.frame();
-    QCOMPARE(scene.get("T.isActive"), std::string("TRUE"));
+    QCOMPARE(scene.get("B.pressed"), std::string("TRUE"));
     QCOMPARE(scene.get("Above.isOver"), std::string("FALSE"));
 }
 
