@@ -48,8 +48,7 @@ private:
 ///   radius that must be above 0, is stored as the bound itself (for integers, the next integer). A missing
 ///   bound is infinite; only the missing upper bound of an integer field is 0.0.
 /// - `LIST_VR`: `values` are the only texts allowed, for an `MFString` in each of its values. Fields for
-/// which
-///   X3D merely suggests texts that others may extend (shader languages, font families, navigation types)
+///   which X3D merely suggests texts that others may extend (shader languages, font families, texture modes)
 ///   are unrestricted.
 /// - `NODE_TYPE_VR`: `values` are the node types allowed, abstract ones included.
 /// - `CDATA_VR`: the text may be source code.
@@ -58,7 +57,7 @@ struct Restriction
     NodePartDesc::ValueRestriction kind = NodePartDesc::NONE_VR;
     double minValue = 0.0;
     double maxValue = 0.0;
-    std::string_view values; ///< divided by `|`; an empty first value stands for the empty text
+    std::string_view values; ///< divided by `|`
 };
 
 /// One field of a node type.

@@ -363,12 +363,13 @@ void tst_Catalogue::closedListsRestrictAndOpenOnesDoNot()
     const Restriction justify = findPart(*findNode("FontStyle"), "justify")->restriction;
     QCOMPARE(listedValues(justify), (std::vector<std::string_view>{"BEGIN", "END", "FIRST", "MIDDLE"}));
 
-    const Restriction source = findPart(*findNode("MultiTexture"), "source")->restriction;
-    QCOMPARE(listedValues(source), (std::vector<std::string_view>{"", "DIFFUSE", "FACTOR", "SPECULAR"}));
+    const Restriction version = findPart(*findNode("HAnimHumanoid"), "version")->restriction;
+    QCOMPARE(listedValues(version), (std::vector<std::string_view>{"1.0", "2.0"}));
 
-    for (const auto& [node, field] :
-         {std::pair("NavigationInfo", "type"), std::pair("FontStyle", "family"),
-          std::pair("ComposedShader", "language"), std::pair("Viewpoint", "jump")})
+    for (const auto& [node, field] : {std::pair("NavigationInfo", "type"), std::pair("FontStyle", "family"),
+                                      std::pair("ComposedShader", "language"), std::pair("Viewpoint", "jump"),
+                                      std::pair("MultiTexture", "function"),
+                                      std::pair("MultiTexture", "mode"), std::pair("MultiTexture", "source")})
     {
         const Restriction open = findPart(*findNode(node), field)->restriction;
         QCOMPARE(open.kind, NodePartDesc::NONE_VR);
