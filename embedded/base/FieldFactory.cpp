@@ -1,6 +1,7 @@
 #include "base/FieldFactory.h"
 #include "base/Log.h"
 #include "base/NodeData.h"
+#include "base/SmallBlocks.h"
 #include "base/TypeData.h"
 #include "base/ValueFields.h"
 #include <OpenSG/OSGLog.h>
@@ -33,13 +34,21 @@ namespace {
 using Maker = std::unique_ptr<Field> (*)(Node*, NodePartDesc*);
 
 template <class F>
+class NodeField final : public F
+{
+public:
+    using F::F;
+    ORVANE_IN_SMALL_BLOCKS
+};
+
+template <class F>
 std::unique_ptr<Field> make(Node* node, NodePartDesc* desc)
 {
-    return std::make_unique<F>(node, desc);
+    return std::make_unique<NodeField<F>>(node, desc);
 }
 
 /// An `SFNode` with its link.
-class LinkedSFNode final : public SFNode
+class LinkedSFNode : public SFNode
 {
 public:
     LinkedSFNode(Node* node, NodePartDesc* desc)

@@ -1,18 +1,19 @@
 #include "base/FieldTable.h"
+#include "base/SmallBlocks.h"
 #include <algorithm>
-#include <cstdlib>
-#include <new>
 
 namespace Orvane {
 
 namespace {
 
-Field** resized(Field** list, std::size_t count)
+Field** makeList(std::size_t count)
 {
-    void* memory = std::realloc(list, count * sizeof(Field*));
-    if (!memory)
-        throw std::bad_alloc();
-    return static_cast<Field**>(memory);
+    return static_cast<Field**>(smallBlocks::allocate(count * sizeof(Field*)));
+}
+
+void dropList(Field** list, std::size_t count)
+{
+    smallBlocks::release(list, count * sizeof(Field*));
 }
 
 } // namespace
@@ -20,13 +21,14 @@ Field** resized(Field** list, std::size_t count)
 FieldTable::~FieldTable()
 {
     if (_made & flat) {
-        std::for_each_n(_list, reinterpret_cast<std::uintptr_t>(_list[-1]), std::default_delete<Field>());
-        std::free(_list - 1);
+        const auto count = reinterpret_cast<std::uintptr_t>(_list[-1]);
+        std::for_each_n(_list, count, std::default_delete<Field>());
+        dropList(_list - 1, count + 1);
     } else if (isSingle()) {
         delete _field;
     } else if (_made) {
         std::for_each_n(_list, bitsBelow(63), std::default_delete<Field>());
-        std::free(_list);
+        dropList(_list, bitsBelow(63));
     }
 }
 
@@ -35,7 +37,7 @@ Field& FieldTable::insert(unsigned int part, unsigned int partCount, std::unique
     Field* const made = field.release();
     if (partCount > 63) {
         if (!_made) {
-            _list = resized(nullptr, std::size_t(partCount) + 1) + 1;
+            _list = makeList(std::size_t(partCount) + 1) + 1;
             _list[-1] = reinterpret_cast<Field*>(std::uintptr_t(partCount));
             std::fill_n(_list, partCount, nullptr);
             _made = flat;
@@ -48,14 +50,17 @@ Field& FieldTable::insert(unsigned int part, unsigned int partCount, std::unique
     if (count == 0) {
         _field = made;
     } else if (count == 1) {
-        Field** const list = resized(nullptr, 2);
+        Field** const list = makeList(2);
         list[1 - place] = _field;
         list[place] = made;
         _list = list;
     } else {
-        _list = resized(_list, count + 1);
-        std::copy_backward(_list + place, _list + count, _list + count + 1);
-        _list[place] = made;
+        Field** const list = makeList(count + 1);
+        std::copy_n(_list, place, list);
+        list[place] = made;
+        std::copy(_list + place, _list + count, list + place + 1);
+        dropList(_list, count);
+        _list = list;
     }
     _made |= std::uint64_t(1) << part;
     return *made;

@@ -7,6 +7,13 @@
 
 namespace Orvane {
 
+namespace {
+
+/// Room for so many updates is kept for the next frame.
+constexpr std::size_t largestKept = 4096;
+
+} // namespace
+
 void FrameScheduler::setTicking(Proc& proc, bool ticking)
 {
     if (proc._ticking == ticking)
@@ -83,6 +90,11 @@ void FrameScheduler::update(Cascade& cascade)
         }
         _updating.clear();
     }
+    // The first frame of a scene updates all of it, later ones little.
+    if (_updating.capacity() > largestKept)
+        std::vector<Proc*>().swap(_updating);
+    if (_updates.empty() && _updates.capacity() > largestKept)
+        std::vector<Proc*>().swap(_updates);
 }
 
 } // namespace Orvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/SmallBlocks.h"
 #include <Orvane/NodeLink.h>
 
 namespace Orvane {
@@ -28,6 +29,8 @@ public:
     GraphLink(const GraphLink&) = delete;
     GraphLink& operator=(const GraphLink&) = delete;
     ~GraphLink() override;
+
+    ORVANE_IN_SMALL_BLOCKS
 
     /// Leads the empty link to \a child, as the youngest of its parent links.
     void attach(Node& child);

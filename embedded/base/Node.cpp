@@ -12,6 +12,18 @@
 
 namespace Orvane {
 
+namespace {
+
+/// A node of a type without a class of its own.
+class PlainNode final : public Node
+{
+public:
+    PlainNode() = default;
+    ORVANE_IN_SMALL_BLOCKS
+};
+
+} // namespace
+
 Subject Node::_childAdded;
 Subject Node::_childRemoved;
 Subject Node::_deleteObject;
@@ -169,7 +181,7 @@ NodeRef createNode(Context& context, NodeType& type, NodeCreator creator)
 NodeRef createBareInstance(Context& context, NodeType& type, NodeCreator creator)
 {
     const NodeClassFactory makeNode = type.data()->behaviour->makeNode;
-    Node* const node = makeNode ? makeNode() : NodeAccess::make();
+    Node* const node = makeNode ? makeNode() : new PlainNode;
     auto* const data = new Node::Data;
     data->context = &context;
     NodeAccess::setType(*node, type);

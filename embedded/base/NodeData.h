@@ -4,6 +4,7 @@
 #include "base/GraphLink.h"
 #include "base/NodeRef.h"
 #include "base/Proc.h"
+#include "base/SmallBlocks.h"
 #include "base/TypeData.h"
 #include <Orvane/MFNode.h>
 #include <Orvane/Node.h>
@@ -52,6 +53,8 @@ struct Node::Data
         , isNameSpaceRoot(0)
     {
     }
+    ORVANE_IN_SMALL_BLOCKS
+
     NodeExtras& makeExtras()
     {
         if (!extras)
@@ -64,7 +67,6 @@ struct Node::Data
 class NodeAccess
 {
 public:
-    static Node* make() { return new Node; }
     static void setType(Node& node, NodeType& type) { node._type = &type; }
     static void setData(Node& node, Node::Data* data) { node._data = data; }
     static void setState(Node& node, NodeState state) { node._state = state; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/SmallBlocks.h"
 #include <Orvane/Export.h>
 #include <cstdint>
 
@@ -19,6 +20,8 @@ public:
     Proc(const Proc&) = delete;
     Proc& operator=(const Proc&) = delete;
     virtual ~Proc();
+
+    ORVANE_IN_SMALL_BLOCKS
 
     Node& node() const { return *_node; }
     Context& context() const;

@@ -100,14 +100,24 @@ void AppearanceProc::describe(Surface& surface)
     _material.set(*this, material);
     if (material)
         material->describe(surface);
-    if (surface.kind != Surface::FACES)
-        return;
+    if (surface.kind == Surface::FACES)
+        describeTexture(surface);
+}
+
+void AppearanceProc::describeTexture(Surface& surface)
+{
     auto* const texture = elementOf<TextureProc>(texturePart.readNode(node()));
-    _texture.set(*this, texture);
+    auto* const transform = elementOf<TextureTransformProc>(textureTransformPart.readNode(node()));
+    if (!texture && !transform) {
+        _texturing.reset();
+        return;
+    }
+    if (!_texturing)
+        _texturing = std::make_unique<Texturing>();
+    _texturing->texture.set(*this, texture);
+    _texturing->transform.set(*this, transform);
     if (texture)
         texture->describe(surface);
-    auto* const transform = elementOf<TextureTransformProc>(textureTransformPart.readNode(node()));
-    _textureTransform.set(*this, transform);
     if (!surface.image)
         return;
     applyChannels(surface);

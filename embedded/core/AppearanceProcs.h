@@ -47,9 +47,17 @@ public:
     void describe(Surface& surface);
 
 private:
+    /// What few appearances have.
+    struct Texturing
+    {
+        Use texture;
+        Use transform;
+    };
+
+    void describeTexture(Surface& surface);
+
     Use _material;
-    Use _texture;
-    Use _textureTransform;
+    std::unique_ptr<Texturing> _texturing;
 };
 
 } // namespace Orvane

@@ -44,9 +44,10 @@ protected:
     void complain(const char* part, const std::string& text);
 
 private:
-    Use* _uses = nullptr;
+    // These fill what the base leaves of its last word.
     bool _complained = false;
     bool _telling = false;
+    Use* _uses = nullptr;
 };
 
 /// A part of a picture that is described in one go by its user: what changes in it is handed up, and it has

@@ -73,7 +73,7 @@ void GroupProc::elementGone()
     // Removed at once: what has died must not be drawn once more.
     for (std::size_t i = _entries.size(); i-- > 0;) {
         Entry& entry = _entries[i];
-        if (entry.use.element() || (!entry.shown && !entry.light))
+        if (entry.use.element() || (!entry.shown && !entry.unseen))
             continue;
         removeEntries(i, i + 1);
     }
@@ -187,13 +187,15 @@ GroupProc::Entry GroupProc::makeEntry(Node* child, std::size_t place)
     entry.use.set(*this, element);
     if (!element)
         return entry;
-    entry.light = dynamic_cast<LightProc*>(element);
-    entry.isSensor = dynamic_cast<PointingSensorProc*>(element) != nullptr;
-    _sensorCount += entry.isSensor ? 1 : 0;
-    if (entry.light)
+    if (auto* const light = dynamic_cast<LightProc*>(element)) {
+        entry.unseen = std::make_unique<Unseen>(Unseen{light, {}});
         _lightsChanged = true;
-    else if (const osg::NodePtr tree = element->tree())
+    } else if (dynamic_cast<PointingSensorProc*>(element)) {
+        entry.unseen = std::make_unique<Unseen>();
+        ++_sensorCount;
+    } else if (const osg::NodePtr tree = element->tree()) {
         entry.shown = show(tree, place);
+    }
     return entry;
 }
 
@@ -219,16 +221,17 @@ void GroupProc::syncLights()
     std::vector<osg::NodeCorePtr> global;
     collectLights(own);
     for (Entry& entry : _entries) {
-        if (!entry.light)
+        if (!entry.unseen || !entry.unseen->light)
             continue;
-        if (!entry.lightCore)
-            entry.lightCore = osg::NodeCorePtr(entry.light->makeLight());
-        const osg::LightPtr light = osg::LightPtr::dcast(entry.lightCore.get());
-        entry.light->apply(light);
+        Unseen& lamp = *entry.unseen;
+        if (!lamp.core)
+            lamp.core = osg::NodeCorePtr(lamp.light->makeLight());
+        const osg::LightPtr light = osg::LightPtr::dcast(lamp.core.get());
+        lamp.light->apply(light);
         // A light over the group's content stands in the system of that, wherever the group is shown.
-        const bool isGlobal = entry.light->isGlobal();
+        const bool isGlobal = lamp.light->isGlobal();
         light->setBeacon(isGlobal ? _tree.get() : osg::NodePtr());
-        (isGlobal ? global : own).push_back(entry.lightCore);
+        (isGlobal ? global : own).push_back(lamp.core);
     }
     hangBelow(own);
     if (global.empty() && !_lightsScene)
@@ -271,9 +274,10 @@ void GroupProc::removeEntries(std::size_t first, std::size_t last)
     std::size_t place = shownBefore(last);
     for (std::size_t i = last; i-- > first;) {
         const Entry& entry = _entries[i];
-        if (entry.light)
+        if (entry.unseen && entry.unseen->light)
             _lightsChanged = true;
-        _sensorCount -= entry.isSensor ? 1 : 0;
+        else if (entry.unseen)
+            --_sensorCount;
         if (entry.shown)
             _content->subChild(static_cast<osg::UInt32>(--place));
     }

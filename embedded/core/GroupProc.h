@@ -58,15 +58,20 @@ protected:
     int shownPlace(std::size_t index) const;
 
 private:
+    /// A child that is not drawn: a light, or a sensor for the pointer.
+    struct Unseen
+    {
+        LightProc* light;                   ///< null for a sensor
+        osg::RefPtr<osg::NodeCorePtr> core; ///< what the light shines with here
+    };
+
     /// One element of the list of children.
     struct Entry
     {
         Node* node = nullptr;            ///< only compared: it may have died
         Use use;                         ///< empty when the node shows nothing and shines on nothing
         osg::RefPtr<osg::NodePtr> shown; ///< the element's tree, or what refers to it; null when it has none
-        LightProc* light = nullptr;
-        bool isSensor = false;
-        osg::RefPtr<osg::NodeCorePtr> lightCore; ///< what the light node shines with here
+        std::unique_ptr<Unseen> unseen;  ///< null for other nodes than lights and sensors
     };
 
     void syncChildren();

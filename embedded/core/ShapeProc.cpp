@@ -32,9 +32,7 @@ void ShapeProc::update()
     _appearanceUse.set(*this, appearance);
     const osg::GeometryPtr core = geometry ? geometry->geometry() : osg::GeometryPtr();
     if (!core) {
-        if (_geometry)
-            _tree->subChild(_geometry);
-        _geometry = osg::NullFC;
+        _tree->subChild(0);
         return;
     }
 
@@ -49,11 +47,9 @@ void ShapeProc::update()
     _surface = surfaceCore(surface);
     _tree->setCore(_surface->core);
 
-    if (!_geometry) {
-        _geometry = osg::Node::create();
-        _tree->addChild(_geometry);
-    }
-    _geometry->setCore(osg::NodeCorePtr(core));
+    if (_tree->getNChildren() == 0)
+        _tree->addChild(osg::Node::create());
+    _tree->getChild(0)->setCore(osg::NodeCorePtr(core));
 }
 
 } // namespace Orvane

@@ -20,8 +20,7 @@ public:
     osg::NodePtr tree() const override { return _tree; }
 
 private:
-    osg::RefPtr<osg::NodePtr> _tree;     ///< the surface, over the geometry
-    osg::RefPtr<osg::NodePtr> _geometry; ///< null while there is none
+    osg::RefPtr<osg::NodePtr> _tree; ///< the surface, over the geometry when there is one
     std::shared_ptr<SurfaceCore> _surface;
     Use _appearanceUse;
     Use _geometryUse;

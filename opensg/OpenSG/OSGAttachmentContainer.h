@@ -3,6 +3,7 @@
 #include "OSGAttachment.h"
 #include "OSGAttachmentContainerPtr.h"
 
+#include <memory>
 #include <vector>
 
 namespace osg {
@@ -33,7 +34,8 @@ protected:
     ~AttachmentContainer() override;
 
 private:
-    std::vector<AttachmentPtr> _attachments;
+    // Few containers have any.
+    std::unique_ptr<std::vector<AttachmentPtr>> _attachments;
 };
 
 } // namespace osg

@@ -44,8 +44,8 @@ private:
     friend OSG_SYSTEMLIB_DLLMAPPING void subRefCP(const FieldContainerPtrBase& p);
 
     std::atomic<Int32> _refCount{0};
-    UInt32 _id;
-    bool _doomed = false;
+    UInt32 _id : 31;
+    UInt32 _doomed : 1; ///< the end has begun
 };
 
 } // namespace osg

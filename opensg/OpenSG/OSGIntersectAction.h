@@ -3,6 +3,7 @@
 #include "OSGAction.h"
 #include "OSGLine.h"
 #include "OSGMatrix.h"
+#include "OSGNodeFields.h"
 
 #include <vector>
 

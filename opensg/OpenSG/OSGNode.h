@@ -2,9 +2,10 @@
 
 #include "OSGDynamicVolume.h"
 #include "OSGNodeCore.h"
-#include "OSGNodePtr.h"
+#include "OSGNodeFields.h"
 
 #include <memory>
+#include <vector>
 
 namespace osg {
 

@@ -2,7 +2,7 @@
 
 #include "OSGAttachmentContainer.h"
 #include "OSGMatrix.h"
-#include "OSGNodePtr.h"
+#include "OSGNodeFields.h"
 
 namespace osg {
 

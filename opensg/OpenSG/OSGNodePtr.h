@@ -2,8 +2,6 @@
 
 #include "OSGAttachmentContainerPtr.h"
 
-#include <vector>
-
 namespace osg {
 
 class Node;
@@ -19,7 +17,5 @@ public:
     /// `other` as a pointer to a node; null where it is none.
     static NodePtr dcast(const FieldContainerPtr& other);
 };
-
-using MFNodePtr = std::vector<NodePtr>;
 
 } // namespace osg

@@ -37,37 +37,44 @@ FieldContainerType& AttachmentContainer::getType() const
 
 AttachmentContainer::~AttachmentContainer()
 {
-    for (AttachmentPtr& attachment : _attachments)
-        clearRefCP(attachment);
+    if (_attachments)
+        for (AttachmentPtr& attachment : *_attachments)
+            clearRefCP(attachment);
 }
 
 void AttachmentContainer::addAttachment(const AttachmentPtr& attachment)
 {
     if (!attachment)
         return;
-    for (AttachmentPtr& present : _attachments) {
+    if (!_attachments)
+        _attachments = std::make_unique<std::vector<AttachmentPtr>>();
+    for (AttachmentPtr& present : *_attachments) {
         if (present->getType() == attachment->getType()) {
             setRefdCP(present, attachment);
             return;
         }
     }
     addRefCP(attachment);
-    _attachments.push_back(attachment);
+    _attachments->push_back(attachment);
 }
 
 void AttachmentContainer::subAttachment(const AttachmentPtr& attachment)
 {
-    const auto found = std::find(_attachments.begin(), _attachments.end(), attachment);
-    if (!attachment || found == _attachments.end())
+    if (!attachment || !_attachments)
+        return;
+    const auto found = std::find(_attachments->begin(), _attachments->end(), attachment);
+    if (found == _attachments->end())
         return;
     const AttachmentPtr dropped = *found;
-    _attachments.erase(found);
+    _attachments->erase(found);
     subRefCP(dropped);
 }
 
 AttachmentPtr AttachmentContainer::findAttachment(const FieldContainerType& type) const
 {
-    for (const AttachmentPtr& attachment : _attachments) {
+    if (!_attachments)
+        return NullFC;
+    for (const AttachmentPtr& attachment : *_attachments) {
         if (attachment->getType() == type)
             return attachment;
     }

@@ -19,6 +19,7 @@ thread_local std::vector<FieldContainer*>* doomedContainers = nullptr;
 
 FieldContainer::FieldContainer()
     : _id(nextContainerId())
+    , _doomed(0)
 {
 }
 
@@ -44,7 +45,7 @@ void FieldContainer::release()
 {
     if (_doomed)
         return;
-    _doomed = true;
+    _doomed = 1;
     if (doomedContainers) {
         doomedContainers->push_back(this);
         return;

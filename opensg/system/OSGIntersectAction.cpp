@@ -134,7 +134,7 @@ void IntersectAction::setHit(Real64 t, Int32 triangle, const Vec3f& normal)
     _hitToWorld = _traversal->getToWorld();
     _hitPath.clear();
     for (const Traversal::Level& level : _traversal->getPath())
-        _hitPath.emplace_back(level.node);
+        _hitPath.push_back(NodePtr(level.node));
     _hitObject = _hitPath.back();
 }
 

@@ -3,6 +3,7 @@
 #include "OSGContainerType.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace osg {
 
@@ -52,8 +53,9 @@ void NodeCore::addParent(const NodePtr& node)
 void NodeCore::subParent(const NodePtr& node)
 {
     // From the end: nodes mostly go in the reverse order of their making, and the order tells nothing.
-    const auto found = std::find(_parents.rbegin(), _parents.rend(), node);
-    if (found == _parents.rend())
+    const auto found = std::find(std::make_reverse_iterator(_parents.end()),
+                                 std::make_reverse_iterator(_parents.begin()), node);
+    if (found.base() == _parents.begin())
         return;
     *found = _parents.back();
     _parents.pop_back();
