@@ -77,7 +77,7 @@ void forgetName(Node& node)
     if (!node.nameSpace() || !node.name())
         return;
     auto& nodes = node.nameSpace()->data()->nodes;
-    const auto found = nodes.find(*node.name());
+    const auto found = nodes.find(node.name());
     if (found != nodes.end() && found->second == &node)
         nodes.erase(found);
 }
@@ -153,7 +153,7 @@ Node* NodeNameSpace::findNode(NodeNameSpace* nameSpace, const std::string& name)
 {
     if (!nameSpace)
         return nullptr;
-    const auto found = nameSpace->_data->nodes.find(name);
+    const auto found = nameSpace->_data->nodes.find(&name);
     return found != nameSpace->_data->nodes.end() ? found->second : nullptr;
 }
 
@@ -206,20 +206,31 @@ void hideNameSpace(NodeNameSpace& names, Node& model)
     namesOfRoots.emplace(&model, &sceneNames);
 }
 
+const std::string* makeName(std::string_view text)
+{
+    return new (smallBlocks::allocate(sizeof(std::string))) std::string(text);
+}
+
+void dropName(const std::string* name)
+{
+    std::destroy_at(name);
+    smallBlocks::release(const_cast<std::string*>(name), sizeof(std::string));
+}
+
 void setName(Node& node, NodeNameSpace* nameSpace, std::string_view name)
 {
     if (isNamed(node, nameSpace, name))
         return;
     forgetName(node);
-    const std::unique_ptr<const std::string> oldName(node.name());
-    NodeAccess::setName(node, name.empty() ? nullptr : new std::string(name));
+    const std::unique_ptr<const std::string, decltype(&dropName)> oldName(node.name(), &dropName);
+    NodeAccess::setName(node, name.empty() ? nullptr : makeName(name));
     moveTo(node, nameSpace);
     if (nameSpace && node.name()) {
         auto& nodes = nameSpace->data()->nodes;
-        const auto [place, isNew] = nodes.emplace(*node.name(), &node);
+        const auto [place, isNew] = nodes.emplace(node.name(), &node);
         if (!isNew) {
             nodes.erase(place); // its key is the string of who bore the name before
-            nodes.emplace(*node.name(), &node);
+            nodes.emplace(node.name(), &node);
         }
     }
     Node::_nameSpaceChanged.fire(timeOf(node), nullptr, &node);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/SmallBlocks.h"
 #include <Orvane/NodeNameSpace.h>
 #include <list>
 #include <memory>
@@ -26,13 +27,29 @@ public:
 
 using NameSpaceList = std::list<std::unique_ptr<SceneNames>>;
 
+/// The name of a node, in small blocks; goes by `dropName`.
+const std::string* makeName(std::string_view text);
+/// \a name must not be null.
+void dropName(const std::string* name);
+
+/// Names by what they say, not by where they stand.
+struct SameName
+{
+    std::size_t operator()(const std::string* name) const { return std::hash<std::string>()(*name); }
+    bool operator()(const std::string* a, const std::string* b) const { return *a == *b; }
+};
+
+/// Nodes by their own names, which are not copied.
+using NodesByName = std::unordered_map<const std::string*, Node*, SameName, SameName,
+                                       smallBlocks::Allocator<std::pair<const std::string* const, Node*>>>;
+
 struct NodeNameSpace::Data
 {
     Context* context;
     NodeNameSpace* parent;
     std::string name;
-    std::unordered_map<std::string_view, Node*> nodes; ///< the keys are the nodes' own names
-    std::size_t members = 0;                           ///< nodes that stand in the name space
+    NodesByName nodes;
+    std::size_t members = 0; ///< nodes that stand in the name space
     bool isClosed = false;
     bool isHidden = false;                ///< of a prototype's model, which is no place of the scene
     NodeNameSpace* firstNested = nullptr; ///< of those of which this is the parent

@@ -166,7 +166,8 @@ Node::~Node()
     NodeType& type = *_type;
     delete _data;
     _data = nullptr;
-    delete _name;
+    if (_name)
+        dropName(_name);
     countNode(type, -1);
 }
 

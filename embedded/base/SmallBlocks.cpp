@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t step = 8;        ///< sizes are rounded up to it
 constexpr std::size_t largest = 256;   ///< what is larger comes from the system
-constexpr std::size_t slabSpan = 8192; ///< slabs begin at multiples of it
+constexpr std::size_t slabSpan = 16384; ///< slabs begin at multiples of it
 
 /// What the system's allocator puts in front of the next slab, which must begin right behind this one.
 constexpr std::size_t allocatorWords = 2 * sizeof(void*);

@@ -14,6 +14,33 @@ ORVANE_API void* allocate(std::size_t size);
 /// Gives a block back; \a size is what it was asked for with. Null is ignored.
 ORVANE_API void release(void* block, std::size_t size) noexcept;
 
+/// Lets the cells of a container live in small blocks.
+template <class T>
+struct Allocator
+{
+    using value_type = T;
+
+    Allocator() = default;
+    template <class U>
+    Allocator(const Allocator<U>&) noexcept
+    {
+    }
+
+    T* allocate(std::size_t count) { return static_cast<T*>(smallBlocks::allocate(count * sizeof(T))); }
+    void deallocate(T* cells, std::size_t count) noexcept { release(cells, count * sizeof(T)); }
+
+    template <class U>
+    bool operator==(const Allocator<U>&) const
+    {
+        return true;
+    }
+    template <class U>
+    bool operator!=(const Allocator<U>&) const
+    {
+        return false;
+    }
+};
+
 } // namespace Orvane::smallBlocks
 
 /// Put into a class, lets its objects, and those of classes derived from it, live in small blocks.

@@ -33,14 +33,13 @@ GroupProc::GroupProc(Node& node)
 GroupProc::GroupProc(Node& node, const osg::NodeCorePtr& core)
     : ElementProc(node)
     , _tree(osg::makeNodeFor(core))
-    , _content(_tree)
 {
 }
 
 GroupProc::~GroupProc()
 {
-    if (_lightsScene)
-        _lightsScene->setGlobalLights(*this, {});
+    if (_lighting && _lighting->scene)
+        _lighting->scene->setGlobalLights(*this, {});
 }
 
 void GroupProc::fieldChanged(Field& field, double time)
@@ -125,7 +124,7 @@ void GroupProc::collectSensors(std::vector<PointingSensorProc*>& sensors) const
 {
     std::size_t left = _sensorCount;
     for (auto entry = _entries.begin(); left > 0 && entry != _entries.end(); ++entry) {
-        if (!entry->isSensor)
+        if (!entry->unseen || entry->unseen->light)
             continue;
         --left;
         if (auto* const sensor = dynamic_cast<PointingSensorProc*>(entry->use.element()))
@@ -203,15 +202,15 @@ osg::NodePtr GroupProc::show(const osg::NodePtr& tree, std::size_t place)
 {
     const auto index = static_cast<osg::UInt32>(place);
     if (!tree->getParent() && tree != _tree.get()) {
-        _content->insertChild(index, tree);
-        if (tree->getParent() == _content.get())
+        content()->insertChild(index, tree);
+        if (tree->getParent() == content())
             return tree;
     }
     // In use elsewhere already.
     const osg::VisitSubTreePtr reference = osg::VisitSubTree::create();
     reference->setSubTreeRoot(tree);
     const osg::NodePtr stand = osg::makeNodeFor(reference);
-    _content->insertChild(index, stand);
+    content()->insertChild(index, stand);
     return stand;
 }
 
@@ -234,29 +233,43 @@ void GroupProc::syncLights()
         (isGlobal ? global : own).push_back(lamp.core);
     }
     hangBelow(own);
-    if (global.empty() && !_lightsScene)
+    if (global.empty() && !(_lighting && _lighting->scene))
         return;
-    if (!_lightsScene)
-        _lightsScene = SceneState::of(node());
-    if (_lightsScene)
-        _lightsScene->setGlobalLights(*this, std::move(global));
+    std::shared_ptr<SceneState>& scene = lighting().scene;
+    if (!scene)
+        scene = SceneState::of(node());
+    if (scene)
+        scene->setGlobalLights(*this, std::move(global));
+}
+
+const osg::NodePtr& GroupProc::content() const
+{
+    return _lighting && _lighting->content ? _lighting->content.get() : _tree.get();
+}
+
+GroupProc::Lighting& GroupProc::lighting()
+{
+    if (!_lighting)
+        _lighting = std::make_unique<Lighting>();
+    return *_lighting;
 }
 
 void GroupProc::hangBelow(const std::vector<osg::NodeCorePtr>& lights)
 {
     std::vector<osg::NodeCorePtr> present;
-    for (osg::NodePtr node = _content; node != _tree.get(); node = node->getParent()) {
-        if (node != _content.get())
+    for (osg::NodePtr node = content(); node != _tree.get(); node = node->getParent()) {
+        if (node != content())
             present.insert(present.begin(), node->getCore());
     }
     if (present == lights)
         return;
-    if (_content == _tree) {
-        _content = osg::makeNodeFor(osg::Group::create());
+    osg::RefPtr<osg::NodePtr>& content = lighting().content;
+    if (!content) {
+        content = osg::makeNodeFor(osg::Group::create());
         while (_tree->getNChildren() > 0)
-            _content->addChild(_tree->getChild(0));
+            content->addChild(_tree->getChild(0));
     } else {
-        _content->getParent()->subChild(_content);
+        content->getParent()->subChild(content);
         while (_tree->getNChildren() > 0)
             _tree->subChild(0);
     }
@@ -266,7 +279,7 @@ void GroupProc::hangBelow(const std::vector<osg::NodeCorePtr>& lights)
         lowest->addChild(node);
         lowest = node;
     }
-    lowest->addChild(_content);
+    lowest->addChild(content);
 }
 
 void GroupProc::removeEntries(std::size_t first, std::size_t last)
@@ -279,7 +292,7 @@ void GroupProc::removeEntries(std::size_t first, std::size_t last)
         else if (entry.unseen)
             --_sensorCount;
         if (entry.shown)
-            _content->subChild(static_cast<osg::UInt32>(--place));
+            content()->subChild(static_cast<osg::UInt32>(--place));
     }
     _entries.erase(_entries.begin() + static_cast<std::ptrdiff_t>(first),
                    _entries.begin() + static_cast<std::ptrdiff_t>(last));

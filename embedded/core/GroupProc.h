@@ -5,6 +5,7 @@
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGRefPtr.h>
 #include <Orvane/Export.h>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -84,12 +85,21 @@ private:
     bool isUpToDate(const Entry& entry, Node* node) const;
     void editChildren(Field& children, const Field& edit, bool add, double time);
 
+    /// What a group has that holds lights.
+    struct Lighting
+    {
+        osg::RefPtr<osg::NodePtr> content; ///< below the lights; null when all of them are global
+        std::shared_ptr<SceneState> scene; ///< what the global ones light up; null when there were none
+    };
+
+    /// Parent of what the children show: the tree's root, or below lights.
+    const osg::NodePtr& content() const;
+    Lighting& lighting();
+
     osg::RefPtr<osg::NodePtr> _tree;
-    osg::RefPtr<osg::NodePtr>
-        _content; ///< parent of what the children show: the tree's root, or below lights
     std::vector<Entry> _entries;
-    std::shared_ptr<SceneState> _lightsScene; ///< the scene that lights of this group light up, if any
-    std::size_t _sensorCount = 0;             ///< entries that are sensors
+    std::unique_ptr<Lighting> _lighting;
+    std::uint32_t _sensorCount = 0; ///< children that are sensors
     bool _childrenChanged = true;
     bool _lightsChanged = false;
 };

@@ -34,7 +34,6 @@ const ProcRegistration cadPart("CADPart", makeProc<TransformProc>);
 
 TransformProc::TransformProc(Node& node)
     : GroupProc(node, osg::Transform::create())
-    , _transform(osg::TransformPtr::dcast(tree()->getCore()))
 {
 }
 
@@ -48,7 +47,7 @@ void TransformProc::update()
 {
     if (_matrixChanged) {
         _matrixChanged = false;
-        _transform->setMatrix(matrix());
+        static_cast<osg::Transform&>(*tree()->getCore()).setMatrix(matrix());
     }
     GroupProc::update();
 }

@@ -20,7 +20,6 @@ private:
     /// scale of zero as a very small one, so that every transform can be undone.
     osg::Matrix matrix();
 
-    osg::TransformPtr _transform; ///< the core of the tree's root
     bool _matrixChanged = true;
 };
 

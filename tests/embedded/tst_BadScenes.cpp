@@ -1,6 +1,6 @@
 #include "LoadedText.h"
+#include <Orvane/MFInt32.h>
 #include <Orvane/System.h>
-#include <QDirIterator>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <random>
@@ -25,8 +25,10 @@ private slots:
     void scatteredBytesNeverCrash();
     void hugeAttributesAndManyNodesLoad();
     void inlinesThatMultiplyComeToAnEnd();
-    void foreignScenesLoadOrSayWhy_data();
-    void foreignScenesLoadOrSayWhy();
+    void nodesThatNestTooDeepAreRefused();
+    void elementsThatNestTooDeepAreRefused();
+    void nameOfTenMegabytesLoads();
+    void tenMillionValuesLoad();
 
 private:
     QByteArray sample() const;
@@ -195,36 +197,68 @@ void tst_BadScenes::inlinesThatMultiplyComeToAnEnd()
     QVERIFY(told);
 }
 
-void tst_BadScenes::foreignScenesLoadOrSayWhy_data()
+void tst_BadScenes::nodesThatNestTooDeepAreRefused()
 {
-    QTest::addColumn<QString>("path");
-    const QString folder = qEnvironmentVariable("ORVANE_SCENES");
-    if (folder.isEmpty())
-        QSKIP("ORVANE_SCENES names no folder of further scenes");
-    QDirIterator files(folder,
-                       {QStringLiteral("*.x3d"), QStringLiteral("*.x3dz"), QStringLiteral("*.x3dv"),
-                        QStringLiteral("*.wrl")},
-                       QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString path = files.next();
-        QTest::newRow(qPrintable(QDir(folder).relativeFilePath(path))) << path;
-    }
+    constexpr int depth = 100000;
+    std::string nodes;
+    for (int i = 0; i < depth; ++i)
+        nodes += "<Group>";
+    for (int i = 0; i < depth; ++i)
+        nodes += "</Group>";
+    LoadedText scene;
+    QVERIFY(!scene.load(LoadedText::document(nodes)));
+    QCOMPARE(scene.messages().size(), 1);
+    QVERIFY2(scene.messages()[0].startsWith(QStringLiteral("2:")) &&
+                 scene.messages()[0].contains(QStringLiteral("expected nodes that nest at most 2000 deep")),
+             qPrintable(scene.messages()[0]));
 }
 
-void tst_BadScenes::foreignScenesLoadOrSayWhy()
+void tst_BadScenes::elementsThatNestTooDeepAreRefused()
 {
-    QFETCH(QString, path);
+    constexpr int depth = 1000000;
+    std::string tags;
+    for (int i = 0; i < depth; ++i)
+        tags += "<a>";
     LoadedText scene;
-    const bool ok = scene.loadFile(path.toStdString());
-    QVERIFY(ok || !scene.report().messages.empty());
-    for (const LoadMessage& message : scene.report().messages) {
-        QVERIFY(!message.file.empty());
-        QVERIFY(message.line > 0);
-        QVERIFY(message.column > 0);
-        QVERIFY2(message.text.find("expected ") != std::string::npos, message.text.c_str());
-    }
-    if (ok)
-        scene.context().runFrame();
+    QVERIFY(!scene.load(tags));
+    QCOMPARE(scene.messages().size(), 1);
+    for (int i = 0; i < depth; ++i)
+        tags += "</a>";
+    QVERIFY(!scene.load(tags));
+    QCOMPARE(scene.messages().size(), 1);
+    QVERIFY(!scene.load(LoadedText::document(tags)));
+    QVERIFY(scene.messages().last().contains(QStringLiteral("expected nodes that nest at most 2000 deep")));
+}
+
+void tst_BadScenes::nameOfTenMegabytesLoads()
+{
+    const std::string name(10 << 20, 'n');
+    LoadedText scene;
+    QVERIFY(scene.load(LoadedText::document("<Group DEF='" + name + "'><Shape/></Group><Group USE='" + name +
+                                            "'/><Group USE='" + name + "x'/>")));
+    Node* const group = scene.find(name.c_str());
+    QVERIFY(group);
+    QVERIFY(group->isShared());
+    QCOMPARE(scene.messages().size(), 1);
+    QVERIFY(scene.messages()[0].size() < 300);
+    QVERIFY(scene.load(LoadedText::document("<" + name + "/>")));
+    QCOMPARE(scene.messages().size(), 1);
+    QVERIFY(scene.messages()[0].size() < 300);
+}
+
+void tst_BadScenes::tenMillionValuesLoad()
+{
+    constexpr std::size_t count = 10000000;
+    std::string values;
+    values.reserve(count * 2);
+    for (std::size_t i = 0; i < count; ++i)
+        values += i % 2 ? "7 " : "3,";
+    LoadedText scene;
+    QVERIFY(scene.load(LoadedText::document("<IndexedLineSet DEF='L' colorIndex='" + values + "'/>")));
+    QCOMPARE(scene.messages(), QStringList());
+    const Field* const field = scene.find("L")->findField("colorIndex", Node::EXACT_FSO);
+    QCOMPARE(std::size_t(field->size()), count);
+    QCOMPARE(static_cast<const MFInt32*>(field)->values().back(), 7);
 }
 
 QTEST_APPLESS_MAIN(tst_BadScenes)
