@@ -1,26 +1,26 @@
 #pragma once
 
-#include "FieldRows.h"
 #include "QorNodeEditorTreeView.h"
 #include "QorNodeItemDelegate.h"
+#include "QorNodeModel.h"
+#include <Orvane/Field.h>
+#include <Orvane/Node.h>
 #include <QtTest>
 #include <QtWidgets/QActionGroup>
 #include <QtWidgets/QMenu>
 
-/// A node editor (\a Editor is a class of them) on the screen, with a delegate of its own, over a node of the
-/// tiny runtime. It leaves nothing behind.
+/// A node editor (\a Editor is a class of them) on the screen, with a delegate of its own. It shows a node
+/// that the test owns, and leaves nothing behind.
 template <class Editor>
 struct NodeEditorOnScreen
 {
-    explicit NodeEditorOnScreen(const std::vector<Tiny::Part>& parts, const QSize& size = QSize(700, 500))
-        : node(Tiny::makeNode(Tiny::makeType("Thing", parts)))
-        , delegate(nullptr)
+    explicit NodeEditorOnScreen(Orvane::Node* node, const QSize& size = QSize(700, 500))
+        : delegate(nullptr)
         , editor(nullptr)
     {
         delegate.setInitOnlyEditorEnabled(true);
         editor.setItemDelegate(&delegate);
-        editor.setNode(node.get());
-        Tiny::reset();
+        editor.setNode(node);
         editor.resize(size);
         editor.show();
         editor.activateWindow();
@@ -36,13 +36,19 @@ struct NodeEditorOnScreen
 
     Orvane::Qt4::QorNodeEditorTreeView* view() const { return editor.treeView(); }
     Orvane::Qt4::QorNodeModel* model() const { return editor.model(); }
-    Orvane::Field* field(const char* name) const { return node->findField(name, Orvane::Node::EXACT_FSO); }
+    Orvane::Field* field(const char* name) const
+    {
+        return editor.node()->findField(name, Orvane::Node::EXACT_FSO);
+    }
     std::string text(const char* name) const { return field(name)->valueToString(); }
     /// The value cell of a field, and of a value of a field.
-    QModelIndex cell(const char* name) const { return model()->index(field(name)); }
-    QModelIndex cell(const char* name, int value) const { return model()->index(value, 1, row(name)); }
+    QModelIndex cell(Orvane::Field* of) const { return model()->index(of); }
+    QModelIndex cell(Orvane::Field* of, int value) const { return model()->index(value, 1, row(of)); }
+    QModelIndex cell(const char* name) const { return cell(field(name)); }
+    QModelIndex cell(const char* name, int value) const { return cell(field(name), value); }
     /// The first cell of the row of a field.
-    QModelIndex row(const char* name) const { return model()->index(cell(name).row(), 0); }
+    QModelIndex row(Orvane::Field* of) const { return model()->index(cell(of).row(), 0); }
+    QModelIndex row(const char* name) const { return row(field(name)); }
 
     QPoint centre(const QModelIndex& index) const { return view()->visualRect(index).center(); }
     void click(const QModelIndex& index, Qt::MouseButton button = Qt::LeftButton)
@@ -81,7 +87,6 @@ struct NodeEditorOnScreen
             QTest::keyClick(editor.window()->windowHandle(), *text);
     }
 
-    std::unique_ptr<Orvane::Node> node;
     Orvane::Qt4::QorNodeItemDelegate delegate;
     Editor editor;
     bool menuAccepted = false;

@@ -1,6 +1,7 @@
 // The model over nodes of the embedded runtime, in a real tree view. The model breaks rules that Qt's model
 // tester asks for (row 0 for every parent, rows below every column, rows that change without notice), so that
 // what counts is tested here: whatever views hold on to stays alive, and what they paint is right.
+#include "EmbeddedWorld.h"
 #include "LogCapture.h"
 #include "QorMFieldItem.h"
 #include "QorMFieldValueItem.h"
@@ -42,43 +43,6 @@ QString display(const QModelIndex& index)
 {
     return index.data(Qt::DisplayRole).toString();
 }
-
-/// A context that ends with the test.
-class World
-{
-public:
-    World()
-        : _context(Context::create())
-    {
-    }
-    World(const World&) = delete;
-    World& operator=(const World&) = delete;
-    ~World() { _context->subRef(); }
-
-    Context* operator->() const { return _context; }
-    NodeRef make(NodeType& type) const { return createNode(*_context, type, HOST_NC); }
-    NodeRef make(const char* type) const { return make(*findType(type)); }
-    /// A node below a running scene that nothing else holds.
-    Node& add(const char* type) const
-    {
-        Node* scene = createRoot(_context, "Scene", nullptr, HOST_NC);
-        children(*scene).addNode(0.0, make(type).get(), Field::EXTERNAL_CT);
-        _context->setRootState(0.0, RUNNING_NS);
-        return *children(*scene)[0].node();
-    }
-    void removeAdded() const
-    {
-        children(*_context->findRoot(*findType("Scene"))).removeNode(0.0, 0, Field::EXTERNAL_CT);
-    }
-
-private:
-    static MFNode& children(Node& scene)
-    {
-        return static_cast<MFNode&>(*scene.findField("children", Node::EXACT_FSO));
-    }
-
-    Context* _context;
-};
 
 /// Notes the values that are asked for as text.
 class WatchedModel : public QorNodeModel
@@ -155,7 +119,7 @@ void tst_NodeModelInView::cleanup()
 
 void tst_NodeModelInView::everyNodeTypeIsShownAndEveryListChanges()
 {
-    const World world;
+    const EmbeddedWorld world;
     const LogCapture log(osg::LOG_FATAL);
     std::vector<NodeType*> types;
     QVERIFY(NodeType::getTypeVec(types, 1) > 200);
@@ -210,7 +174,7 @@ void tst_NodeModelInView::everyNodeTypeIsShownAndEveryListChanges()
 
 void tst_NodeModelInView::onlyWhatShowsIsTurnedIntoText()
 {
-    const World world;
+    const EmbeddedWorld world;
     const NodeRef node = world.make("Script");
     for (int i = 0; i < 500; ++i) {
         Field* field = addField(*node, "f" + std::to_string(i), MFFLOAT_DT, EXPOSEDFIELDP);
@@ -245,7 +209,7 @@ void tst_NodeModelInView::onlyWhatShowsIsTurnedIntoText()
 
 void tst_NodeModelInView::theRowsOfALargeFieldComeWithTheirTexts()
 {
-    const World world;
+    const EmbeddedWorld world;
     const NodeRef node = world.make("CoordinateInterpolator");
     auto& keys = static_cast<MFFloat&>(fieldOf(*node, "key"));
     for (int i = 0; i < 20000; ++i)
@@ -274,7 +238,7 @@ void tst_NodeModelInView::theRowsOfALargeFieldComeWithTheirTexts()
 
 void tst_NodeModelInView::changesOfTheSceneShowAtTheNextPaint()
 {
-    const World world;
+    const EmbeddedWorld world;
     Node& node = world.add("NavigationInfo");
     QorNodeModel model(&node, nullptr);
     View view;
@@ -298,7 +262,7 @@ void tst_NodeModelInView::changesOfTheSceneShowAtTheNextPaint()
 
 void tst_NodeModelInView::hugeAndStrangeTextsAreShown()
 {
-    const World world;
+    const EmbeddedWorld world;
     const NodeRef node = world.make("Script");
     std::string huge(100000, 'x');
     huge[5] = '\0';
@@ -333,7 +297,7 @@ void tst_NodeModelInView::persistentIndexesOutliveTheRowsOfValues_data()
 void tst_NodeModelInView::persistentIndexesOutliveTheRowsOfValues()
 {
     QFETCH(bool, isInTopRow);
-    const World world;
+    const EmbeddedWorld world;
     const NodeRef node = world.make("Script");
     addField(*node, "list", MFINT32_DT, EXPOSEDFIELDP)->setValueByStr(0.0, "1, 2, 3, 4, 5");
     if (!isInTopRow)
@@ -407,7 +371,7 @@ void tst_NodeModelInView::aNodeDiesUnderItsView()
         std::unique_ptr<QorNodeModel>& _model;
     };
 
-    const World world;
+    const EmbeddedWorld world;
     Node& node = world.add("NavigationInfo");
     auto model = std::make_unique<QorNodeModel>(&node, nullptr);
     const Guard guard(&node, model);
@@ -432,7 +396,7 @@ void tst_NodeModelInView::aNodeDiesUnderItsView()
 
 void tst_NodeModelInView::aFieldTakenOutOfItsNodeStaysReadable()
 {
-    const World world;
+    const EmbeddedWorld world;
     const NodeRef node = world.make("Script");
     Field* list = addField(*node, "list", MFFLOAT_DT, EXPOSEDFIELDP);
     list->setValueByStr(0.0, "1, 2");
@@ -468,7 +432,7 @@ void tst_NodeModelInView::anyUseLeavesTheViewIntact()
     // A view that is not told asks for rows that are no more, one line each.
     const LogCapture log(osg::LOG_LOG);
     QorMFieldItem::setValueCountThreshold(12);
-    const World world;
+    const EmbeddedWorld world;
     const NodeRef node = world.make("Script");
     const NodePartDataType types[] = {MFFLOAT_DT, SFVEC3F_DT, MFBOOL_DT,     MFSTRING_DT, SFSTRING_DT,
                                       MFVEC3F_DT, MFNODE_DT,  MFROTATION_DT, MFTIME_DT};

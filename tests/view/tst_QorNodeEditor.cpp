@@ -1,6 +1,6 @@
 #include "LogCapture.h"
-#include "NodeEditorOnScreen.h"
 #include "QorNodeEditor.h"
+#include "TinyNodeEditor.h"
 #include <Orvane/NodeType.h>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -49,7 +49,7 @@ namespace {
 const std::vector<Tiny::Part> parts = {part("number", SFINT32_DT, "5"), part("list", MFFLOAT_DT, "1, 2"),
                                        part("child", SFNODE_DT), part("title", SFSTRING_DT, "x")};
 
-using Shown = NodeEditorOnScreen<QorNodeEditor>;
+using Shown = TinyNodeEditor<QorNodeEditor>;
 
 /// The labels of an editor in order of their making: name, type, description.
 QLabel* nameLabel(const QWidget& editor)

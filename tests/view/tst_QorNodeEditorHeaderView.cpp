@@ -1,6 +1,6 @@
-#include "NodeEditorOnScreen.h"
 #include "QorNodeEditor.h"
 #include "QorNodeEditorHeaderView.h"
+#include "TinyNodeEditor.h"
 
 using namespace Orvane;
 using namespace Orvane::Qt4;
@@ -22,7 +22,7 @@ private slots:
 
 namespace {
 
-using Shown = NodeEditorOnScreen<QorNodeEditor>;
+using Shown = TinyNodeEditor<QorNodeEditor>;
 
 const QStringList titles = {QStringLiteral("Fieldname"),    QStringLiteral("Fieldvalue"),
                             QStringLiteral("Datatype"),     QStringLiteral("Fieldtype"),

@@ -1,7 +1,7 @@
 #include "LogCapture.h"
-#include "NodeEditorOnScreen.h"
 #include "QorNodeEditor.h"
 #include "QorNodeEditorHeaderView.h"
+#include "TinyNodeEditor.h"
 #include <Orvane/MFBool.h>
 #include <Orvane/SFInt32.h>
 #include <Orvane/SFString.h>
@@ -60,7 +60,7 @@ private slots:
 
 namespace {
 
-using Shown = NodeEditorOnScreen<QorNodeEditor>;
+using Shown = TinyNodeEditor<QorNodeEditor>;
 
 /// The rows as the view has them: first column, from top to bottom.
 QStringList rowsOf(const QTreeView* view)

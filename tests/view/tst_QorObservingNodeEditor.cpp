@@ -1,6 +1,6 @@
 #include "LogCapture.h"
-#include "NodeEditorOnScreen.h"
 #include "QorObservingNodeEditor.h"
+#include "TinyNodeEditor.h"
 #include <Orvane/EventInSlot.h>
 #include <Orvane/EventOutSlot.h>
 #include <Orvane/SFInt32.h>
@@ -42,7 +42,7 @@ const std::vector<Tiny::Part> parts = {part("number", SFINT32_DT, "5"), part("ot
                                        part("list", MFFLOAT_DT, "1, 2"), part("child", SFNODE_DT),
                                        part("title", SFSTRING_DT, "x")};
 
-using Shown = NodeEditorOnScreen<QorObservingNodeEditor>;
+using Shown = TinyNodeEditor<QorObservingNodeEditor>;
 
 /// What is painted in the tree.
 class PaintWatch : public QObject
