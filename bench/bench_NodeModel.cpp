@@ -1,4 +1,5 @@
 // What showing a node costs: its rows, the rows of a field of a million values, and a picture of the tree.
+#include "BenchNode.h"
 #include "LineReporter.h"
 #include "QorMFieldItem.h"
 #include "QorNodeModel.h"
@@ -28,51 +29,9 @@ using namespace Orvane::Qt4;
 constexpr int FieldCount = 60;
 constexpr int ValueCount = 1000000;
 
-/// A node of fields of the benchmark's own.
-class ShownNode
-{
-public:
-    ShownNode()
-        : _context(Context::create())
-        , _node(createNode(*_context, *findType("Script"), HOST_NC))
-    {
-    }
-    ShownNode(const ShownNode&) = delete;
-    ShownNode& operator=(const ShownNode&) = delete;
-    ~ShownNode()
-    {
-        _node = NodeRef();
-        _context->subRef();
-    }
-
-    Node* get() const { return _node.get(); }
-    template <class F>
-    F& add(const char* name, NodePartDataType type)
-    {
-        return static_cast<F&>(*addField(*_node, name, type, EXPOSEDFIELDP));
-    }
-    /// Adds fields of all kinds until there are as many.
-    void fillTo(int count)
-    {
-        const NodePartDataType types[] = {SFBOOL_DT,   SFFLOAT_DT, SFVEC3F_DT, SFSTRING_DT,
-                                          MFSTRING_DT, MFFLOAT_DT, SFCOLOR_DT, MFVEC3F_DT};
-        for (int i = 0; static_cast<int>(_node->partDescCount()) < count; ++i) {
-            Field* field = addField(*_node, "field" + std::to_string(i), types[i % 8], EXPOSEDFIELDP);
-            if (auto* floats = dynamic_cast<MFFloat*>(field))
-                floats->editValues().assign(50, 0.1F);
-            if (auto* points = dynamic_cast<MFVec3f*>(field))
-                points->editValues().assign(50, osg::Vec3f(0.1F, 0.2F, 0.3F));
-        }
-    }
-
-private:
-    Context* _context;
-    NodeRef _node;
-};
-
 void rowsOfNode(benchmark::State& state)
 {
-    ShownNode node;
+    BenchNode node;
     node.fillTo(FieldCount);
     for (auto _ : state) {
         const QorNodeModel model(node.get(), nullptr);
@@ -83,7 +42,7 @@ void rowsOfNode(benchmark::State& state)
 
 void rowsOfLargeField(benchmark::State& state)
 {
-    ShownNode node;
+    BenchNode node;
     node.add<MFFloat>("values", MFFLOAT_DT).editValues().assign(ValueCount, 0.1F);
     node.fillTo(FieldCount);
     for (auto _ : state) {
@@ -112,7 +71,7 @@ void fill(benchmark::State& state, Field& field)
 
 void fillFloats(benchmark::State& state)
 {
-    ShownNode node;
+    BenchNode node;
     auto& field = node.add<MFFloat>("values", MFFLOAT_DT);
     for (int i = 0; i < ValueCount; ++i)
         field.editValues().push_back(static_cast<float>(i) * 0.37F);
@@ -121,7 +80,7 @@ void fillFloats(benchmark::State& state)
 
 void fillPoints(benchmark::State& state)
 {
-    ShownNode node;
+    BenchNode node;
     auto& field = node.add<MFVec3f>("values", MFVEC3F_DT);
     for (int i = 0; i < ValueCount; ++i)
         field.editValues().emplace_back(static_cast<float>(i) * 0.37F, 0.1F, static_cast<float>(-i));
@@ -130,7 +89,7 @@ void fillPoints(benchmark::State& state)
 
 void fillStrings(benchmark::State& state)
 {
-    ShownNode node;
+    BenchNode node;
     auto& field = node.add<MFString>("values", MFSTRING_DT);
     for (int i = 0; i < ValueCount; ++i)
         field.addValue("value " + std::to_string(i));
@@ -139,7 +98,7 @@ void fillStrings(benchmark::State& state)
 
 /// A tree view draws its visible rows afresh, after \a change.
 template <class Change>
-void paint(benchmark::State& state, const ShownNode& node, Change change)
+void paint(benchmark::State& state, const BenchNode& node, Change change)
 {
     QorNodeModel model(node.get(), nullptr);
     QTreeView view;
@@ -156,7 +115,7 @@ void paint(benchmark::State& state, const ShownNode& node, Change change)
 
 void paintFields(benchmark::State& state, int count)
 {
-    ShownNode node;
+    BenchNode node;
     node.fillTo(count);
     paint(state, node, [] {});
 }
@@ -164,7 +123,7 @@ void paintFields(benchmark::State& state, int count)
 /// Every row has changed since it was painted.
 void paintChangedFields(benchmark::State& state)
 {
-    ShownNode node;
+    BenchNode node;
     std::vector<SFFloat*> fields;
     for (int i = 0; i < 5000; ++i)
         fields.push_back(&node.add<SFFloat>(("field" + std::to_string(i)).c_str(), SFFLOAT_DT));
@@ -179,7 +138,7 @@ void paintChangedFields(benchmark::State& state)
 /// What a notification looks for: the cell of the field in the last row.
 void findCell(benchmark::State& state)
 {
-    ShownNode node;
+    BenchNode node;
     node.fillTo(FieldCount);
     const QorNodeModel model(node.get(), nullptr);
     Field* const last = node.get()->findField(0U);

@@ -40,7 +40,10 @@ bool CommandLine::parse(const QStringList& arguments, QString& error)
                                        QStringLiteral("SECONDS"));
     const QCommandLineOption view(QStringLiteral("view-only"),
                                   QStringLiteral("The picture shows the render view alone."));
-    parser.addOptions({help, shot, frameCount, pictureSize, sceneTime, view});
+    const QCommandLineOption shownNode(QStringLiteral("node"),
+                                       QStringLiteral("Shows the node called NAME in the panel of nodes."),
+                                       QStringLiteral("NAME"));
+    parser.addOptions({help, shot, frameCount, pictureSize, sceneTime, view, shownNode});
     parser.addPositionalArgument(QStringLiteral("SCENE"), QStringLiteral("The scene to open."),
                                  QStringLiteral("[SCENE]"));
 
@@ -57,6 +60,7 @@ bool CommandLine::parse(const QStringList& arguments, QString& error)
     scene = parser.positionalArguments().value(0);
     screenshot = parser.value(shot);
     viewOnly = parser.isSet(view);
+    node = parser.value(shownNode);
 
     bool ok = true;
     if (parser.isSet(shot) && screenshot.isEmpty()) {

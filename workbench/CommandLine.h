@@ -8,6 +8,7 @@
 struct CommandLine
 {
     QString scene;         ///< file to open; empty for none
+    QString node;          ///< name of the node to show in the panel of nodes; empty for none
     QString screenshot;    ///< PNG to write; empty for an interactive run
     int frames = 10;       ///< frames before the screenshot
     QSize size{1100, 760}; ///< of the picture or the window, in pixels

@@ -1,7 +1,10 @@
 #include "WorkbenchWindow.h"
 
+#include "NodeDock.h"
 #include <Orvane/Context.h>
 #include <Orvane/GraphLoader.h>
+#include <Orvane/NodeNameSpace.h>
+#include <Orvane/Scene.h>
 #include <QAction>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -17,10 +20,13 @@ using Orvane::Qt4::QorViewManager;
 WorkbenchWindow::WorkbenchWindow(bool interactive)
     : _manager(new QorViewManager(this,
                                   interactive ? QorViewManager::TimerTrigger : QorViewManager::ManualTrigger))
+    , _nodeDock(new NodeDock(_manager, this))
     , _status(new QLabel(this))
 {
     setWindowTitle(tr("Orvane workbench"));
     setCentralWidget(_manager);
+    addDockWidget(Qt::RightDockWidgetArea, _nodeDock);
+    resizeDocks({_nodeDock}, {360}, Qt::Horizontal);
     statusBar()->addPermanentWidget(_status);
 
     QMenu* file = menuBar()->addMenu(tr("&File"));
@@ -34,6 +40,11 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
+
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    view->addAction(_nodeDock->pickAction());
+    view->addSeparator();
+    view->addAction(_nodeDock->toggleViewAction());
 
     connect(&_statusTimer, &QTimer::timeout, this, &WorkbenchWindow::updateStatus);
     _statusTimer.start(500);
@@ -96,6 +107,17 @@ void WorkbenchWindow::holdTime(double seconds)
 {
     if (Orvane::Context* scene = context())
         scene->holdTime(seconds);
+}
+
+bool WorkbenchWindow::showNode(const QString& name)
+{
+    Orvane::Context* scene = context();
+    const Orvane::Node* root = scene ? scene->findRoot(Orvane::Scene::_type) : nullptr;
+    Orvane::Node* node =
+        root ? Orvane::NodeNameSpace::findNode(root->nameSpace(), Orvane::Qt4::toRuntime(name)) : nullptr;
+    if (node)
+        _nodeDock->setNode(node);
+    return node;
 }
 
 void WorkbenchWindow::updateStatus()

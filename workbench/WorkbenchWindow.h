@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <memory>
 
+class NodeDock;
 class QLabel;
 
 namespace Orvane {
@@ -13,8 +14,8 @@ class QorViewManager;
 }
 } // namespace Orvane
 
-/// The main window of the workbench: a view manager in the middle, a menu, and a status line with what the
-/// frames cost.
+/// The main window of the workbench: a view manager in the middle, panels beside it, a menu, and a status
+/// line with what the frames cost.
 class WorkbenchWindow : public QMainWindow
 {
     Q_OBJECT
@@ -32,6 +33,9 @@ public:
     /// Stops the scene's clock; a negative value lets it run.
     void holdTime(double seconds);
 
+    /// Shows the node of that name in the panel of nodes. False when the scene has none.
+    bool showNode(const QString& name);
+
     Orvane::Qt4::QorViewManager* viewManager() const { return _manager; }
 
 public slots:
@@ -43,6 +47,7 @@ private:
     Orvane::Context* context() const;
 
     Orvane::Qt4::QorViewManager* _manager;
+    NodeDock* _nodeDock;
     QLabel* _status;
     QTimer _statusTimer;
     QString _file;

@@ -37,8 +37,11 @@ int main(int argc, char** argv)
     if (commandLine.time >= 0.0)
         window.holdTime(commandLine.time);
     const auto openScene = [&] {
-        const bool ok = commandLine.scene.isEmpty() || window.open(commandLine.scene);
-        return ok ? 0 : complain(window.loadError(), 1);
+        if (!commandLine.scene.isEmpty() && !window.open(commandLine.scene))
+            return complain(window.loadError(), 1);
+        if (!commandLine.node.isEmpty() && !window.showNode(commandLine.node))
+            return complain(QStringLiteral("the scene has no node called \"%1\"").arg(commandLine.node), 1);
+        return 0;
     };
     if (!interactive) {
         if (openScene() != 0)

@@ -14,6 +14,8 @@ private slots:
     void viewOnlyShowsTheViewAlone();
     void heldTimeGivesTheSamePictureTwice();
     void laterTimeGivesAnotherPicture();
+    void nodePanelShowsTheNodeOfThatName();
+    void missingNodeEndsWithAMessage();
     void missingSceneEndsWithAMessage();
     void brokenSceneNamesFileAndLine();
     void badUsageEndsWithTwo_data();
@@ -106,6 +108,34 @@ void tst_workbench::laterTimeGivesAnotherPicture()
     QVERIFY(!first.isNull());
     QVERIFY(!second.isNull());
     QVERIFY(first != second);
+}
+
+void tst_workbench::nodePanelShowsTheNodeOfThatName()
+{
+    const QString scene = _folder.filePath(QStringLiteral("named.x3d"));
+    QFile file(scene);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<X3D version='4.0'><Scene><Transform DEF='Place'/><NavigationInfo DEF='Way'/></Scene></X3D>");
+    file.close();
+    const QStringList arguments{QStringLiteral("--time"), QStringLiteral("1"), scene};
+    const QImage none = shoot(arguments);
+    const QImage place = shoot(QStringList{QStringLiteral("--node"), QStringLiteral("Place")} + arguments);
+    const QImage way = shoot(QStringList{QStringLiteral("--node"), QStringLiteral("Way")} + arguments);
+    QVERIFY(!none.isNull());
+    // The panel stands at the right of the window.
+    const QRect panel(none.width() - 300, 30, 290, none.height() - 80);
+    QVERIFY(none.copy(panel) != place.copy(panel));
+    QVERIFY(place.copy(panel) != way.copy(panel));
+}
+
+void tst_workbench::missingNodeEndsWithAMessage()
+{
+    const Program program = Program::run(
+        QStringLiteral("orvane-workbench"),
+        {QStringLiteral("--screenshot"), _folder.filePath(QStringLiteral("none.png")),
+         QStringLiteral("--node"), QStringLiteral("Nobody"), exampleScene(QStringLiteral("primitives.x3d"))});
+    QCOMPARE(program.status, 1);
+    QVERIFY(program.errors.contains(QLatin1String("Nobody")));
 }
 
 void tst_workbench::missingSceneEndsWithAMessage()

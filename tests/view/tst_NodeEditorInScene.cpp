@@ -148,7 +148,7 @@ void tst_NodeEditorInScene::everyFieldOfEveryNodeTypeIsShownAndEdited()
     NodeType::getTypeVec(types, 1);
     int edited = 0;
     NodeRef first = world.make("Group");
-    Shown shown(first.get(), QSize(900, 700));
+    Shown shown(first.get(), QSize(420, 220));
     for (NodeType* type : types) {
         const NodeRef node = world.make(*type);
         shown.editor.setNode(node.get());

@@ -38,6 +38,9 @@ QorNodeEditorTreeView::QorNodeEditorTreeView(QWidget* parent)
     : QTreeView(parent)
 {
     setAlternatingRowColors(true);
+    // Or each notification of a field far down would have the rows above it turned into text for their
+    // heights.
+    setUniformRowHeights(true);
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     setContextMenuPolicy(Qt::DefaultContextMenu);
     auto* header = new QorNodeEditorHeaderView(Qt::Horizontal, this);
@@ -122,6 +125,13 @@ void QorNodeEditorTreeView::contextMenuEvent(QContextMenuEvent* event)
         menu->addAction(tr("Remove value"), this, &QorNodeEditorTreeView::onRemoveSelectedValue);
     menu->popup(event->globalPos());
     event->accept();
+}
+
+QStyleOptionViewItem QorNodeEditorTreeView::viewOptions() const
+{
+    QStyleOptionViewItem option = QTreeView::viewOptions();
+    option.displayAlignment = Qt::AlignLeft | Qt::AlignTop;
+    return option;
 }
 
 void QorNodeEditorTreeView::commitData(QWidget* editor)

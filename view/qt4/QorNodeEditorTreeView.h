@@ -23,6 +23,8 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    /// Texts start at the top, so that the first of several lines is the one that shows.
+    QStyleOptionViewItem viewOptions() const override;
 
 protected slots:
     void commitData(QWidget* editor) override;

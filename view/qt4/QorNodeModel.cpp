@@ -55,6 +55,7 @@ QorNodeModel::~QorNodeModel() = default;
 
 void QorNodeModel::setNode(Orvane::Node* node)
 {
+    _rows.clear();
     _rootItem = std::make_unique<QorFieldItem>(nullptr, nullptr);
     setupModelData(node, _rootItem.get());
 }
@@ -99,12 +100,9 @@ QModelIndex QorNodeModel::index(int row, int column, const QModelIndex& parent) 
 
 QModelIndex QorNodeModel::index(Orvane::Field* field) const
 {
-    for (int row = 0; row < rowCount(); ++row) {
-        const QModelIndex cell = index(row, FieldValue);
-        if (itemOf(cell)->field() == field)
-            return cell;
-    }
-    return QModelIndex();
+    // Asked once for each event of an observed node, so that no row is looked through.
+    const auto row = _rows.constFind(field);
+    return row == _rows.constEnd() ? QModelIndex() : index(*row, FieldValue);
 }
 
 QModelIndex QorNodeModel::parent(const QModelIndex& index) const
@@ -289,6 +287,7 @@ void QorNodeModel::setupModelData(Orvane::Node* node, QorFieldItem* parent)
         Orvane::Field* field = node->findField(part);
         if (field->_desc->privateAccess())
             continue;
+        _rows.insert(field, parent->childCount());
         if (field->cardinality() == MultiField)
             parent->appendChild(new QorMFieldItem(field, parent));
         else

@@ -2,6 +2,7 @@
 
 #include "QorExport.h"
 #include <QtCore/QAbstractItemModel>
+#include <QtCore/QHash>
 #include <memory>
 
 namespace Orvane {
@@ -90,6 +91,7 @@ private:
 
     Orvane::Node* _node = nullptr;
     std::unique_ptr<QorFieldItem> _rootItem;
+    QHash<const Orvane::Field*, int> _rows; ///< the row of each field that has one
 };
 
 } // namespace Orvane::Qt4
