@@ -5,6 +5,7 @@
 #include "WorkbenchWindow.h"
 
 #include <Orvane/WindowProc.h>
+#include <QDockWidget>
 #include <QElapsedTimer>
 #include <QGLWidget>
 #include <QGuiApplication>
@@ -51,6 +52,12 @@ void redrawViews(QWidget& parent)
 bool takeScreenshot(WorkbenchWindow& window, FrameGrabber& grabber, const CommandLine& commandLine,
                     QString& error)
 {
+    if (commandLine.viewOnly) {
+        // Panels would keep the view from becoming as small as it is asked to be.
+        const auto panels = window.findChildren<QDockWidget*>();
+        for (QDockWidget* panel : panels)
+            panel->hide();
+    }
     window.resize(commandLine.size);
     window.show();
     if (!waitUntilShown(window)) {
