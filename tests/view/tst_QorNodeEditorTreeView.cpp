@@ -55,6 +55,7 @@ private slots:
     void openEditorSurvivesInsertAndRemove();
     void viewEditsOnWhenTheRowOfAnEditorIsGone();
     void indexesOfDroppedRowsNeverMeetThoseOfNewOnes();
+    void firstOfSeveralLinesShows();
     void oddTextsAreShown();
 };
 
@@ -677,6 +678,19 @@ void tst_QorNodeEditorTreeView::indexesOfDroppedRowsNeverMeetThoseOfNewOnes()
         }
         QTest::qWait(2);
     }
+}
+
+void tst_QorNodeEditorTreeView::firstOfSeveralLinesShows()
+{
+    Shown shown({part("code", SFSTRING_DT, "first"), part("last", SFSTRING_DT, "x")});
+    const auto picture = [&] {
+        return shown.view()->viewport()->grab(shown.view()->visualRect(shown.cell("code"))).toImage();
+    };
+    const QImage oneLine = picture();
+    shown.field("code")->setValueByStr(0.0, "first\nsecond\nthird\nfourth\nfifth");
+    QCOMPARE(shown.view()->visualRect(shown.cell("code")).height(),
+             shown.view()->visualRect(shown.cell("last")).height());
+    QCOMPARE(picture(), oneLine);
 }
 
 void tst_QorNodeEditorTreeView::oddTextsAreShown()

@@ -6,6 +6,7 @@
 #include <Orvane/SFInt32.h>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSet>
 #include <QSignalSpy>
 
 using namespace Orvane;
@@ -21,6 +22,7 @@ private slots:
     void valueIsReadWhenItIsPainted();
     void summaryFollowsButValueRowsDoNot();
     void rowsOutOfSightCostNothing();
+    void onlyWhatIsPaintedIsTurnedIntoText();
     void openEditorKeepsItsText();
     void allPublicFieldsAreObservedWhateverTheirAccess();
     void privateFieldGetsSlotsButNoObserver();
@@ -142,6 +144,47 @@ void tst_QorObservingNodeEditor::rowsOutOfSightCostNothing()
     write(shown, "more59", "17");
     QTest::qWait(20);
     QCOMPARE(watch.count, 1);
+}
+
+void tst_QorObservingNodeEditor::onlyWhatIsPaintedIsTurnedIntoText()
+{
+    /// Notes which rows are measured and painted: both turn their texts.
+    struct Delegate : QorNodeItemDelegate
+    {
+        Delegate()
+            : QorNodeItemDelegate(nullptr)
+        {
+        }
+        QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+        {
+            rows << index.row();
+            return QorNodeItemDelegate::sizeHint(option, index);
+        }
+        void paint(QPainter* painter, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) const override
+        {
+            rows << index.row();
+            QorNodeItemDelegate::paint(painter, option, index);
+        }
+        mutable QSet<int> rows;
+    };
+    std::vector<Tiny::Part> many = parts;
+    for (int i = 0; i < 200; ++i)
+        many.push_back(part(("more" + std::to_string(i)).c_str(), SFINT32_DT));
+    const Delegate delegate;
+    Shown shown(many, QSize(400, 200));
+    shown.editor.setItemDelegate(const_cast<Delegate*>(&delegate));
+    shown.editor.setNode(nullptr);
+    shown.editor.setNode(shown.node.get());
+    for (const char* field : {"number", "title", "more100", "more199"})
+        write(shown, field, "17");
+    QTest::qWait(20);
+    const int height = shown.view()->visualRect(shown.model()->index(0, 0)).height();
+    const int visible = shown.view()->viewport()->height() / height + 1;
+    QVERIFY(!delegate.rows.isEmpty());
+    for (const int row : delegate.rows)
+        QVERIFY2(row <= visible, QByteArray::number(row));
+    shown.editor.setNode(nullptr);
 }
 
 void tst_QorObservingNodeEditor::openEditorKeepsItsText()
