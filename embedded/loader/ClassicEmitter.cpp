@@ -44,9 +44,14 @@ std::string ClassicEmitter::sayableName(std::string_view name) const
     return classic::sayableName(name);
 }
 
-std::string ClassicEmitter::fieldName(const Field&, std::string_view name)
+std::string ClassicEmitter::fieldName(const NodeType&, const NodePartDesc&, std::string_view name)
 {
     return sayable(name, "field");
+}
+
+std::string ClassicEmitter::nameOf(const Field& field)
+{
+    return fieldName(owner(), *field._desc, field.name());
 }
 
 /// A name as it is written; when it changes, what it names is told.
@@ -177,7 +182,7 @@ void ClassicEmitter::beginNode(const Node& node, std::string_view name, const Fi
 {
     writeType(node, name);
     _out.deeper();
-    _open.push_back({});
+    _open.push_back({node.type()});
 }
 
 void ClassicEmitter::endValues(bool hasContent)
@@ -188,8 +193,7 @@ void ClassicEmitter::endValues(bool hasContent)
 
 void ClassicEmitter::endNode()
 {
-    const Level level = std::move(_open.back());
-    _open.pop_back();
+    const Level& level = _open.back();
     for (const std::string& connection : level.connections) {
         _out.newLine();
         _out += connection;
@@ -205,6 +209,7 @@ void ClassicEmitter::endNode()
     else
         _out.newLine();
     _out += '}';
+    _open.pop_back();
 }
 
 void ClassicEmitter::use(const Node&, std::string_view name, const Field*)
@@ -215,7 +220,7 @@ void ClassicEmitter::use(const Node&, std::string_view name, const Field*)
 
 void ClassicEmitter::beginNodes(const Field& field, bool hasNodes)
 {
-    const std::string name = fieldName(field, field.name());
+    const std::string name = nameOf(field);
     _out.newLine();
     _out += name;
     beginValueNodes(field, hasNodes);
@@ -250,11 +255,11 @@ void ClassicEmitter::value(const Field& field)
 {
     Level& level = _open.back();
     level.isEmpty = false;
-    if (isSource(field) && fieldName(field, field.name()) == "url") {
+    if (isSource(field)) {
         level.source = &field;
         return;
     }
-    const std::string name = fieldName(field, field.name());
+    const std::string name = nameOf(field);
     _out.newLine();
     _out += name + ' ';
     writeValue(field);
@@ -268,7 +273,7 @@ void ClassicEmitter::writeValue(const Field& field)
     const std::string text = field.valueToString();
     if (type == SFSTRING_DT) {
         // Of a field of unknown type only the text is known.
-        const bool isOpen = isUnknown(*field.node()->type());
+        const bool isOpen = isUnknown(owner());
         if (isOpen && classic::isNumberList(text))
             _out += text;
         else if (isOpen && classic::isQuotedList(text))
@@ -312,14 +317,14 @@ void ClassicEmitter::writeTexts(int count, bool asList, TextAt textAt)
 void ClassicEmitter::writeStrings(const Field& field)
 {
     const auto& strings = static_cast<const MFString&>(field);
-    writeTexts(static_cast<int>(strings.size()), isUnknown(*field.node()->type()),
+    writeTexts(static_cast<int>(strings.size()), isUnknown(owner()),
                [&](int i) -> const std::string& { return strings[i]; });
 }
 
 void ClassicEmitter::beginDeclaration(const Field& field, bool hasNodes)
 {
     const NodePartDesc& desc = *field._desc;
-    declare(desc, *field.node()->type());
+    declare(desc, owner());
     if (const auto connected = _connected.find(&field); connected != _connected.end()) {
         _out += " IS " + connected->second;
         return;
@@ -357,13 +362,13 @@ void ClassicEmitter::isConnection(const Field& field, const Field& protoField)
 {
     Level& level = _open.back();
     level.isEmpty = false;
-    const std::string protoName = fieldName(protoField, protoField.name());
-    const bool isDeclared = field._desc->objExt() && !isUnknown(*field.node()->type());
+    const std::string protoName = fieldName(*protoField.node()->type(), *protoField._desc, protoField.name());
+    const bool isDeclared = field._desc->objExt() && !isUnknown(owner());
     // A declaration says either the value or what the field stands for.
     const bool fits = !(field._desc->partType & FIELDP) || (protoField._desc->partType & FIELDP);
     if (isDeclared && fits && _connected.emplace(&field, protoName).second)
         return;
-    const std::string line = fieldName(field, field.name()) + " IS " + protoName;
+    const std::string line = nameOf(field) + " IS " + protoName;
     if (isDeclared) {
         level.connections.push_back(line);
         return;
@@ -377,6 +382,7 @@ void ClassicEmitter::isConnection(const Field& field, const Field& protoField)
 void ClassicEmitter::beginProto(const NodeType& type, bool hasInterface)
 {
     const std::string name = sayable(type.name, "node type");
+    _proto = &type;
     _out.newLine();
     _out += "PROTO " + name + (hasInterface ? " [" : " [ ]");
     _out.deeper();
@@ -441,8 +447,8 @@ void ClassicEmitter::endUnseen()
 std::string ClassicEmitter::routeText(std::string_view fromNode, const EventOutSlot& from,
                                       std::string_view toNode, const EventInSlot& to)
 {
-    const std::string fromField = fieldName(*from.field(), from.name());
-    const std::string toField = fieldName(*to.field(), to.name());
+    const std::string fromField = fieldName(*from.field()->node()->type(), *from.field()->_desc, from.name());
+    const std::string toField = fieldName(*to.field()->node()->type(), *to.field()->_desc, to.name());
     return "ROUTE " + coding::toFile(fromNode) + "." + fromField + " TO " + coding::toFile(toNode) + "." +
            toField;
 }

@@ -56,8 +56,8 @@ protected:
     virtual void checkDeclaration(const NodePartDesc& desc, const NodeType& type);
     /// The children of a Switch.
     virtual std::string_view switchField() const { return "children"; }
-    /// Today's event or field \a name of the part that \a field is of.
-    virtual std::string fieldName(const Field& field, std::string_view name);
+    /// The name of a field, or of an event of it, that today is called \a name.
+    virtual std::string fieldName(const NodeType& type, const NodePartDesc& desc, std::string_view name);
 
     /// Tells the host, and the reader of the file the first time.
     void note(const std::string& text);
@@ -68,6 +68,9 @@ protected:
 
 private:
     std::string sayable(std::string_view name, const char* what);
+    /// The type whose fields are being written. They may be defaults, which belong to no node.
+    const NodeType& owner() const { return _open.empty() ? *_proto : *_open.back().type; }
+    std::string nameOf(const Field& field);
     void startNode();
     void declare(const NodePartDesc& desc, const NodeType& type);
     template <class TextAt>
@@ -80,6 +83,7 @@ private:
     /// An open node.
     struct Level
     {
+        const NodeType* type;
         bool isEmpty = true;
         const Field* source = nullptr;             ///< source code, which goes last
         std::vector<std::string> connections = {}; ///< of fields that are declared in the node
@@ -88,6 +92,7 @@ private:
     SaveNotes& _notes;
     std::vector<Level> _open;
     std::unordered_map<const Field*, std::string> _connected; ///< declared fields, and what they stand for
+    const NodeType* _proto = nullptr;                         ///< whose interface is being written
     bool _isBehindField = false; ///< the node that follows stands on the line of its field
 };
 

@@ -160,8 +160,13 @@ void GraphWalk::collectUnseen()
     // The list grows while bodies hold instances.
     for (std::size_t i = 0; i < _scope->protos.unseen().size(); ++i) {
         const Node* node = _scope->protos.resolve(_scope->protos.unseen()[i]);
-        if (node && !_scope->met.count(node))
+        if (!node || _scope->met.count(node))
+            continue;
+        if (isUnknown(*node->type()) || node->type()->isProto() || isOfType(*node->type(), "X3DChildNode"))
             collect(node);
+        else
+            _notes.add(node->type()->name +
+                       ": stands in the body of a prototype where nothing shows it; left out");
     }
 }
 
@@ -373,7 +378,7 @@ void GraphWalk::writeUnseen()
     bool hasBegun = false;
     for (const Node* placed : _scope->protos.unseen()) {
         const Node* node = _scope->protos.resolve(placed);
-        if (!node || _scope->written.count(node))
+        if (!node || !_scope->met.count(node) || _scope->written.count(node))
             continue;
         if (!hasBegun)
             _emitter.beginUnseen();

@@ -146,6 +146,18 @@ bool SceneBuilder::beginNode(const NodeStart& start)
         return true;
     }
     NodeType* rootType = start.isInstance ? nullptr : findType(start.type);
+    if (rootType && rootType->name == "Scene" && isTopLevel() && !_scope->isLibrary) {
+        // What the root itself bears. Of an inlined scene only the nodes count.
+        if (!isScene()) {
+            ++_skipped;
+            return true;
+        }
+        if (!start.name.empty())
+            name(*_scope->root, start);
+        _levels.push_back({_scope->root, nullptr, true});
+        ++_depth;
+        return true;
+    }
     if (rootType && rootType->isContextRoot()) {
         const bool atHome =
             isTopLevel() && isScene() && !_scope->isLibrary && rootType != _scope->root->type();

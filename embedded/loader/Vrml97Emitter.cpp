@@ -46,13 +46,10 @@ bool Vrml97Emitter::isDefault(const Node& node, const Field& field) const
            (desc.objExt() || vrml97Default(*node.type(), desc.id) == desc.defaultValue);
 }
 
-std::string Vrml97Emitter::fieldName(const Field& field, std::string_view name)
+std::string Vrml97Emitter::fieldName(const NodeType& type, const NodePartDesc& desc, std::string_view name)
 {
-    const NodePartDesc& desc = *field._desc;
-    const Node* node = field.node();
-    if (!node || desc.objExt() || isDeclared(*node->type()))
-        return ClassicEmitter::fieldName(field, name);
-    const NodeType& type = *node->type();
+    if (desc.objExt() || isDeclared(type))
+        return ClassicEmitter::fieldName(type, desc, name);
     const std::string_view partName = vrml97Name(type, desc.id);
     if (vrml97::hasNode(type.name) && !vrml97::hasField(type.name, partName))
         note(type.name + "." + desc.name + ": VRML97 has no such field; written all the same");
@@ -61,7 +58,7 @@ std::string Vrml97Emitter::fieldName(const Field& field, std::string_view name)
     if (partName != desc.name)
         if (const std::size_t at = result.find(desc.name); at != std::string::npos)
             result.replace(at, desc.name.size(), partName);
-    return ClassicEmitter::fieldName(field, result);
+    return ClassicEmitter::fieldName(type, desc, result);
 }
 
 void Vrml97Emitter::beginNode(const Node& node, std::string_view name, const Field* holder)

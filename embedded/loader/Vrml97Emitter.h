@@ -25,7 +25,7 @@ protected:
     std::string_view accessWord(NodePartType access) const override;
     void checkDeclaration(const NodePartDesc& desc, const NodeType& type) override;
     std::string_view switchField() const override { return "choice"; }
-    std::string fieldName(const Field& field, std::string_view name) override;
+    std::string fieldName(const NodeType& type, const NodePartDesc& desc, std::string_view name) override;
 };
 
 } // namespace Orvane

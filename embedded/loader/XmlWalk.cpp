@@ -145,8 +145,13 @@ bool XmlWalk::readContent(xml_node top)
 {
     const bool isScene = std::strcmp(top.name(), "Scene") == 0;
     if (isScene) {
+        if (const xml_attribute name = top.attribute("DEF")) {
+            if (!_sink.beginNode({"Scene", name.value(), {}, false, place(name)}))
+                return false;
+            _sink.endNode();
+        }
         for (const xml_attribute attribute : top.attributes()) {
-            if (!saysNothing(attribute.name()))
+            if (!saysNothing(attribute.name()) && std::strcmp(attribute.name(), "DEF") != 0)
                 _sink.fieldValue(attribute.name(), attribute.value(), place(attribute));
         }
     }

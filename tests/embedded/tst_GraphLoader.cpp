@@ -22,7 +22,9 @@ void tst_GraphLoader::formatsComeWithTheirSuffixes()
     QCOMPARE(filters.back(), std::string("VRML97 (*.wrl *.wrz *.vrml)"));
     std::list<std::string> names;
     QCOMPARE(GraphLoader::getFormatList(names, GraphLoader::PLAIN_FS), count);
-    QCOMPARE(names.front(), std::string("X3D XML"));
+    QCOMPARE(names, (std::list<std::string>{"X3D XML", "X3D Classic", "VRML97"}));
+    QCOMPARE(*std::next(filters.begin()), std::string("X3D Classic (*.x3dv *.x3dvz)"));
+    QCOMPARE(filters.back(), std::string("VRML97 (*.wrl *.wrz *.vrml)"));
 }
 
 void tst_GraphLoader::listsAreAppendedTo()
@@ -31,7 +33,8 @@ void tst_GraphLoader::listsAreAppendedTo()
     const int count = GraphLoader::getSuffixList(suffixes);
     QCOMPARE(suffixes.size(), static_cast<std::size_t>(count) + 1);
     QCOMPARE(suffixes.front(), std::string("first"));
-    QVERIFY(std::find(suffixes.begin(), suffixes.end(), "x3d") != suffixes.end());
+    QCOMPARE(suffixes,
+             (std::list<std::string>{"first", "x3d", "x3dz", "x3dv", "x3dvz", "wrl", "wrz", "vrml"}));
 }
 
 QTEST_APPLESS_MAIN(tst_GraphLoader)

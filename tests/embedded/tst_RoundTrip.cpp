@@ -19,6 +19,7 @@ private slots:
 
     void writtenScenesSurviveAllPairsOfEncodings_data();
     void writtenScenesSurviveAllPairsOfEncodings();
+    void whatTheRootBearsSurvives();
     void filesSurviveAllPairsOfEncodings_data();
     void filesSurviveAllPairsOfEncodings();
 
@@ -29,8 +30,10 @@ private:
         LoadedText scene;
         QString notes;
     };
-    QString pass(LoadedText& from, const std::string& base, const char* suffix, Stage& to);
+    QString pass(LoadedText& from, const std::string& base, const char* suffix, Stage& to,
+                 const SaveOptions& options = SaveOptions());
     QString differenceOfPairs(LoadedText& scene, const std::string& base);
+    QString differenceWithOptions(LoadedText& scene, const std::string& base);
     static QString difference(LoadedText& first, LoadedText& second, const QString& notes);
 
     QTemporaryDir _folder;
@@ -43,11 +46,12 @@ constexpr const char* suffixes[] = {".x3d", ".x3dv", ".wrl"};
 } // namespace
 
 /// Writes a scene and reads it again; the error when that fails.
-QString tst_RoundTrip::pass(LoadedText& from, const std::string& base, const char* suffix, Stage& to)
+QString tst_RoundTrip::pass(LoadedText& from, const std::string& base, const char* suffix, Stage& to,
+                            const SaveOptions& options)
 {
     const QString path = _folder.filePath(QStringLiteral("scene") + QLatin1String(suffix));
     std::string error;
-    if (!from.context().save(path.toStdString(), SaveOptions(), error))
+    if (!from.context().save(path.toStdString(), options, error))
         return QString::fromStdString(error);
     for (const std::string& note : from.context().saveNotes())
         to.notes += QString::fromStdString(note) + QLatin1Char('\n');
@@ -73,6 +77,32 @@ QString tst_RoundTrip::difference(LoadedText& first, LoadedText& second, const Q
     }
     if (!ignored.routes && first.report().routes != second.report().routes)
         return QStringLiteral("%1 and %2 routes").arg(first.report().routes).arg(second.report().routes);
+    return QString();
+}
+
+/// Nothing but the root may be missing from what the other options write.
+QString tst_RoundTrip::differenceWithOptions(LoadedText& scene, const std::string& base)
+{
+    SaveOptions options;
+    options.useTabs = true;
+    options.writeProcInfo = true;
+    options.writeAbstractNodes = true;
+    options.writeDefaultValues = true;
+    for (const char* suffix : suffixes) {
+        Stage end;
+        QString fault = pass(scene, base, suffix, end, options);
+        if (fault.isEmpty())
+            fault = difference(scene, end.scene, end.notes);
+        if (!fault.isEmpty())
+            return QStringLiteral("with all options as %1: %2").arg(QLatin1String(suffix), fault);
+        SaveOptions plain;
+        plain.skipRoot = true;
+        plain.resolveProtos = true;
+        Stage resolved;
+        fault = pass(scene, base, suffix, resolved, plain);
+        if (!fault.isEmpty())
+            return QStringLiteral("resolved as %1: %2").arg(QLatin1String(suffix), fault);
+    }
     return QString();
 }
 
@@ -184,6 +214,24 @@ void tst_RoundTrip::writtenScenesSurviveAllPairsOfEncodings()
     LoadedText scene(nodes.toStdString());
     QVERIFY(scene.ok);
     QCOMPARE(differenceOfPairs(scene, "scene.x3d"), QString());
+    QCOMPARE(differenceWithOptions(scene, "scene.x3d"), QString());
+}
+
+void tst_RoundTrip::whatTheRootBearsSurvives()
+{
+    LoadedText scene;
+    QVERIFY(
+        scene.load("<X3D><head><meta name='a' content='b'/></head><Scene DEF='R' visible='false'><TimeSensor "
+                   "DEF='T'/><ROUTE fromNode='T' fromField='isActive' toNode='R' toField='visible'/>"
+                   "</Scene></X3D>"));
+    QCOMPARE(scene.messages(), QStringList());
+    QCOMPARE(scene.find("R"), scene.scene());
+    QCOMPARE(scene.report().routes, std::size_t(1));
+    QCOMPARE(LoadedText::value(scene.scene(), "visible"), QStringLiteral("FALSE"));
+    QCOMPARE(differenceOfPairs(scene, "scene.x3d"), QString());
+    Stage again;
+    QCOMPARE(pass(scene, "scene.x3d", ".wrl", again), QString());
+    QCOMPARE(again.scene.find("R"), again.scene.scene());
 }
 
 void tst_RoundTrip::filesSurviveAllPairsOfEncodings_data()
@@ -214,6 +262,7 @@ void tst_RoundTrip::filesSurviveAllPairsOfEncodings()
     if (!scene.loadFile(path.toStdString()))
         QSKIP("no scene");
     QCOMPARE(differenceOfPairs(scene, path.toStdString()), QString());
+    QCOMPARE(differenceWithOptions(scene, path.toStdString()), QString());
 }
 
 QTEST_APPLESS_MAIN(tst_RoundTrip)

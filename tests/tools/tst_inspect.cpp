@@ -20,6 +20,8 @@ private slots:
     void jsonIsValidWhateverTheTextsHold();
     void framesRunWithoutAWindow();
     void convertWritesTheScene();
+    void convertSaysWhatTheEncodingHasNoWordsFor();
+    void convertTakesTheOptionsOfWriting();
     void convertToAnUnknownSuffixEndsWithOne();
     void everyExampleIsFreeOfMessages();
 
@@ -103,6 +105,7 @@ void tst_inspect::badUsageEndsWithTwo_data()
                                                   QStringLiteral("a.x3d")};
     QTest::newRow("negative") << QStringList{QStringLiteral("--frames"), QStringLiteral("-1"),
                                              QStringLiteral("a.x3d")};
+    QTest::newRow("no convert") << QStringList{QStringLiteral("--use-tabs"), QStringLiteral("a.x3d")};
     QTest::newRow("two to convert") << QStringList{QStringLiteral("--convert"), QStringLiteral("o.x3d"),
                                                    QStringLiteral("a.x3d"), QStringLiteral("b.x3d")};
 }
@@ -166,6 +169,47 @@ void tst_inspect::convertWritesTheScene()
     QFile file(plain);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(file.readAll().contains("<Box size=\"1 2 3\"/>"));
+}
+
+void tst_inspect::convertSaysWhatTheEncodingHasNoWordsFor()
+{
+    const QString path = write("scene.x3d", "<X3D><Scene><Shape><Disk2D/></Shape></Scene></X3D>");
+    const QString out = _folder.filePath(QStringLiteral("out.wrl"));
+    const Run plain = run({QStringLiteral("--convert"), out, path});
+    QCOMPARE(plain.code, 0);
+    QVERIFY2(plain.out.startsWith(out.toUtf8() + ": Disk2D: VRML97 has no such node; "),
+             plain.out.constData());
+    const Run json = run({QStringLiteral("--json"), QStringLiteral("--convert"), out, path});
+    const QJsonObject scene = QJsonDocument::fromJson(json.out).array()[0].toObject();
+    QCOMPARE(scene[QLatin1String("written")].toString(), out);
+    QCOMPARE(scene[QLatin1String("writeNotes")].toArray().size(), 1);
+    QCOMPARE(run({out}).code, 0);
+}
+
+void tst_inspect::convertTakesTheOptionsOfWriting()
+{
+    const QString path =
+        write("scene.x3d", "<X3D><Scene><ProtoDeclare name='P'><ProtoBody><Group/></ProtoBody>"
+                           "</ProtoDeclare><Engine><Window/></Engine><Group><ProtoInstance "
+                           "name='P'/></Group><TimeSensor/></Scene></X3D>");
+    const QString out = _folder.filePath(QStringLiteral("out.x3dv"));
+    const auto written = [&](const char* option) {
+        if (run({QStringLiteral("--convert"), out, QLatin1String(option), path}).code != 0)
+            return QByteArray("not written");
+        QFile file(out);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("not there");
+    };
+    QVERIFY(!written("--skip-root").contains("Engine"));
+    QVERIFY(written("--use-tabs").contains("\n\tchildren [\n"));
+    QVERIFY(!written("--resolve-protos").contains("PROTO"));
+    QVERIFY(written("--write-proc-info").contains("# TimeSensor.isActive = FALSE"));
+    QVERIFY(written("--write-abstract-nodes").contains("X3DGroupingNode"));
+    QVERIFY(written("--write-default-values").contains("loop FALSE"));
+    const QByteArray plain = written("--");
+    for (const char* text : {"Engine", "PROTO", "  children [\n"})
+        QVERIFY2(plain.contains(text), text);
+    for (const char* text : {"isActive", "X3DGroupingNode", "loop FALSE"})
+        QVERIFY2(!plain.contains(text), text);
 }
 
 void tst_inspect::convertToAnUnknownSuffixEndsWithOne()
