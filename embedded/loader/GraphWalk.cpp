@@ -3,6 +3,7 @@
 #include "base/Graph.h"
 #include "base/ProtoDeclaration.h"
 #include "loader/ChildPlacement.h"
+#include "loader/ImportedNodes.h"
 #include "loader/KeptStatements.h"
 #include "loader/NodeFields.h"
 #include "loader/SaveNotes.h"
@@ -247,43 +248,12 @@ void GraphWalk::giveNames()
     scope.names.giveRest(scope.order, scope.nameSpace, scope.needed);
 }
 
-/// Finds the nodes that an inline's file exports and the scene imports.
 void GraphWalk::giveImportedNames(const Node& inlineNode)
 {
     _scope->names.giveTo(inlineNode, inlineNode.name() ? *inlineNode.name() : "Inline_1");
-    const NamePairs imports = keptImports(inlineNode);
-    const NamePairs exports = keptExports(inlineNode);
-    const MFNode* content = findInlineContent(inlineNode);
-    if (!content || exports.empty())
-        return;
-    std::unordered_map<std::string, const Node*> inner;
-    std::vector<const Node*> waiting;
-    std::unordered_set<const Node*> met;
-    const auto add = [&](const Field& field) {
-        for (int link = 0; link < linkCount(field); ++link) {
-            const Node* node = linkedNode(field, link);
-            if (node && met.insert(node).second)
-                waiting.push_back(node);
-        }
-    };
-    add(*content);
-    while (!waiting.empty()) {
-        const Node* node = waiting.back();
-        waiting.pop_back();
-        if (node->name() && node->nameSpace() && node->nameSpace()->rootNode() == &inlineNode)
-            inner.emplace(*node->name(), node);
-        for (const Field* field : contentOf(*node))
-            if (holdsNodes(*field))
-                add(*field);
-    }
-    for (const auto& [exported, name] : imports) {
-        for (const auto& [local, as] : exports) {
-            const auto found = as == exported ? inner.find(local) : inner.end();
-            if (found == inner.end())
-                continue;
-            _scope->names.take(*found->second, name);
-            _scope->imported.push_back(found->second);
-        }
+    for (const auto& [name, node] : importedNodes(inlineNode)) {
+        _scope->names.take(*node, name);
+        _scope->imported.push_back(node);
     }
 }
 

@@ -22,6 +22,7 @@ private slots:
     void exampleScenesSurvive();
     void onlyWhatDiffersFromDefaultsIsWritten();
     void defaultsAreWrittenWhenAsked();
+    void namesThatNoElementCanBearAreChangedAndTold();
     void sharedAndRoutedNodesGetNames();
     void headIsKept();
     void hostEngineIsNotWritten();
@@ -174,6 +175,16 @@ void tst_XmlWriter::defaultsAreWrittenWhenAsked()
     QVERIFY(again.load(text.toStdString()));
     QCOMPARE(again.messages(), QStringList());
     QCOMPARE(graphDifference(scene.scene(), again.scene()), QString());
+}
+
+void tst_XmlWriter::namesThatNoElementCanBearAreChangedAndTold()
+{
+    LoadedText scene;
+    QVERIFY(scene.load("#X3D V3.3 utf8\nPROFILE Full\nA@B { c=d 3 }"));
+    QVERIFY(save(scene).contains(QLatin1String("<A_B c_d=\"3\"/>")));
+    QCOMPARE(scene.context().saveNotes(),
+             (std::vector<std::string>{"node type \"A@B\": the encoding has no such name; written as A_B",
+                                       "field \"c=d\": the encoding has no such name; written as c_d"}));
 }
 
 void tst_XmlWriter::sharedAndRoutedNodesGetNames()
