@@ -101,7 +101,8 @@ void Vrml97Emitter::writeHead(const std::vector<KeptHead>& head)
     // The others only say what a browser needs.
     for (const auto& [kind, word] :
          {std::pair(HeadStatement::META, "META"), std::pair(HeadStatement::UNIT, "UNIT")})
-        if (std::any_of(head.begin(), head.end(), [&](const KeptHead& each) { return each.kind == kind; }))
+        if (std::any_of(head.begin(), head.end(),
+                        [kind = kind](const KeptHead& each) { return each.kind == kind; }))
             note(std::string(word) + ": VRML97 has no such statement; written as a comment");
     _out.newLine();
 }
