@@ -12,7 +12,7 @@ std::string MeshFaults::text() const
         {"a face or line with a point that is not finite", "point"},
         {"a corner whose colour, normal or texture coordinate is not in the list", "coordIndex"},
     };
-    std::string text = "found ";
+    std::string text = "expected sound faces and lines, found ";
     bool isFirst = true;
     for (std::size_t kind = 0; kind < 4; ++kind) {
         const Entry& entry = _entries[kind];

@@ -217,9 +217,9 @@ void tst_IndexedFaceSet::faultsNameNodeAndPlace()
     setSourcePlace(scene.node("F"), 4, 7);
     scene.set("F", "set_coordIndex", "0 1 2 -1");
     const LoadMessage message = scene.context->loadReport().messages.at(0);
-    QCOMPARE(message.text,
-             std::string("IndexedFaceSet of F: found a face or line with an index that has no point "
-                         "(1 time, first at coordIndex[0])"));
+    QCOMPARE(message.text, std::string("IndexedFaceSet of F: expected sound faces and lines, found a face or "
+                                       "line with an index that has no point "
+                                       "(1 time, first at coordIndex[0])"));
     QCOMPARE(message.line, 4);
     QCOMPARE(message.column, 7);
 }

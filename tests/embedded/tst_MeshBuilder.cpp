@@ -237,14 +237,15 @@ void tst_MeshBuilder::badFacesAreLeftOut_data()
     QTest::addColumn<QVector<int>>("index");
     QTest::addColumn<int>("triangles");
     QTest::addColumn<QString>("text");
-    QTest::newRow("index without a point")
-        << QVector<int>{0, 1, 4, -1, 0, 1, 2, -1} << 1
-        << "found a face or line with an index that has no point (1 time, first at coordIndex[0])";
-    QTest::newRow("huge index")
-        << QVector<int>{0, 1, 2, -1, 0, 2, 2147483647, -1} << 1
-        << "found a face or line with an index that has no point (1 time, first at coordIndex[4])";
+    QTest::newRow("index without a point") << QVector<int>{0, 1, 4, -1, 0, 1, 2, -1} << 1
+                                           << "expected sound faces and lines, found a face or line with an "
+                                              "index that has no point (1 time, first at coordIndex[0])";
+    QTest::newRow("huge index") << QVector<int>{0, 1, 2, -1, 0, 2, 2147483647, -1} << 1
+                                << "expected sound faces and lines, found a face or line with an index that "
+                                   "has no point (1 time, first at coordIndex[4])";
     QTest::newRow("two corners") << QVector<int>{0, 1, -1, 0, 1, 2, -1} << 1
-                                 << "found a face or line of too few points (1 time, first at coordIndex[0])";
+                                 << "expected sound faces and lines, found a face or line of too few points "
+                                    "(1 time, first at coordIndex[0])";
     QTest::newRow("end marks alone") << QVector<int>{-1, -1, 0, 1, 2, -1, -1} << 1 << QString();
     QTest::newRow("no index") << QVector<int>() << 0 << QString();
     QTest::newRow("repeated corner") << QVector<int>{0, 0, 1, -1, 0, 1, 2, -1} << 1 << QString();
