@@ -1,36 +1,39 @@
 #include "NodeDock.h"
 
-#include <QAction>
-#include <QChildEvent>
+#include "Selection.h"
+#include <QDropEvent>
 #include <QHeaderView>
 #include <QorNodeEditorTreeView.h>
+#include <QorNodePathMimeData.h>
 #include <QorObservingNodeEditor.h>
-#include <QorRenderView.h>
-#include <QorViewManager.h>
 
 using namespace Orvane::Qt4;
 
-NodeDock::NodeDock(QorViewManager* manager, QWidget* parent)
+namespace {
+
+const QorNodePathMimeData* draggedNode(const QDropEvent* event)
+{
+    return qobject_cast<const QorNodePathMimeData*>(event->mimeData());
+}
+
+} // namespace
+
+NodeDock::NodeDock(Selection* selection, QWidget* parent)
     : QDockWidget(tr("Node"), parent)
-    , _manager(manager)
+    , _selection(selection)
     , _delegate(nullptr)
     , _editor(new QorObservingNodeEditor(this))
-    , _pickAction(new QAction(tr("&Pick nodes"), this))
 {
     setObjectName(QStringLiteral("NodeDock"));
     setWidget(_editor);
+    setAcceptDrops(true);
     _editor->setItemDelegate(&_delegate);
     _editor->setDescriptionVisible(true);
     _editor->treeView()->header()->setDefaultSectionSize(150);
 
-    _pickAction->setCheckable(true);
-    _pickAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_P));
-    connect(_pickAction, &QAction::toggled, this, &NodeDock::setPicking);
-
-    _manager->installEventFilter(this);
-    const auto views = _manager->findChildren<QorRenderView*>();
-    for (QorRenderView* view : views)
-        follow(view);
+    connect(_selection, &Selection::changed, this,
+            [this](const Orvane::NodePath& path) { _editor->setNode(path.node()); });
+    connect(_editor, SIGNAL(nodeSelected(Orvane::Node*)), _selection, SLOT(selectNode(Orvane::Node*)));
 }
 
 NodeDock::~NodeDock()
@@ -39,33 +42,17 @@ NodeDock::~NodeDock()
     _editor->setNode(nullptr);
 }
 
-void NodeDock::setNode(Orvane::Node* node)
+void NodeDock::dragEnterEvent(QDragEnterEvent* event)
 {
-    _editor->setNode(node);
+    if (draggedNode(event))
+        event->acceptProposedAction();
 }
 
-bool NodeDock::eventFilter(QObject* watched, QEvent* event)
+void NodeDock::dropEvent(QDropEvent* event)
 {
-    // A child is polished when it is a finished view.
-    if (watched == _manager && event->type() == QEvent::ChildPolished) {
-        if (auto* view = qobject_cast<QorRenderView*>(static_cast<QChildEvent*>(event)->child()))
-            follow(view);
-    }
-    return QDockWidget::eventFilter(watched, event);
-}
-
-void NodeDock::follow(QorRenderView* view)
-{
-    view->setMouseMode(_pickAction->isChecked() ? QorRenderView::PickMode : QorRenderView::NavigationMode);
-    connect(view, &QorRenderView::nodePickedHierachy, this, [this](const std::vector<Orvane::Node*>& nodes) {
-        if (!nodes.empty())
-            setNode(nodes.back());
-    });
-}
-
-void NodeDock::setPicking(bool picking)
-{
-    const auto views = _manager->findChildren<QorRenderView*>();
-    for (QorRenderView* view : views)
-        view->setMouseMode(picking ? QorRenderView::PickMode : QorRenderView::NavigationMode);
+    const QorNodePathMimeData* dragged = draggedNode(event);
+    if (!dragged || !dragged->nodePath().node())
+        return;
+    event->acceptProposedAction();
+    _selection->selectPath(dragged->nodePath());
 }

@@ -1,6 +1,9 @@
 #include "WorkbenchWindow.h"
 
 #include "NodeDock.h"
+#include "Picker.h"
+#include "SceneDock.h"
+#include "Selection.h"
 #include <Orvane/Context.h>
 #include <Orvane/GraphLoader.h>
 #include <Orvane/NodeNameSpace.h>
@@ -20,13 +23,16 @@ using Orvane::Qt4::QorViewManager;
 WorkbenchWindow::WorkbenchWindow(bool interactive)
     : _manager(new QorViewManager(this,
                                   interactive ? QorViewManager::TimerTrigger : QorViewManager::ManualTrigger))
-    , _nodeDock(new NodeDock(_manager, this))
+    , _selection(new Selection(this))
+    , _sceneDock(new SceneDock(_selection, this))
     , _status(new QLabel(this))
 {
     setWindowTitle(tr("Orvane workbench"));
     setCentralWidget(_manager);
-    addDockWidget(Qt::RightDockWidgetArea, _nodeDock);
-    resizeDocks({_nodeDock}, {360}, Qt::Horizontal);
+    auto* nodeDock = new NodeDock(_selection, this);
+    addDockWidget(Qt::RightDockWidgetArea, _sceneDock);
+    addDockWidget(Qt::RightDockWidgetArea, nodeDock);
+    resizeDocks({_sceneDock, nodeDock}, {360, 360}, Qt::Horizontal);
     statusBar()->addPermanentWidget(_status);
 
     QMenu* file = menuBar()->addMenu(tr("&File"));
@@ -42,9 +48,10 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     quit->setShortcut(QKeySequence::Quit);
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
-    view->addAction(_nodeDock->pickAction());
+    view->addAction((new Picker(_manager, _selection, this))->action());
     view->addSeparator();
-    view->addAction(_nodeDock->toggleViewAction());
+    view->addAction(_sceneDock->toggleViewAction());
+    view->addAction(nodeDock->toggleViewAction());
 
     connect(&_statusTimer, &QTimer::timeout, this, &WorkbenchWindow::updateStatus);
     _statusTimer.start(500);
@@ -109,14 +116,19 @@ void WorkbenchWindow::holdTime(double seconds)
         scene->holdTime(seconds);
 }
 
-bool WorkbenchWindow::showNode(const QString& name)
+Orvane::Node* WorkbenchWindow::sceneRoot() const
 {
     Orvane::Context* scene = context();
-    const Orvane::Node* root = scene ? scene->findRoot(Orvane::Scene::_type) : nullptr;
+    return scene ? scene->findRoot(Orvane::Scene::_type) : nullptr;
+}
+
+bool WorkbenchWindow::showNode(const QString& name)
+{
+    const Orvane::Node* root = sceneRoot();
     Orvane::Node* node =
         root ? Orvane::NodeNameSpace::findNode(root->nameSpace(), Orvane::Qt4::toRuntime(name)) : nullptr;
     if (node)
-        _nodeDock->setNode(node);
+        _selection->selectNode(node);
     return node;
 }
 
@@ -125,6 +137,7 @@ void WorkbenchWindow::updateStatus()
     Orvane::Context* scene = context();
     if (!scene)
         return;
+    _sceneDock->setRootNode(sceneRoot());
     const Orvane::FrameStatistics statistics = scene->frameStatistics();
     _status->setText(tr("%1 frames/s   %L2 triangles")
                          .arg(statistics.framesPerSecond, 0, 'f', 1)

@@ -4,11 +4,13 @@
 #include <QTimer>
 #include <memory>
 
-class NodeDock;
 class QLabel;
+class SceneDock;
+class Selection;
 
 namespace Orvane {
 class Context;
+class Node;
 namespace Qt4 {
 class QorViewManager;
 }
@@ -33,21 +35,27 @@ public:
     /// Stops the scene's clock; a negative value lets it run.
     void holdTime(double seconds);
 
-    /// Shows the node of that name in the panel of nodes. False when the scene has none.
+    /// Selects the node of that name. False when the scene has none.
     bool showNode(const QString& name);
+
+    /// What all panels show.
+    Selection* selection() const { return _selection; }
 
     Orvane::Qt4::QorViewManager* viewManager() const { return _manager; }
 
 public slots:
+    /// Shows what the last frames cost, and the tree of the scene that the manager has now.
     void updateStatus();
 
 private:
     void openByDialog();
     void openOrTell(const QString& file);
     Orvane::Context* context() const;
+    Orvane::Node* sceneRoot() const;
 
     Orvane::Qt4::QorViewManager* _manager;
-    NodeDock* _nodeDock;
+    Selection* _selection;
+    SceneDock* _sceneDock;
     QLabel* _status;
     QTimer _statusTimer;
     QString _file;

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <Orvane/NodePath.h>
+#include <Orvane/Observer.h>
+#include <QDockWidget>
+#include <QSet>
+#include <QTimer>
+#include <memory>
+#include <vector>
+
+class QCheckBox;
+class QComboBox;
+class QLineEdit;
+class SceneTreeView;
+class Selection;
+
+namespace Orvane {
+class Node;
+namespace Qt4 {
+class QorObservingScenegraphModel;
+}
+} // namespace Orvane
+
+/// The panel of the scene: a tree that follows the running graph, a filter of node types, and a switch for
+/// the bodies of prototypes. The selected node is opened and shown, a click selects, and nodes can be dragged
+/// out.
+class SceneDock : public QDockWidget
+{
+    Q_OBJECT
+
+public:
+    /// \a selection is borrowed.
+    SceneDock(Selection* selection, QWidget* parent);
+    ~SceneDock() override;
+
+    /// Shows the tree below a node from now on; null for none. Nothing happens when it is shown already.
+    void setRootNode(Orvane::Node* root);
+    SceneTreeView* treeView() const { return _view; }
+
+private:
+    /// Lets go of the tree when its root dies.
+    class EndObserver : public Orvane::Observer
+    {
+    public:
+        explicit EndObserver(SceneDock* dock);
+        void notify(const double& time, Orvane::BaseObject* node, Orvane::BaseObject* second,
+                    Orvane::BaseObject* third) override;
+
+    private:
+        SceneDock* _dock;
+    };
+
+    void applyFilter();
+    void rebuild();
+    void rebuildLater(const QModelIndex& parent);
+    void rebuildChanged();
+    void refresh(const QModelIndex& index);
+    bool isFiltering() const;
+
+    Selection* _selection;
+    SceneTreeView* _view;
+    QComboBox* _filterMode;
+    QLineEdit* _types;
+    QCheckBox* _bodies;
+    std::unique_ptr<Orvane::Qt4::QorObservingScenegraphModel> _model;
+    unsigned long long _rootId = 0;
+    QTimer _rebuildTimer;
+    std::vector<Orvane::NodePath> _changedRows;
+    EndObserver _endObserver;
+};
