@@ -1,8 +1,10 @@
 // The panel of the workbench that follows the node picked in a view, over a scene on the screen.
 #include "NodeDock.h"
+#include "Picker.h"
 #include "QorObservingNodeEditor.h"
 #include "QorRenderView.h"
 #include "QorViewManager.h"
+#include "Selection.h"
 #include <Orvane/Node.h>
 #include <Orvane/NodeType.h>
 #include <Orvane/WindowProc.h>
@@ -42,13 +44,17 @@ private:
     }
 
     QorViewManager* _manager = nullptr;
+    Selection* _selection = nullptr;
+    Picker* _picker = nullptr;
     NodeDock* _dock = nullptr;
 };
 
 void tst_NodeDock::init()
 {
     _manager = new QorViewManager(nullptr, QorViewManager::ManualTrigger);
-    _dock = new NodeDock(_manager, nullptr);
+    _selection = new Selection(_manager);
+    _picker = new Picker(_manager, _selection, _manager);
+    _dock = new NodeDock(_selection, nullptr);
     QVERIFY(_manager->loadContextByString(QStringLiteral("box.x3d"), box.arg(QStringLiteral("First"))));
     _manager->setWindowFlags(_manager->windowFlags() | Qt::FramelessWindowHint);
     _manager->setGeometry(20, 20, 320, 240);
@@ -59,8 +65,8 @@ void tst_NodeDock::init()
 
 void tst_NodeDock::cleanup()
 {
-    delete _manager;
     delete _dock;
+    delete _manager;
 }
 
 void tst_NodeDock::runFrames(int count)
@@ -81,7 +87,7 @@ void tst_NodeDock::press()
 void tst_NodeDock::pressLeadsToTheShapeWhilePickingIsOn()
 {
     QVERIFY(!editor()->node());
-    _dock->pickAction()->trigger();
+    _picker->action()->trigger();
     for (const QorRenderView* view : _manager->findChildren<QorRenderView*>())
         QCOMPARE(view->mouseMode(), QorRenderView::PickMode);
     press();
@@ -94,15 +100,15 @@ void tst_NodeDock::pressNavigatesWhilePickingIsOff()
 {
     press();
     QVERIFY(!editor()->node());
-    _dock->pickAction()->trigger();
-    _dock->pickAction()->trigger();
+    _picker->action()->trigger();
+    _picker->action()->trigger();
     press();
     QVERIFY(!editor()->node());
 }
 
 void tst_NodeDock::replacedSceneEmptiesThePanel()
 {
-    _dock->pickAction()->trigger();
+    _picker->action()->trigger();
     press();
     QCOMPARE(shownName(), QStringLiteral("First"));
     QVERIFY(_manager->loadContextByString(QStringLiteral("box.x3d"), box.arg(QStringLiteral("Second"))));
