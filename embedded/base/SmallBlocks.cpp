@@ -14,8 +14,8 @@ namespace Orvane::smallBlocks {
 
 namespace {
 
-constexpr std::size_t step = 8;        ///< sizes are rounded up to it
-constexpr std::size_t largest = 256;   ///< what is larger comes from the system
+constexpr std::size_t step = 8;         ///< sizes are rounded up to it
+constexpr std::size_t largest = 256;    ///< what is larger comes from the system
 constexpr std::size_t slabSpan = 16384; ///< slabs begin at multiples of it
 
 /// What the system's allocator puts in front of the next slab, which must begin right behind this one.
