@@ -363,7 +363,7 @@ void ClassicEmitter::isConnection(const Field& field, const Field& protoField)
     Level& level = _open.back();
     level.isEmpty = false;
     const std::string protoName = fieldName(*protoField.node()->type(), *protoField._desc, protoField.name());
-    const bool isDeclared = field._desc->objExt() && !isUnknown(owner());
+    const bool isDeclared = isDeclaredField(owner(), field);
     // A declaration says either the value or what the field stands for.
     const bool fits = !(field._desc->partType & FIELDP) || (protoField._desc->partType & FIELDP);
     if (isDeclared && fits && _connected.emplace(&field, protoName).second)

@@ -2,8 +2,10 @@
 
 #include "loader/AccessWord.h"
 #include "loader/ClassicInput.h"
+#include "loader/LoadMessages.h"
 #include "loader/SceneSink.h"
 #include <Orvane/FieldType.h>
+#include <algorithm>
 
 namespace Orvane {
 
@@ -23,10 +25,11 @@ bool isStatement(std::string_view word)
 
 bool isMultiple(NodePartDataType type)
 {
-    return type % 2 == 0; // each type of single values is followed by that of their lists
+    // Each type of single values is followed by that of their lists.
+    return type != NO_DT && type % 2 == 0;
 }
 
-/// So many numbers at least a single value has; 0 for other types.
+/// So many numbers a single value has, at least; 0 for values that are no row of numbers.
 int leastNumbers(NodePartDataType type)
 {
     switch (type) {
@@ -52,6 +55,14 @@ int leastNumbers(NodePartDataType type)
     default:
         return 0;
     }
+}
+
+/// True for the type of lists when so many numbers or texts are more than one value.
+bool areSeveral(NodePartDataType type, int count)
+{
+    if (!isMultiple(type) || type == MFIMAGE_DT)
+        return false;
+    return count > std::max(leastNumbers(static_cast<NodePartDataType>(type - 1)), 1);
 }
 
 std::string nameOf(NodePartDataType type)
@@ -165,11 +176,14 @@ bool ClassicValues::take(NodePartDataType type, const FieldLabel& label, Value& 
     const Shape shape = shapeOf(type);
     if (type == SFSTRING_DT || (shape == ANY && tokens.kind() == Tokens::STRING))
         return takeText(label, value);
-    if (tokens.kind() == Tokens::OPEN_BRACKET && isMultiple(type))
+    if (tokens.kind() == Tokens::OPEN_BRACKET && (isMultiple(type) || type == NO_DT))
         return takeList(shape, label, value);
+    if (shape == ANY && tokens.kind() == Tokens::WORD && !beginsElement())
+        return takeWord(value);
     if (!isElement(shape))
         return fail(label, nameOf(type));
-    // Of many numbers or texts without brackets the field says whether they are one value.
+    const std::string_view first = tokens.text();
+    // Of many numbers without brackets the field says whether they are one value.
     const bool goesOn = tokens.kind() != Tokens::WORD;
     int count = 0;
     do {
@@ -177,6 +191,9 @@ bool ClassicValues::take(NodePartDataType type, const FieldLabel& label, Value& 
         ++count;
     } while (goesOn && isElement(shape) && tokens.kind() != Tokens::WORD);
     value.text = tokens.since(value.offset);
+    if (areSeveral(type, count))
+        _input.warn(value.offset,
+                    toString(label) + ": expected [ in front of several values, found " + quoted(first));
     const bool isBroken = count < leastNumbers(type) && tokens.kind() == Tokens::WORD && !beginsElement();
     if (!isBroken)
         return true;
@@ -184,6 +201,14 @@ bool ClassicValues::take(NodePartDataType type, const FieldLabel& label, Value& 
     while (tokens.kind() == Tokens::NUMBER)
         tokens.next();
     return false;
+}
+
+/// A word that means something to nodes that nobody knows.
+bool ClassicValues::takeWord(Value& value)
+{
+    value.text = _input.tokens.text();
+    _input.tokens.next();
+    return true;
 }
 
 bool ClassicValues::takeText(const FieldLabel& label, Value& value)

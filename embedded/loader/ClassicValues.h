@@ -53,6 +53,7 @@ private:
 
     static Shape shapeOf(NodePartDataType type);
     bool isElement(Shape shape) const;
+    bool takeWord(Value& value);
     bool takeText(const FieldLabel& label, Value& value);
     bool takeList(Shape shape, const FieldLabel& label, Value& value);
     void skipList();

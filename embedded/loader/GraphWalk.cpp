@@ -37,12 +37,6 @@ const Node* modelOf(const Node& node)
     return declaration ? declaration->model.get() : nullptr;
 }
 
-/// True for a field that an author gave to one node.
-bool isDeclaredField(const Node& node, const Field& field)
-{
-    return field._desc->objExt() && !isUnknown(*node.type());
-}
-
 } // namespace
 
 GraphWalk::GraphWalk(const Node& root, const SaveOptions& options, SceneEmitter& emitter, SaveNotes& notes)
@@ -108,7 +102,7 @@ std::vector<const Field*> GraphWalk::contentOf(const Node& node) const
     const unsigned int count = node.partDescCount();
     for (unsigned int part = 0; part < count; ++part) {
         const Field& field = readField(node, part);
-        if (isDeclaredField(node, field) && !field._desc->privateAccess())
+        if (isDeclaredField(*node.type(), field) && !field._desc->privateAccess())
             declared.push_back(&field);
         else if (holdsNodes(field) && isWritten(node, field))
             fields.push_back(&field);
@@ -320,7 +314,7 @@ void GraphWalk::writeTree(const Node* top, const Field* holder)
             continue;
         }
         const Field& field = *level.fields[level.field];
-        const bool isDeclared = isDeclaredField(*level.node, field);
+        const bool isDeclared = isDeclaredField(*level.node->type(), field);
         const bool hasContent = hasNodes(field) && !hasValueByIs(field);
         if (!level.isInField) {
             level.isInField = true;
@@ -364,7 +358,7 @@ void GraphWalk::writeValues(const Node& node)
     const unsigned int count = node.partDescCount();
     for (unsigned int part = 0; part < count; ++part) {
         const Field& field = readField(node, part);
-        if (!holdsNodes(field) && !isDeclaredField(node, field) && isWritten(node, field))
+        if (!holdsNodes(field) && !isDeclaredField(*node.type(), field) && isWritten(node, field))
             _emitter.value(field);
     }
 }

@@ -1,9 +1,11 @@
 #include "loader/NodeFields.h"
 
 #include "base/Graph.h"
+#include "loader/ChildPlacement.h"
 #include <Orvane/MFNode.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>
+#include <Orvane/NodeType.h>
 #include <Orvane/SFNode.h>
 #include <unordered_map>
 #include <utility>
@@ -14,6 +16,11 @@ namespace Orvane {
 bool holdsNodes(const Field& field)
 {
     return field.dataType() == SFNODE_DT || field.dataType() == MFNODE_DT;
+}
+
+bool isDeclaredField(const NodeType& owner, const Field& field)
+{
+    return field._desc->objExt() && !isUnknown(owner) && !owner.isProto();
 }
 
 int linkCount(const Field& field)

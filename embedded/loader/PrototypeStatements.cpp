@@ -241,6 +241,8 @@ Field* SceneBuilder::findIsEnd(std::string_view name, const Field& outer, Source
     if (part < 0) {
         if (Field* field = owner.findField(text, Node::EXACT_FSO))
             return field->_desc->privateAccess() ? nullptr : field;
+        if (Field* field = metadataOf(owner, text))
+            return field;
         part = outer.partType() & EVENTINP ? owner.findEventInSlotID(text) : owner.findEventOutSlotID(text);
     }
     if (part < 0 && isUnknown(*owner.type()))

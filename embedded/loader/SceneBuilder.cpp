@@ -281,6 +281,8 @@ Field* SceneBuilder::fieldForChild(const Node& child, std::string_view container
         Field* field = parent.findField(std::string(container), Node::EXACT_FSO);
         if (!field && isUnknown(*parent.type()))
             return addToNode(parent, container, MFNODE_DT, EXPOSEDFIELDP, at);
+        if (!field)
+            field = metadataOf(parent, container);
         const int part = field ? static_cast<int>(field->_desc->id) : partIndex(*parent.type(), container);
         if (part >= 0 && ChildPlacement::holdsNodes(parent, static_cast<unsigned int>(part)))
             return &editField(parent, static_cast<unsigned int>(part));
@@ -296,6 +298,8 @@ Field* SceneBuilder::fieldForChild(const Node& child, std::string_view container
         Field* field = parent.findField(name, Node::EXACT_FSO);
         return field ? field : addToNode(parent, name, MFNODE_DT, EXPOSEDFIELDP, at);
     }
+    if (Field* field = metadataOf(parent, containerField(type)))
+        return field;
     warn(at, parent.type()->name + ": expected nodes that one of its fields takes, found " + type.name);
     return nullptr;
 }
@@ -348,9 +352,20 @@ Field* SceneBuilder::findField(std::string_view name, SourcePlace at)
                              : owner.findField(std::string(name), Node::EXACT_FSO);
     if (field && field->_desc->privateAccess())
         field = nullptr;
+    if (!field)
+        field = metadataOf(owner, name);
     if (!field && !isUnknown(*owner.type()))
         warn(at, owner.type()->name + ": expected one of its fields, found " + quoted(name));
     return field;
+}
+
+/// An instance may bear metadata as any node does, although no prototype declares the field.
+Field* SceneBuilder::metadataOf(Node& owner, std::string_view name)
+{
+    if (name != "metadata" || !owner.type()->isProto())
+        return nullptr;
+    Field* field = owner.findField("metadata", Node::EXACT_FSO);
+    return field ? field : addField(owner, name, SFNODE_DT, EXPOSEDFIELDP);
 }
 
 /// Adds a field that the scene gives to one node; null, and told, when the node cannot have it.

@@ -90,6 +90,7 @@ private:
     bool link(Field& field, Node& child, SourcePlace at);
     bool wouldContainItself(const Node& child, const Field& field) const;
     Field* findField(std::string_view name, SourcePlace at);
+    Field* metadataOf(Node& owner, std::string_view name);
     void setValue(Field& field, std::string_view text, SourcePlace at);
     void keepUnknownValue(std::string_view name, std::string_view text, SourcePlace at);
     Field* addToNode(Node& owner, std::string_view name, NodePartDataType dataType, NodePartType access,

@@ -3,6 +3,7 @@
 #include "base/Graph.h"
 #include "base/TextCoding.h"
 #include "loader/FileText.h"
+#include "loader/NodeFields.h"
 #include "loader/SaveNotes.h"
 #include "loader/XmlText.h"
 #include <Orvane/EventInSlot.h>
@@ -39,6 +40,14 @@ std::string_view accessWord(NodePartType access)
 bool isInstance(const Node& node)
 {
     return node.type()->isProto() || isMarkedInstance(node);
+}
+
+/// True for a field of an instance whose value is an element that names it. Metadata stand in the instance as
+/// in any node.
+bool isInstanceValue(const Field& field)
+{
+    const Node& node = *field.node();
+    return isInstance(node) && !(node.type()->isProto() && field._desc->objExt());
 }
 
 /// True for a value that stands better as a text of its own than in an attribute.
@@ -205,8 +214,7 @@ void XmlEmitter::container(const Node& node, const Field* holder)
     if (!holder && _isUnseen && _open.empty() && !isUnknown(*node.type()) &&
         containerField(*node.type()) != "children")
         attribute("containerField", "children");
-    if (!holder || isInstance(*holder->node()) ||
-        (holder->_desc->objExt() && !isUnknown(*holder->node()->type())))
+    if (!holder || isInstanceValue(*holder) || isDeclaredField(*holder->node()->type(), *holder))
         return;
     const Node& parent = *holder->node();
     const std::string_view byType = isUnknown(*node.type()) ? "children" : containerField(*node.type());
@@ -296,7 +304,7 @@ void XmlEmitter::beginNodes(const Field& field, bool hasNodes)
 {
     if (!_open.empty())
         writeConnections(_open.back());
-    if (!_open.back().isInstance)
+    if (!isInstanceValue(field))
         return;
     _out.newLine();
     _out += "<fieldValue";
@@ -305,9 +313,9 @@ void XmlEmitter::beginNodes(const Field& field, bool hasNodes)
     _out.deeper();
 }
 
-void XmlEmitter::endNodes(const Field&, bool hasNodes)
+void XmlEmitter::endNodes(const Field& field, bool hasNodes)
 {
-    if (!_open.back().isInstance)
+    if (!isInstanceValue(field))
         return;
     _out.higher();
     if (!hasNodes)

@@ -196,6 +196,8 @@ bool XmlWalk::enter(xml_node node, bool& descend)
         }
         if (!beginNode(node, name, false, descend))
             return false;
+        if (_openBodies > 0)
+            moveConnections(node);
         break;
     case Element::INSTANCE:
         if (!beginNode(node, needed(node, "name"), true, descend))
@@ -228,6 +230,7 @@ bool XmlWalk::enter(xml_node node, bool& descend)
     case Element::PROTO_BODY:
         if (!_open.empty() && _open.back() == Element::PROTO)
             _sink.beginProtoBody();
+        ++_openBodies;
         break;
     case Element::EXTERN_PROTO:
         _sink.beginExternProto(needed(node, "name"), needed(node, "url"), place(node));
@@ -258,6 +261,9 @@ void XmlWalk::leave()
         break;
     case Element::PROTO:
         _sink.endProto();
+        break;
+    case Element::PROTO_BODY:
+        --_openBodies;
         break;
     case Element::EXTERN_PROTO:
         _sink.endExternProto();
@@ -299,6 +305,24 @@ bool XmlWalk::beginNode(xml_node node, std::string_view type, bool isInstance, b
         _sink.fieldValue(attributeName, attribute.value(), place(attribute));
     }
     return true;
+}
+
+/// Moves what an IS connects behind the fields that the node declares, as those may stand after it.
+void XmlWalk::moveConnections(xml_node node)
+{
+    xml_node behind;
+    for (const xml_node child : node.children("field"))
+        behind = child;
+    if (!behind)
+        return;
+    const xml_node last = behind;
+    xml_node child = node.first_child();
+    while (child != last) {
+        const xml_node next = child.next_sibling();
+        if (std::strcmp(child.name(), "IS") == 0)
+            behind = node.insert_move_after(child, behind);
+        child = next;
+    }
 }
 
 /// The value of an attribute without which the element means nothing.

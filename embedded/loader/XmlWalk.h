@@ -73,12 +73,14 @@ private:
     void readRoute(pugi::xml_node node);
     void readExchange(pugi::xml_node node, bool isImport);
     void readText(pugi::xml_node node);
+    static void moveConnections(pugi::xml_node node);
 
     const SourceText& _text;
     const char* _buffer;
     SceneSink& _sink;
     LoadMessages& _messages;
     std::vector<Element> _open; ///< the elements between the scene and the present one
+    unsigned int _openBodies = 0;
 };
 
 } // namespace Orvane

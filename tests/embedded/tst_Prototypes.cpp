@@ -108,7 +108,10 @@ private slots:
     void connectionsThatCannotBeAreTold();
     void oneFieldCanFillSeveral();
     void scriptFieldsCanBeConnected();
+    void connectionsMayStandBeforeTheFields();
     void nodesAreHandedIntoTheBody();
+    void instancesBearMetadata_data();
+    void instancesBearMetadata();
     void defaultNodesAreCopiedForEachInstance();
     void emptyNodeValueReplacesTheDefault();
     void nestedInstancesPassOn();
@@ -292,6 +295,50 @@ void tst_Prototypes::scriptFieldsCanBeConnected()
     QCOMPARE(LoadedText::value(inBody(scene.find("B")), "url"), QStringLiteral("\"ecmascript: \""));
     QVERIFY(fieldOf(inBody(scene.find("B")), "own")._desc->objExt());
     QCOMPARE(fieldOf(inBody(scene.find("B")), "go").inRouteCount(false, true), 1U);
+}
+
+void tst_Prototypes::connectionsMayStandBeforeTheFields()
+{
+    const LoadedText scene(proto("P", field("speed", "SFFloat", "inputOutput", " value='2'/>"),
+                                 "<Script>" + is("pace", "speed") + "<MetadataString name='m'/>" +
+                                     field("pace", "SFFloat", "inputOutput") + "</Script>") +
+                           instance("P", "A"));
+    QCOMPARE(scene.messages(), QStringList());
+    QCOMPARE(LoadedText::value(inBody(scene.find("A")), "pace"), QStringLiteral("2"));
+}
+
+void tst_Prototypes::instancesBearMetadata_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("text");
+    const std::string group = proto("P", "", "<Group/>");
+    const auto xml = [](const std::string& nodes) {
+        return QString::fromStdString(LoadedText::document(nodes));
+    };
+    QTest::newRow("XML") << "scene.x3d"
+                         << xml(group + instance("P", "A", "<MetadataString DEF='M' name='m'/>"));
+    QTest::newRow("XML, named field")
+        << "scene.x3d"
+        << xml(group + instance("P", "A", "<MetadataString DEF='M' containerField='metadata' name='m'/>"));
+    QTest::newRow("XML, value") << "scene.x3d"
+                                << xml(group + instance("P", "A",
+                                                        "<fieldValue name='metadata'><MetadataString DEF='M' "
+                                                        "name='m'/></fieldValue>"));
+    QTest::newRow("classic") << "scene.x3dv"
+                             << "#X3D V3.3 utf8\nPROFILE Full\nPROTO P [ ] { Group { } }\n"
+                                "DEF A P { metadata DEF M MetadataString { name \"m\" } }";
+}
+
+void tst_Prototypes::instancesBearMetadata()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, text);
+    const LoadedText scene;
+    QVERIFY(scene.context().load(name.toStdString(), text.toStdString(), Context::REPLACE_LT, {}));
+    QCOMPARE(scene.messages(), QStringList());
+    QVERIFY(scene.find("M"));
+    QCOMPARE(nodeIn(scene.find("A"), "metadata"), scene.find("M"));
+    QCOMPARE(LoadedText::outline(inBody(scene.find("A"))), QStringLiteral("Group"));
 }
 
 void tst_Prototypes::nodesAreHandedIntoTheBody()

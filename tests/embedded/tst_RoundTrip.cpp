@@ -201,6 +201,13 @@ void tst_RoundTrip::writtenScenesSurviveAllPairsOfEncodings_data()
         "bboxSize='3 3 3'/><Group USE='A'/><TimeSensor DEF='T'/><ROUTE fromNode='T' fromField='isActive' "
         "toNode='A' toField='bboxDisplay'/>");
     row("engine", "<Engine DEF='E'><Window size='300 200'><Viewarea/></Window></Engine><Group/>");
+    row("metadata of instances",
+        "<ProtoDeclare name='P'><ProtoInterface><field name='v' type='SFFloat' accessType='inputOutput' "
+        "value='1'/></ProtoInterface><ProtoBody><Group/></ProtoBody></ProtoDeclare><ProtoDeclare name='Q'>"
+        "<ProtoBody><ProtoInstance name='P'><MetadataString name='inner'/></ProtoInstance></ProtoBody>"
+        "</ProtoDeclare><ProtoInstance name='P' DEF='A'><fieldValue name='v' value='2'/><MetadataString "
+        "DEF='M' name='m' value='\"x\"'/></ProtoInstance><ProtoInstance name='P'><MetadataString "
+        "USE='M'/></ProtoInstance><ProtoInstance name='Q'/>");
     row("metadata of the scene", "<MetadataString name='m' value='\"x\"'/><Group/>");
     row("long lists", "<Shape><PointSet><Coordinate point='0 0 0 1 1 1 2 2 2 3 3 3 4 4 4 5 5 5 6 6 6 7 7 7 8 "
                       "8 8 9 9 9 10 10 10 11 11 11 12 12 12 13 13 13 14 14 14 15 15 15'/></PointSet></Shape>"

@@ -18,6 +18,7 @@ private slots:
     void neighbouringTextsAreOne();
     void commentsAndProcessingInstructionsAreNothing();
     void prototypesComeInOrder();
+    void connectionsComeBehindTheFields();
     void statementsAreRead();
     void statementsWithoutTheirAttributesAreTold();
     void entitiesAndLineEndsOfAttributes();
@@ -152,6 +153,34 @@ void tst_XmlReader::prototypesComeInOrder()
             "1'/><fieldValue "
             "name='n'><Box/></fieldValue></ProtoInstance>"),
         expected);
+}
+
+void tst_XmlReader::connectionsComeBehindTheFields()
+{
+    const auto body = [this](const std::string& content) {
+        QStringList events = scene("<ProtoDeclare name='P'><ProtoInterface/><ProtoBody><Script>" + content +
+                                   "</Script></ProtoBody></ProtoDeclare>");
+        return events.filter(QRegularExpression(QStringLiteral("^(is|field|node Group) ")));
+    };
+    const std::string first = "<IS><connect nodeField='a' protoField='x'/></IS>";
+    const std::string second = "<IS><connect nodeField='b' protoField='y'/></IS>";
+    const std::string fields = "<field name='a' type='SFFloat' accessType='inputOutput'/><Group/>"
+                               "<field name='b' type='SFFloat' accessType='inputOutput'/>";
+    const QString field = QStringLiteral("field %1 %2 %3 -");
+    const QStringList expected = {
+        field.arg(QStringLiteral("a")).arg(SFFLOAT_DT).arg(EXPOSEDFIELDP),
+        field.arg(QStringLiteral("b")).arg(SFFLOAT_DT).arg(EXPOSEDFIELDP),
+        QStringLiteral("is a x"),
+        QStringLiteral("is b y"),
+    };
+    const auto withoutNodes = [](const QStringList& events) {
+        return events.filter(QRegularExpression(QStringLiteral("^(is|field) ")));
+    };
+    QCOMPARE(withoutNodes(body(first + second + fields)), expected);
+    QCOMPARE(withoutNodes(body(first + "<Group/>" + fields + second)), expected);
+    QCOMPARE(withoutNodes(body(fields + first + second)), expected);
+    QCOMPARE(body(first + fields + second).size(), 5);
+    QVERIFY(_report.messages.empty());
 }
 
 void tst_XmlReader::statementsAreRead()
