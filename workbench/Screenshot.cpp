@@ -14,6 +14,7 @@
 #include <QWindow>
 #include <QorRenderView.h>
 #include <QorViewManager.h>
+#include <QorWindowToolbar.h>
 
 namespace {
 
@@ -57,6 +58,7 @@ bool takeScreenshot(WorkbenchWindow& window, FrameGrabber& grabber, const Comman
         const auto panels = window.findChildren<QDockWidget*>();
         for (QDockWidget* panel : panels)
             panel->hide();
+        window.showButtons(false);
     }
     window.resize(commandLine.size);
     window.show();
@@ -93,6 +95,12 @@ bool takeScreenshot(WorkbenchWindow& window, FrameGrabber& grabber, const Comman
         const QImage content = grabber.picture(gl);
         if (gl->isVisibleTo(&shown) && !content.isNull())
             painter.drawImage(gl->mapTo(&shown, QPoint(0, 0)), content);
+    }
+    // The strips of buttons lie over the GL widgets.
+    const auto strips = shown.findChildren<Orvane::Qt4::QorWindowToolbar*>();
+    for (Orvane::Qt4::QorWindowToolbar* strip : strips) {
+        if (strip->isVisibleTo(&shown))
+            painter.drawPixmap(strip->mapTo(&shown, QPoint(0, 0)), strip->grab());
     }
     painter.end();
 

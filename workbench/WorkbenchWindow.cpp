@@ -9,15 +9,18 @@
 #include <Orvane/NodeNameSpace.h>
 #include <Orvane/Scene.h>
 #include <QAction>
+#include <QChildEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
+#include <QorRenderView.h>
 #include <QorTools.h>
 #include <QorViewManager.h>
 #include <SAI/SAIBrowserRef.h>
 
+using Orvane::Qt4::QorRenderView;
 using Orvane::Qt4::QorViewManager;
 
 WorkbenchWindow::WorkbenchWindow(bool interactive)
@@ -25,8 +28,15 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
                                   interactive ? QorViewManager::TimerTrigger : QorViewManager::ManualTrigger))
     , _selection(new Selection(this))
     , _sceneDock(new SceneDock(_selection, this))
+    , _buttonsAction(new QAction(tr("&Buttons in the views"), this))
     , _status(new QLabel(this))
 {
+    _buttonsAction->setCheckable(true);
+    _buttonsAction->setChecked(true);
+    _buttonsAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_B));
+    connect(_buttonsAction, &QAction::toggled, this, &WorkbenchWindow::showButtons);
+    _manager->installEventFilter(this);
+
     setWindowTitle(tr("Orvane workbench"));
     setCentralWidget(_manager);
     auto* nodeDock = new NodeDock(_selection, this);
@@ -50,6 +60,7 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addAction((new Picker(_manager, _selection, this))->action());
     view->addSeparator();
+    view->addAction(_buttonsAction);
     view->addAction(_sceneDock->toggleViewAction());
     view->addAction(nodeDock->toggleViewAction());
 
@@ -59,6 +70,24 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
 }
 
 WorkbenchWindow::~WorkbenchWindow() = default;
+
+void WorkbenchWindow::showButtons(bool visible)
+{
+    _buttonsAction->setChecked(visible);
+    const auto views = _manager->findChildren<QorRenderView*>();
+    for (QorRenderView* view : views)
+        view->setToolbar(visible);
+}
+
+bool WorkbenchWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    // A manager hides the buttons of its views; a child is polished when it is a finished view.
+    if (watched == _manager && event->type() == QEvent::ChildPolished) {
+        if (auto* view = qobject_cast<QorRenderView*>(static_cast<QChildEvent*>(event)->child()))
+            view->setToolbar(_buttonsAction->isChecked());
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
 
 Orvane::Context* WorkbenchWindow::context() const
 {
@@ -75,6 +104,8 @@ bool WorkbenchWindow::open(const QString& file)
     if (ok) {
         _file = path;
         setWindowTitle(tr("%1 - Orvane workbench").arg(QFileInfo(file).fileName()));
+        if (auto* view = _manager->findChild<QorRenderView*>())
+            view->setFocus();
     } else if (Orvane::Context* scene = context()) {
         for (const Orvane::LoadMessage& message : scene->loadReport().messages) {
             if (message.severity == Orvane::LoadMessage::ERROR_LM)

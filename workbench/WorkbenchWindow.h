@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <memory>
 
+class QAction;
 class QLabel;
 class SceneDock;
 class Selection;
@@ -43,9 +44,15 @@ public:
 
     Orvane::Qt4::QorViewManager* viewManager() const { return _manager; }
 
+    /// Shows or hides the strip of buttons in each view.
+    void showButtons(bool visible);
+
 public slots:
     /// Shows what the last frames cost, and the tree of the scene that the manager has now.
     void updateStatus();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void openByDialog();
@@ -56,6 +63,7 @@ private:
     Orvane::Qt4::QorViewManager* _manager;
     Selection* _selection;
     SceneDock* _sceneDock;
+    QAction* _buttonsAction;
     QLabel* _status;
     QTimer _statusTimer;
     QString _file;

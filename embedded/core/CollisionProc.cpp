@@ -57,6 +57,11 @@ void CollisionProc::showProxy()
     _outer->addChild(_proxy);
 }
 
+Node* CollisionProc::childOf(const osg::NodePtr& shown) const
+{
+    return _proxy && shown == osg::NodePtr(_proxy) ? proxyPart.readNode(node()) : GroupProc::childOf(shown);
+}
+
 void CollisionProc::collide(double time)
 {
     if (!enabledPart.read<SFBool>(node()).value())

@@ -14,6 +14,8 @@ public:
     void tick(double time) override;
 
     osg::NodePtr tree() const override { return _outer; }
+    /// The proxy counts as a child.
+    Node* childOf(const osg::NodePtr& shown) const override;
 
     /// The viewer runs into something in this group; told anew in each frame in which it does.
     void collide(double time);

@@ -37,7 +37,7 @@ public:
 
     /// The child below which \a shown stands, a node right below the group's content in OpenSG's graph; null
     /// when there is none.
-    Node* childOf(const osg::NodePtr& shown) const;
+    virtual Node* childOf(const osg::NodePtr& shown) const;
 
     /// Adds the sensors among the children, which sense the pointer over all of them.
     void collectSensors(std::vector<PointingSensorProc*>& sensors) const;

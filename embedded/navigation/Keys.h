@@ -23,6 +23,8 @@ struct Buttons
     static constexpr int middle = 4;
     static constexpr int wheelUp = 8;
     static constexpr int wheelDown = 16;
+    /// The pointer may tremble this far, in pixels, and it still is a click.
+    static constexpr double clickSlack = 3.0;
 };
 
 } // namespace Orvane

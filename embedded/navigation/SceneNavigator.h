@@ -85,7 +85,10 @@ private:
     void click(double time);
 
     bool castRay(double x, double y, osg::Vec3d& point, osg::NodePtr* geometry) const;
+    /// What turns the scene when the pointer goes down here.
     ExamineMotion motionAt(double x, double y) const;
+    /// What shifts it, or brings it nearer.
+    ExamineMotion motionTo(double x, double y) const;
     ExamineMotion motionRound(const osg::Vec3d& pivot) const;
     osg::Vec3d pointAhead() const;
     double sceneSize() const;

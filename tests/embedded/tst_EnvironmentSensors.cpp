@@ -261,8 +261,9 @@ void tst_EnvironmentSensors::collisionTellsOfTheViewer()
 
 void tst_EnvironmentSensors::proxyStandsInTheWayUnseen()
 {
-    PointerScene scene("<Collision DEF='C'><Shape><Box/></Shape><Transform containerField='proxy' "
-                       "translation='0 0 3'><Shape><Box size='1 1 1'/></Shape></Transform></Collision>");
+    PointerScene scene(
+        "<Collision DEF='C'><Shape><Box/></Shape><Transform DEF='P' containerField='proxy' "
+        "translation='0 0 3'><Shape DEF='S'><Box size='1 1 1'/></Shape></Transform></Collision>");
     auto& proc = *procAs<SceneProc>(scene.context->findRoot(Scene::_type));
     const osg::Line ray(osg::Pnt3f(0, 0, 10), osg::Vec3f(0, 0, -1));
     SceneHit hit;
@@ -270,7 +271,9 @@ void tst_EnvironmentSensors::proxyStandsInTheWayUnseen()
     QCOMPARE(hit.distance, 9.0F);
     QVERIFY(proc.castRay(ray, hit, ObstacleTarget));
     QCOMPARE(hit.distance, 6.5F);
-    QCOMPARE(hit.nodes.back(), scene.find("C"));
+    // The way to what was hit leads through the proxy.
+    QCOMPARE(hit.nodes,
+             (std::vector<Node*>{&proc.node(), scene.find("C"), scene.find("P"), scene.find("S")}));
     const osg::Line beside(osg::Pnt3f(0.8F, 0, 10), osg::Vec3f(0, 0, -1));
     QVERIFY(proc.castRay(beside, hit));
     QVERIFY(!proc.castRay(beside, hit, ObstacleTarget));

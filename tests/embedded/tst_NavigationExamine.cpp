@@ -32,6 +32,7 @@ private slots:
     void middleDragKeepsThePointUnderThePointer();
     void rightDragChangesTheDistance();
     void wheelGoesToThePointUnderThePointer();
+    void authoredCenterOfRotationIsForTurningAlone();
     void wheelThereAndBackComesBack();
     void wheelNeverPassesTheSurface();
     void arrowKeysTurn();
@@ -178,6 +179,18 @@ void tst_NavigationExamine::wheelGoesToThePointUnderThePointer()
     const osg::Vec2f after = scene.seenAt(osg::Vec3f(0.9F, 0.9F, 1));
     QVERIFY((after - before).length() < 2.0F);
     QVERIFY(scene.eye()[2] < 8.0F);
+}
+
+void tst_NavigationExamine::authoredCenterOfRotationIsForTurningAlone()
+{
+    NavigationScene scene("<Viewpoint centerOfRotation='50 0 -100'/>" + box);
+    const osg::Vec3f corner(0.9F, 0.9F, 1);
+    osg::Vec2f before = scene.seenAt(corner);
+    scene.wheel(true, qRound(before[0]), qRound(before[1]));
+    QVERIFY((scene.seenAt(corner) - before).length() < 2.0F);
+    before = scene.seenAt(corner);
+    scene.drag(4, qRound(before[0]), qRound(before[1]), qRound(before[0]) + 40, qRound(before[1]) + 20);
+    QVERIFY((scene.seenAt(corner) - before - osg::Vec2f(40, 20)).length() < 2.0F);
 }
 
 void tst_NavigationExamine::wheelThereAndBackComesBack()

@@ -37,6 +37,8 @@ private slots:
     void wallIsPassedAlongside();
     void collisionThatIsOffIsNoWall();
     void collisionIsTold();
+    void collisionWithAProxyIsTold_data();
+    void collisionWithAProxyIsTold();
     void stepIsClimbed();
     void tableIsNoStep();
     void edgeLetsFall();
@@ -220,6 +222,34 @@ void tst_NavigationTravel::collisionIsTold()
     scene.runFor(1.0);
     QCOMPARE(scene.get("C", "isActive"), std::string("TRUE"));
     QVERIFY(scene.get("C", "collideTime") != "-1" && scene.get("C", "collideTime") != "0");
+    scene.window().keyRelease('w');
+    scene.runFor(0.1);
+    QCOMPARE(scene.get("C", "isActive"), std::string("FALSE"));
+}
+
+void tst_NavigationTravel::collisionWithAProxyIsTold_data()
+{
+    const std::string wall = "'0 1.5 9'><Shape><Box size='10 3 0.2'/></Shape></Transform>";
+    QTest::addColumn<QByteArray>("collision");
+    QTest::newRow("group") << QByteArray::fromStdString(
+        "<Collision DEF='C'><Transform containerField='proxy' translation=" + wall + "</Collision>");
+    QTest::newRow("shape") << QByteArray("<Transform translation='0 1.5 9'><Collision DEF='C'>"
+                                         "<Shape containerField='proxy'><Box size='10 3 0.2'/></Shape>"
+                                         "</Collision></Transform>");
+    QTest::newRow("collision in a proxy")
+        << QByteArray::fromStdString("<Collision><Collision DEF='C' containerField='proxy'>"
+                                     "<Transform translation=" +
+                                     wall + "</Collision></Collision>");
+}
+
+void tst_NavigationTravel::collisionWithAProxyIsTold()
+{
+    QFETCH(QByteArray, collision);
+    NavigationScene scene(walk + viewpoint + ground + collision.toStdString());
+    scene.window().keyPress('w');
+    scene.runFor(1.0);
+    QVERIFY(scene.eye()[2] > 9.0F);
+    QCOMPARE(scene.get("C", "isActive"), std::string("TRUE"));
     scene.window().keyRelease('w');
     scene.runFor(0.1);
     QCOMPARE(scene.get("C", "isActive"), std::string("FALSE"));

@@ -1,0 +1,117 @@
+// What messages and keys ask of a navigator.
+
+#include "core/SceneProc.h"
+#include "core/ViewpointProc.h"
+#include "engine/ViewareaBehaviour.h"
+#include "navigation/SceneNavigator.h"
+#include <algorithm>
+
+namespace Orvane {
+
+void SceneNavigator::setMode(NavigationMode mode)
+{
+    if (mode == _mode)
+        return;
+    _mode = mode;
+    _drag.reset();
+    _pinch.reset();
+    _keys.releaseAll();
+    _travel.stop();
+    _hasWalked = false;
+}
+
+void SceneNavigator::choose(NavigationMode mode)
+{
+    if (_view.settings().allows(mode))
+        setMode(mode);
+}
+
+void SceneNavigator::examine(double)
+{
+    choose(NavigationMode::Examine);
+}
+
+void SceneNavigator::walk(double)
+{
+    choose(NavigationMode::Walk);
+}
+
+void SceneNavigator::fly(double)
+{
+    choose(NavigationMode::Fly);
+}
+
+void SceneNavigator::lookAt(double)
+{
+    choose(NavigationMode::LookAt);
+}
+
+void SceneNavigator::firstViewpoint(double time)
+{
+    goToViewpoint([](std::size_t, std::size_t) { return std::size_t(0); }, time);
+}
+
+void SceneNavigator::previousViewpoint(double time)
+{
+    goToViewpoint([](std::size_t now, std::size_t count) { return (now + count - 1) % count; }, time);
+}
+
+void SceneNavigator::nextViewpoint(double time)
+{
+    goToViewpoint([](std::size_t now, std::size_t count) { return (now + 1) % count; }, time);
+}
+
+void SceneNavigator::lastViewpoint(double time)
+{
+    goToViewpoint([](std::size_t, std::size_t count) { return count - 1; }, time);
+}
+
+void SceneNavigator::goToViewpoint(std::size_t (*choice)(std::size_t now, std::size_t count), double time)
+{
+    SceneProc* const scene = _viewarea.scene();
+    if (!scene)
+        return;
+    const std::vector<BindableProc*>& all = scene->stack(BindableKind::Viewpoint).all();
+    if (all.empty())
+        return;
+    const auto found = std::find(all.begin(), all.end(), _viewarea.viewpoint());
+    const std::size_t now = found == all.end() ? 0 : static_cast<std::size_t>(found - all.begin());
+    auto& chosen = static_cast<ViewpointProc&>(*all[choice(now, all.size())]);
+    if (&chosen == _viewarea.viewpoint())
+        _view.travelBack(time);
+    else
+        _viewarea.look(chosen, time);
+}
+
+void SceneNavigator::showAll(double time)
+{
+    if (SceneProc* const scene = _viewarea.scene())
+        _view.travelToSee(SceneBounds::of(*scene), time);
+}
+
+void SceneNavigator::resetPosition(double time)
+{
+    _view.travelBack(time);
+}
+
+void SceneNavigator::toggleHeadlight(double)
+{
+    _display.toggleHeadlight();
+}
+
+void SceneNavigator::toggleVolumes(double)
+{
+    _display.toggleVolumes();
+}
+
+void SceneNavigator::nextDrawMode(double)
+{
+    _display.nextDrawMode();
+}
+
+void SceneNavigator::nextInfoScreen(double)
+{
+    _display.nextInfoScreen();
+}
+
+} // namespace Orvane
