@@ -415,6 +415,8 @@ void SAIBrowserRef::dispose()
 
 int GraphLoader::getFormatList(std::list<std::string>& formats, FormatStyle style)
 {
+    if (Tiny::switches().noFormats)
+        return 0;
     const bool filters = style == FILTER_FS;
     formats.push_back(filters ? "Tiny one (*.one)" : "Tiny one");
     formats.push_back(filters ? "Tiny two (*.two *.zwei)" : "Tiny two");
@@ -423,6 +425,8 @@ int GraphLoader::getFormatList(std::list<std::string>& formats, FormatStyle styl
 
 int GraphLoader::getSuffixList(std::list<std::string>& suffixes)
 {
+    if (Tiny::switches().noFormats)
+        return 0;
     suffixes.insert(suffixes.end(), {"one", "two", "zwei"});
     return 3;
 }

@@ -40,6 +40,7 @@ struct Switches
     bool refuseContext = false; ///< `Context::create` gives null
     bool refuseLoad = false;    ///< both loads fail
     bool refuseRoutes = false;  ///< `Route::create` gives null
+    bool noFormats = false;     ///< no file formats, no suffixes
     std::vector<double> waits;  ///< results of the next frames, the first one first
     double wait = 1000.0;       ///< result of a frame when `waits` is empty
     std::function<void(Orvane::Context*)> onFrame;

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "QorExport.h"
+#include <QtCore/QStringList>
+#include <QtWidgets/QFileDialog>
+
+class QCheckBox;
+class QGridLayout;
+
+namespace Orvane::Qt4 {
+
+/// A file dialog that knows the runtime's file formats and has a check box for each export option below the
+/// file names. It only holds the options: whoever opened it reads them. Owned by its parent.
+class QOR_EXPORT QorFileDialog : public QFileDialog
+{
+    Q_OBJECT
+
+public:
+    /// All options are off.
+    explicit QorFileDialog(QWidget* parent = nullptr);
+    ~QorFileDialog() override;
+
+    /// The name filters: all files, all files of known formats, and one for each format of the runtime.
+    static QStringList buildFileFilters();
+
+    bool isSkippingRoot() const;
+    void setSkipRoot(bool on);
+    bool isUsingTab() const;
+    void setUseTab(bool on);
+    bool isResolvingProto() const;
+    void setResolveProto(bool on);
+    bool isWritingProcInfo() const;
+    void setWriteProcInfo(bool on);
+    bool isWritingAbstract() const;
+    void setWriteAbstract(bool on);
+    bool isWritingDefaultValue() const;
+    void setWriteDefaultValue(bool on);
+
+private:
+    QCheckBox* addOption(QGridLayout* options, const char* name, const QString& label);
+
+    QCheckBox* _skipRootCheck = nullptr;
+    QCheckBox* _useTabCheck = nullptr;
+    QCheckBox* _resolveProtoCheck = nullptr;
+    QCheckBox* _writeProcInfoCheck = nullptr;
+    QCheckBox* _writeAbstractCheck = nullptr;
+    QCheckBox* _writeDefaultValueCheck = nullptr;
+};
+
+} // namespace Orvane::Qt4
