@@ -1,5 +1,6 @@
 #pragma once
 
+#include "OpenMenu.h"
 #include "QorNodeEditorTreeView.h"
 #include "QorNodeItemDelegate.h"
 #include "QorNodeModel.h"
@@ -7,7 +8,6 @@
 #include <Orvane/Node.h>
 #include <QtTest>
 #include <QtWidgets/QActionGroup>
-#include <QtWidgets/QMenu>
 
 /// A node editor (\a Editor is a class of them) on the screen, with a delegate of its own. It shows a node
 /// that the test owns, and leaves nothing behind.
@@ -91,28 +91,3 @@ struct NodeEditorOnScreen
     Editor editor;
     bool menuAccepted = false;
 };
-
-/// The menu that is open, with its entries as text.
-inline QMenu* openMenu()
-{
-    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
-}
-inline QStringList entriesOf(const QMenu* menu)
-{
-    QStringList texts;
-    for (const QAction* action : menu->actions())
-        texts << action->text();
-    return texts;
-}
-/// Clicks an entry of the menu that is open.
-inline void choose(const char* entry)
-{
-    QMenu* menu = openMenu();
-    for (QAction* action : menu->actions()) {
-        if (action->text() == QLatin1String(entry)) {
-            QTest::mouseClick(menu, Qt::LeftButton, Qt::NoModifier, menu->actionGeometry(action).center());
-            return;
-        }
-    }
-    qFatal("no entry %s", entry);
-}
