@@ -131,7 +131,7 @@ public:
     {
         window().buttonPress(button, fromX, fromY);
         run();
-        window().mouseMove((fromX + toX) / 2, (fromY + toY) / 2);
+        window().mouseMove(fromX / 2 + toX / 2, fromY / 2 + toY / 2);
         run();
         window().mouseMove(toX, toY);
         run();

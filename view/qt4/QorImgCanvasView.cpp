@@ -221,6 +221,8 @@ void QorImgCanvasView::open()
     const osg::ImagePtr image = osg::ImageBase::create();
     image->read(QFile::encodeName(name).constData());
     setImage(image);
+    if (_image != image) // refused: nobody else has it
+        osg::subRefCP(image);
 }
 
 void QorImgCanvasView::save()
