@@ -84,6 +84,12 @@ ORVANE_API Context& contextOf(const Node& node);
 /// fields of most nodes are never touched, and cost nothing until they are.
 ORVANE_API const Field& readField(const Node& node, unsigned int part);
 
+/// Appends the fields of a node that have been made, in order of part.
+ORVANE_API void madeFields(const Node& node, std::vector<const Field*>& fields);
+
+/// The field that holds what a part has when nobody says.
+ORVANE_API const Field& readDefault(const NodePartDesc& desc);
+
 /// As `readField`, as the class of the part's data type.
 template <class F>
 const F& read(const Node& node, unsigned int part)

@@ -224,6 +224,16 @@ const Field& readField(const Node& node, unsigned int part)
     return field ? *field : defaultField(*type.parts[part]);
 }
 
+void madeFields(const Node& node, std::vector<const Field*>& fields)
+{
+    forEachField(node, [&fields](const Field& field) { fields.push_back(&field); });
+}
+
+const Field& readDefault(const NodePartDesc& desc)
+{
+    return defaultField(const_cast<NodePartDesc&>(desc));
+}
+
 Field& editField(Node& node, unsigned int part)
 {
     const NodeType::Data& type = typeData(*node.type());

@@ -30,11 +30,14 @@ bool isScene(const Node& node)
     return node.type()->name == "Scene";
 }
 
-/// The model from which an instance of a prototype is copied; null for other nodes and without one.
-const Node* modelOf(const Node& node)
+/// True for a node to which or from which routes lead.
+bool hasRoutes(const std::vector<const Field*>& fields)
 {
-    const ProtoDeclaration* declaration = protoDeclaration(*node.type());
-    return declaration ? declaration->model.get() : nullptr;
+    const auto isEnd = [](const Field* field) {
+        return (field->_inSlot && field->_inSlot->begin() != field->_inSlot->end()) ||
+               (field->_outSlot && field->_outSlot->begin() != field->_outSlot->end());
+    };
+    return std::any_of(fields.begin(), fields.end(), isEnd);
 }
 
 } // namespace
@@ -65,82 +68,84 @@ void GraphWalk::run()
     collectUnseen();
     collectPrototypes(_options.resolveProtos ? std::vector<std::shared_ptr<NodeType>>()
                                              : declaredPrototypes(_root));
-    collectRoutes();
     giveNames();
     writeScene();
 }
 
 // ---- What is written
 
-bool GraphWalk::isWritten(const Node& node, const Field& field) const
+/// The node that is written for \a placed when a walk comes to it for the first time; null otherwise.
+const Node* GraphWalk::collectNode(const Node* placed, bool isTop)
 {
-    const NodePartDesc& desc = *field._desc;
-    if (desc.privateAccess() || !(desc.partType & FIELDP) || hasValueByIs(field))
-        return false;
-    if (holdsNodes(field)) {
-        if (!hasNodes(field))
-            return (_options.writeDefaultValues && _emitter.saysEmpty()) || !holdsDefaultNodes(node, field);
-        return !modelOf(node) || !holdsDefaultNodes(node, field);
+    Scope& scope = *_scope;
+    const Node* const found = scope.protos.resolve(placed);
+    if (!found)
+        return nullptr;
+    const Node& node = *found;
+    _made.clear();
+    madeFields(node, _made);
+    // What stands in one place and has no routes nobody asks for again.
+    if (isTop || found != placed || const_cast<Node&>(node).isShared() || hasRoutes(_made)) {
+        const auto [known, isNew] = scope.met.try_emplace(found);
+        if (!isNew) {
+            known->second.isNeeded = true;
+            return nullptr;
+        }
+        scope.callable.push_back(found);
+    } else if (scope.protos.bearer(node).name()) {
+        scope.callable.push_back(found);
     }
-    return _options.writeDefaultValues || desc.objExt() || !_emitter.isDefault(node, field);
-}
-
-/// True for a field of an instance whose nodes are those of the prototype's default, and for an empty field
-/// that is so by default.
-bool GraphWalk::holdsDefaultNodes(const Node& instance, const Field& field) const
-{
-    const Node* model = modelOf(instance);
-    if (!model || model == &instance || field._desc->objExt())
-        return !hasNodes(field);
-    return holdsAlike(field, readField(*model, field._desc->id));
-}
-
-std::vector<const Field*> GraphWalk::contentOf(const Node& node) const
-{
-    std::vector<const Field*> declared;
-    std::vector<const Field*> fields;
-    const unsigned int count = node.partDescCount();
-    for (unsigned int part = 0; part < count; ++part) {
-        const Field& field = readField(node, part);
-        if (isDeclaredField(*node.type(), field) && !field._desc->privateAccess())
-            declared.push_back(&field);
-        else if (holdsNodes(field) && isWritten(node, field))
-            fields.push_back(&field);
+    if (protoDeclaration(*node.type()))
+        scope.instances.push_back(found);
+    if (!keptImports(node).empty()) {
+        scope.met[found].isNeeded = true;
+        scope.importers.push_back(found);
     }
-    declared.insert(declared.end(), fields.begin(), fields.end());
-    return declared;
+    return found;
 }
 
 /// Goes the way that the writing will go, so that the first place of each node is the same.
 void GraphWalk::collect(const Node* top)
 {
-    std::vector<Level> levels;
+    const std::size_t first = _levels.size();
     const auto meet = [&](const Node* placed) {
-        const Node* node = _scope->protos.resolve(placed);
-        if (!node)
-            return;
-        if (!_scope->met.insert(node).second) {
-            _scope->needed.insert(node);
-            return;
-        }
-        _scope->order.push_back(node);
-        levels.push_back({node, contentOf(*node)});
+        if (const Node* node = collectNode(placed, _levels.size() == first))
+            enter(*node);
     };
     meet(top);
-    while (!levels.empty()) {
-        Level& level = levels.back();
-        if (level.field == level.fields.size()) {
-            levels.pop_back();
+    while (_levels.size() > first) {
+        Level& level = _levels.back();
+        if (level.field == level.fieldsEnd) {
+            leave();
             continue;
         }
-        const Field& field = *level.fields[level.field];
-        if (!holdsNodes(field) || hasValueByIs(field) || level.link >= linkCount(field)) {
+        const Field& field = *_content[level.field];
+        if (!holdsNodes(field) || _scope->fields.hasValueByIs(field) || level.link >= linkCount(field)) {
             ++level.field;
             level.link = 0;
         } else if (const Node* node = linkedNode(field, level.link++)) {
             meet(node);
         }
     }
+}
+
+/// Begins a level for a node; what was found out about its fields stays in `_fields`.
+void GraphWalk::enter(const Node& node)
+{
+    _fields.clear();
+    _scope->fields.fieldsOf(node, _fields);
+    Level level;
+    level.node = &node;
+    level.fieldsBegin = level.field = _content.size();
+    _scope->fields.contentOf(node, _fields, _content);
+    level.fieldsEnd = _content.size();
+    _levels.push_back(level);
+}
+
+void GraphWalk::leave()
+{
+    _content.resize(_levels.back().fieldsBegin);
+    _levels.pop_back();
 }
 
 void GraphWalk::collectField(const Field& field)
@@ -178,46 +183,9 @@ void GraphWalk::collectPrototypes(const std::vector<std::shared_ptr<NodeType>>& 
     };
     for (const std::shared_ptr<NodeType>& type : declared)
         add(*type);
-    for (const Node* node : _scope->order)
-        if (protoDeclaration(*node->type()) && !_declared.count(node->type()))
+    for (const Node* node : _scope->instances)
+        if (!_declared.count(node->type()))
             add(*node->type());
-}
-
-void GraphWalk::collectRoutes()
-{
-    for (const Node* node : _scope->order)
-        if (!keptImports(*node).empty())
-            _scope->needed.insert(node);
-    _scope->routes = _scope->protos.routes(_scope->order);
-}
-
-/// The fields of the prototype around for which a field of its body stands.
-std::vector<const Field*> GraphWalk::connectionsOf(const Field& field) const
-{
-    std::vector<const Field*> result;
-    const auto add = [&](const Route& route, const Field& other) {
-        const bool isNew = std::find(result.begin(), result.end(), &other) == result.end();
-        if (route.type() == Route::IS_RT && other.node() == _scope->model && isNew)
-            result.push_back(&other);
-    };
-    if (!_scope->model || !field.node())
-        return result;
-    if (field._inSlot)
-        for (const Route* route : *field._inSlot)
-            add(*route, *route->outSlot()->field());
-    if (field._outSlot)
-        for (const Route* route : *field._outSlot)
-            add(*route, *route->inSlot()->field());
-    return result;
-}
-
-/// True for a field that has its value from the prototype around.
-bool GraphWalk::hasValueByIs(const Field& field) const
-{
-    for (const Field* other : connectionsOf(field))
-        if (other->_desc->partType & FIELDP)
-            return true;
-    return false;
 }
 
 // ---- Names
@@ -225,21 +193,25 @@ bool GraphWalk::hasValueByIs(const Field& field) const
 void GraphWalk::giveNames()
 {
     Scope& scope = *_scope;
-    scope.names.giveFound(scope.order, scope.nameSpace);
-    for (const Node* node : scope.order)
-        if (!keptImports(*node).empty())
-            giveImportedNames(*node);
+    scope.names.giveFound(scope.callable, scope.nameSpace);
+    for (const Node* node : scope.importers)
+        giveImportedNames(*node);
     const auto isHere = [&](const Node* node) { return scope.met.count(node) || scope.names.has(*node); };
+    scope.routes = scope.protos.routes(scope.callable);
     const std::vector<WrittenRoute> fromImported = scope.protos.routes(scope.imported);
     scope.routes.insert(scope.routes.end(), fromImported.begin(), fromImported.end());
     const auto leadsAway = [&](const WrittenRoute& route) { return !isHere(route.to->field()->node()); };
     scope.routes.erase(std::remove_if(scope.routes.begin(), scope.routes.end(), leadsAway),
                        scope.routes.end());
     for (const WrittenRoute& route : scope.routes) {
-        scope.needed.insert(route.from->field()->node());
-        scope.needed.insert(route.to->field()->node());
+        scope.met[route.from->field()->node()].isNeeded = true;
+        scope.met[route.to->field()->node()].isNeeded = true;
     }
-    scope.names.giveRest(scope.order, scope.nameSpace, scope.needed);
+    const auto isNeeded = [&scope](const Node& node) {
+        const auto known = scope.met.find(&node);
+        return known != scope.met.end() && known->second.isNeeded;
+    };
+    scope.names.giveRest(scope.callable, scope.nameSpace, isNeeded);
 }
 
 void GraphWalk::giveImportedNames(const Node& inlineNode)
@@ -268,7 +240,10 @@ void GraphWalk::writeScene()
     for (const Node* root : _otherRoots)
         writeTree(root, nullptr);
     if (isScene(_root) || _options.skipRoot) {
-        for (const Field* field : contentOf(_root))
+        enter(_root);
+        const std::vector<const Field*> content(_content);
+        leave();
+        for (const Field* field : content)
             if (hasNodes(*field) && (writesRoot || std::string_view(field->name()) != "metadata"))
                 writeLinks(*field);
     } else {
@@ -288,34 +263,18 @@ void GraphWalk::writeLinks(const Field& field)
 
 void GraphWalk::writeTree(const Node* top, const Field* holder)
 {
-    std::vector<Level> levels;
-    const auto meet = [&](const Node* placed, const Field* place) {
-        const Node* found = _scope->protos.resolve(placed);
-        if (!found)
-            return;
-        const Node& node = *found;
-        if (!_scope->written.insert(&node).second) {
-            _emitter.use(node, _scope->names.of(node), place);
-            return;
-        }
-        writeComments(node);
-        levels.push_back({&node, contentOf(node)});
-        _emitter.beginNode(node, _scope->names.of(node), place);
-        writeValues(node);
-        writeConnections(node);
-        _emitter.endValues(!levels.back().fields.empty());
-    };
-    meet(top, holder);
-    while (!levels.empty()) {
-        Level& level = levels.back();
-        if (level.field == level.fields.size()) {
+    const std::size_t first = _levels.size();
+    writeNode(top, holder);
+    while (_levels.size() > first) {
+        Level& level = _levels.back();
+        if (level.field == level.fieldsEnd) {
             _emitter.endNode();
-            levels.pop_back();
+            leave();
             continue;
         }
-        const Field& field = *level.fields[level.field];
+        const Field& field = *_content[level.field];
         const bool isDeclared = isDeclaredField(*level.node->type(), field);
-        const bool hasContent = hasNodes(field) && !hasValueByIs(field);
+        const bool hasContent = hasNodes(field) && !_scope->fields.hasValueByIs(field);
         if (!level.isInField) {
             level.isInField = true;
             level.link = 0;
@@ -325,7 +284,7 @@ void GraphWalk::writeTree(const Node* top, const Field* holder)
                 _emitter.beginNodes(field, hasContent);
         } else if (hasContent && level.link < linkCount(field)) {
             if (const Node* node = linkedNode(field, level.link++))
-                meet(node, &field);
+                writeNode(node, &field);
         } else {
             if (isDeclared)
                 _emitter.endDeclaration(field, hasContent);
@@ -337,12 +296,41 @@ void GraphWalk::writeTree(const Node* top, const Field* holder)
     }
 }
 
+/// Writes a node up to its content, which follows, or a further place of it.
+void GraphWalk::writeNode(const Node* placed, const Field* holder)
+{
+    const Node* const found = _scope->protos.resolve(placed);
+    if (!found)
+        return;
+    const Node& node = *found;
+    const auto known = _scope->met.find(found);
+    const bool isCallable = known != _scope->met.end();
+    const std::string_view name =
+        isCallable || _scope->protos.bearer(node).name() ? _scope->names.of(node) : std::string_view();
+    if (isCallable && std::exchange(known->second.isWritten, true))
+        return _emitter.use(node, name, holder);
+    writeComments(node);
+    enter(node);
+    _emitter.beginNode(node, name, holder);
+    for (const Field* field : _fields)
+        if (!holdsNodes(*field) && !isDeclaredField(*node.type(), *field) &&
+            _scope->fields.isWritten(node, *field))
+            _emitter.value(*field);
+    if (_scope->fields.model())
+        for (const Field* field : _fields)
+            if (field->node() == &node)
+                for (const Field* other : _scope->fields.connectionsOf(*field))
+                    _emitter.isConnection(*field, *other);
+    _emitter.endValues(_levels.back().fieldsBegin != _levels.back().fieldsEnd);
+}
+
 void GraphWalk::writeUnseen()
 {
     bool hasBegun = false;
     for (const Node* placed : _scope->protos.unseen()) {
         const Node* node = _scope->protos.resolve(placed);
-        if (!node || !_scope->met.count(node) || _scope->written.count(node))
+        const auto known = node ? _scope->met.find(node) : _scope->met.end();
+        if (known == _scope->met.end() || known->second.isWritten)
             continue;
         if (!hasBegun)
             _emitter.beginUnseen();
@@ -351,29 +339,6 @@ void GraphWalk::writeUnseen()
     }
     if (hasBegun)
         _emitter.endUnseen();
-}
-
-void GraphWalk::writeValues(const Node& node)
-{
-    const unsigned int count = node.partDescCount();
-    for (unsigned int part = 0; part < count; ++part) {
-        const Field& field = readField(node, part);
-        if (!holdsNodes(field) && !isDeclaredField(*node.type(), field) && isWritten(node, field))
-            _emitter.value(field);
-    }
-}
-
-void GraphWalk::writeConnections(const Node& node)
-{
-    if (!_scope->model)
-        return;
-    const unsigned int count = node.partDescCount();
-    for (unsigned int part = 0; part < count; ++part) {
-        const Field& field = readField(node, part);
-        if (field.node() == &node)
-            for (const Field* other : connectionsOf(field))
-                _emitter.isConnection(field, *other);
-    }
 }
 
 void GraphWalk::writeComments(const Node& node)
@@ -401,8 +366,8 @@ void GraphWalk::writeComments(const Node& node)
 void GraphWalk::writeStatements()
 {
     const NodeNames& names = _scope->names;
-    if (!_scope->model) {
-        for (const Node* node : _scope->order)
+    if (!_scope->fields.model()) {
+        for (const Node* node : _scope->importers)
             for (const auto& [exported, as] : keptImports(*node))
                 _emitter.importStatement(names.of(*node), _emitter.sayableName(exported),
                                          _emitter.sayableName(as));
@@ -454,7 +419,6 @@ void GraphWalk::writePrototype(const NodeType& type)
             collectField(field);
     collectField(body);
     collectPrototypes(declaration.inner);
-    collectRoutes();
     giveNames();
     _emitter.beginProto(type, hasInterface);
     writeInterface(model);

@@ -2,9 +2,12 @@
 
 #include "loader/NodeNames.h"
 #include "loader/ResolvedProtos.h"
+#include "loader/WrittenFields.h"
 #include <Orvane/SaveOptions.h>
+#include <cstddef>
 #include <memory>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -32,10 +35,18 @@ private:
     struct Level
     {
         const Node* node = nullptr;
-        std::vector<const Field*> fields; ///< declared ones first, then those that hold nodes
+        std::size_t fieldsBegin = 0; ///< of its fields in `_content`
+        std::size_t fieldsEnd = 0;
         std::size_t field = 0;
         int link = 0;
         bool isInField = false;
+    };
+
+    /// A node that may be met again, or that routes call by name.
+    struct Meeting
+    {
+        bool isNeeded = false; ///< must have a name
+        bool isWritten = false;
     };
 
     /// The scene, or the declaration of a prototype: what has names of its own.
@@ -43,30 +54,34 @@ private:
     {
         Scope(const GraphWalk& walk, NodeNameSpace* nameSpace, const Node* model)
             : nameSpace(nameSpace)
-            , model(model)
+            , fields(walk._options, walk._emitter, model)
             , protos(walk._options.resolveProtos && !model)
             , names(walk._emitter, protos, walk._notes)
         {
         }
 
         NodeNameSpace* nameSpace;
-        const Node* model; ///< of the prototype; null for the scene
+        WrittenFields fields;
         ResolvedProtos protos;
-        std::vector<const Node*> order; ///< every node that is written, as its first place comes
-        std::unordered_set<const Node*> met;
-        std::unordered_set<const Node*> needed;  ///< nodes that USEs and routes call by name
+        std::unordered_map<const Node*, Meeting> met;
+        // In the order in which their first places come:
+        std::vector<const Node*> callable;  ///< nodes that have or may need a name
+        std::vector<const Node*> instances; ///< of prototypes
+        std::vector<const Node*> importers; ///< inlines from which nodes are imported
+
         std::vector<const Node*> imported;       ///< nodes of inlines that routes of the scene may lead to
         std::vector<const NodeType*> prototypes; ///< whose declarations are in the scope
         std::vector<WrittenRoute> routes;
-        std::unordered_set<const Node*> written;
         NodeNames names;
     };
 
+    void enter(const Node& node);
+    void leave();
+    const Node* collectNode(const Node* placed, bool isTop);
     void collect(const Node* top);
     void collectField(const Field& field);
     void collectUnseen();
     void collectPrototypes(const std::vector<std::shared_ptr<NodeType>>& declared);
-    void collectRoutes();
     void giveNames();
     void giveImportedNames(const Node& inlineNode);
 
@@ -76,17 +91,10 @@ private:
     void writeInterface(const Node& model);
     void writeLinks(const Field& field);
     void writeTree(const Node* top, const Field* holder);
+    void writeNode(const Node* placed, const Field* holder);
     void writeUnseen();
-    void writeValues(const Node& node);
-    void writeConnections(const Node& node);
     void writeComments(const Node& node);
     void writeStatements();
-
-    std::vector<const Field*> contentOf(const Node& node) const;
-    bool isWritten(const Node& node, const Field& field) const;
-    bool holdsDefaultNodes(const Node& instance, const Field& field) const;
-    std::vector<const Field*> connectionsOf(const Field& field) const;
-    bool hasValueByIs(const Field& field) const;
 
     const Node& _root;
     const SaveOptions _options;
@@ -94,6 +102,10 @@ private:
     SaveNotes& _notes;
     std::vector<const Node*> _otherRoots;
     Scope* _scope = nullptr;
+    std::vector<Level> _levels;
+    std::vector<const Field*> _content; ///< fields of the open nodes that are still to be gone through
+    std::vector<const Field*> _fields;  ///< of the node that was entered last
+    std::vector<const Field*> _made;
     std::unordered_set<const NodeType*> _declared; ///< prototypes whose names are known where the writing is
 };
 

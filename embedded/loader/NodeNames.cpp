@@ -6,6 +6,7 @@
 #include <Orvane/Node.h>
 #include <Orvane/NodeNameSpace.h>
 #include <Orvane/NodeType.h>
+#include <algorithm>
 
 namespace Orvane {
 
@@ -58,8 +59,10 @@ void NodeNames::giveFound(const std::vector<const Node*>& order, NodeNameSpace* 
 }
 
 void NodeNames::giveRest(const std::vector<const Node*>& order, NodeNameSpace* nameSpace,
-                         const std::unordered_set<const Node*>& needed)
+                         const std::function<bool(const Node&)>& isNeeded)
 {
+    if (std::all_of(order.begin(), order.end(), [this](const Node* node) { return has(*node); }))
+        return;
     // In front of the node that is found by the name others may bear it too, unless they are called by it.
     std::unordered_set<const Node*> toCome;
     for (const Node* node : order)
@@ -69,15 +72,15 @@ void NodeNames::giveRest(const std::vector<const Node*>& order, NodeNameSpace* n
         toCome.erase(&bearer);
         if (has(*node))
             continue;
-        const bool isNeeded = needed.count(node) > 0;
+        const bool isCalled = isNeeded(*node);
         const bool isOfScope = bearer.name() && bearer.nameSpace() == nameSpace;
-        if (isOfScope && !isNeeded && toCome.count(NodeNameSpace::findNode(nameSpace, *bearer.name()))) {
+        if (isOfScope && !isCalled && toCome.count(NodeNameSpace::findNode(nameSpace, *bearer.name()))) {
             _names.emplace(node, _emitter.sayableName(*bearer.name()));
         } else if (isOfScope) {
             giveTo(*node, *bearer.name());
             _notes.add("DEF \"" + *bearer.name() + "\": several nodes bear this name; written as " +
                        std::string(of(*node)));
-        } else if (isNeeded || (bearer.name() && !_taken.count(_emitter.sayableName(*bearer.name())))) {
+        } else if (isCalled || (bearer.name() && !_taken.count(_emitter.sayableName(*bearer.name())))) {
             // Names of other files and of the bodies of instances are kept as long as they are free.
             giveTo(*node, bearer.name() ? *bearer.name() : node->type()->name + "_1");
         }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -28,9 +29,9 @@ public:
 
     /// Names the nodes that \a nameSpace finds by their names. What it does not find follows with `giveRest`.
     void giveFound(const std::vector<const Node*>& order, NodeNameSpace* nameSpace);
-    /// \a needed are the nodes that are called by name.
+    /// \a isNeeded says which nodes are called by name.
     void giveRest(const std::vector<const Node*>& order, NodeNameSpace* nameSpace,
-                  const std::unordered_set<const Node*>& needed);
+                  const std::function<bool(const Node&)>& isNeeded);
     void giveTo(const Node& node, const std::string& wanted);
     /// A name that a statement of the file brings.
     void take(const Node& node, std::string_view name);

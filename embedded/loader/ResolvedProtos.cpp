@@ -55,13 +55,13 @@ const Node& ResolvedProtos::bearer(const Node& node) const
 std::vector<WrittenRoute> ResolvedProtos::routes(const std::vector<const Node*>& nodes) const
 {
     std::vector<WrittenRoute> result;
+    std::vector<const Field*> fields;
     for (const Node* node : nodes) {
-        const unsigned int count = node->partDescCount();
-        for (unsigned int part = 0; part < count; ++part) {
-            const Field& field = readField(*node, part);
-            if (field.node() == node && field._outSlot)
-                follow(*field._outSlot, result);
-        }
+        fields.clear();
+        madeFields(*node, fields);
+        for (const Field* field : fields)
+            if (field->_outSlot)
+                follow(*field->_outSlot, result);
     }
     return result;
 }

@@ -114,6 +114,8 @@ private:
     std::unordered_set<std::string> _warnedTypes;
 };
 
+/// True for a node of the catalogue's type; prototypes and unknown types may bear any name.
+bool isOf(const Node& node, const char* typeName);
 /// "Type.field" for messages.
 std::string fieldLabel(const Node& node, std::string_view field);
 

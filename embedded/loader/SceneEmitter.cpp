@@ -1,5 +1,6 @@
 #include "loader/SceneEmitter.h"
 
+#include "base/Graph.h"
 #include <Orvane/Field.h>
 #include <Orvane/NodePartDesc.h>
 
@@ -16,11 +17,8 @@ bool SceneEmitter::isDefault(const Node& node, const Field& field) const
 {
     if (field.node() != &node)
         return true;
-    const std::string& text = field._desc->defaultValue;
-    // Most lists are empty by default; long ones need not be written to know that they differ.
-    if (text.empty() && field.dataType() % 2 == 0)
-        return field.size() == 0;
-    return field.valueToString() == text;
+    // Only what is equal must be looked at as text, which tells minus zero from zero.
+    return field.hasValueOf(readDefault(*field._desc)) && field.valueToString() == field._desc->defaultValue;
 }
 
 void SceneEmitter::importedRoute(std::string_view fromNode, const EventOutSlot& from, std::string_view toNode,

@@ -25,6 +25,8 @@ public:
     virtual std::string sayableName(std::string_view name) const;
     /// True when a reader of the encoding gives the field this value without being told.
     virtual bool isDefault(const Node& node, const Field& field) const;
+    /// True for a type whose nodes may need values in the file for fields that nobody has touched.
+    virtual bool writesUntouched(const NodeType&) const { return false; }
     /// True when the encoding can say that a field holds no node.
     virtual bool saysEmpty() const { return false; }
 

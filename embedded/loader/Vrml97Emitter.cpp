@@ -46,6 +46,11 @@ bool Vrml97Emitter::isDefault(const Node& node, const Field& field) const
            (desc.objExt() || vrml97Default(*node.type(), desc.id) == desc.defaultValue);
 }
 
+bool Vrml97Emitter::writesUntouched(const NodeType& type) const
+{
+    return !vrml97Defaults(type.name).empty();
+}
+
 std::string Vrml97Emitter::fieldName(const NodeType& type, const NodePartDesc& desc, std::string_view name)
 {
     if (desc.objExt() || isDeclared(type))

@@ -12,6 +12,7 @@ public:
     using ClassicEmitter::ClassicEmitter;
 
     bool isDefault(const Node& node, const Field& field) const override;
+    bool writesUntouched(const NodeType& type) const override;
 
     void beginNode(const Node& node, std::string_view name, const Field* holder) override;
     void importedRoute(std::string_view fromNode, const EventOutSlot& from, std::string_view toNode,

@@ -63,12 +63,15 @@ void XmlEmitter::attribute(std::string_view name, std::string_view value)
     _out += ' ';
     _out += tagName(name, "field");
     _out += "=\"";
-    _out += xml::escaped(coding::toFile(value), '"');
+    if (coding::isAscii(value))
+        xml::appendEscaped(_out, value, '"');
+    else
+        xml::appendEscaped(_out, coding::toFile(value), '"');
     _out += '"';
 }
 
-template <class TextAt>
-void XmlEmitter::stringsAttribute(std::string_view name, int count, TextAt textAt)
+void XmlEmitter::stringsAttribute(std::string_view name, int count,
+                                  const std::function<const std::string&(int)>& textAt)
 {
     _out += ' ';
     _out += tagName(name, "field");
@@ -80,7 +83,7 @@ void XmlEmitter::stringsAttribute(std::string_view name, int count, TextAt textA
                 quotedText += '\\';
             quotedText += c;
         }
-        _out += xml::escaped(quotedText + '"', '\'');
+        xml::appendEscaped(_out, quotedText + '"', '\'');
     }
     _out += '\'';
 }
@@ -151,29 +154,6 @@ void XmlEmitter::beginScene(const std::vector<KeptHead>& head, const Node* root,
     _out.deeper();
 }
 
-void XmlEmitter::headElement(const KeptHead& statement)
-{
-    _out.newLine();
-    switch (statement.kind) {
-    case HeadStatement::COMPONENT:
-        _out += "<component";
-        attribute("name", statement.name);
-        attribute("level", statement.content);
-        break;
-    case HeadStatement::UNIT:
-        _out += "<unit";
-        attribute("category", statement.name);
-        attribute("name", statement.content);
-        attribute("conversionFactor", statement.factor);
-        break;
-    default:
-        _out += "<meta";
-        attribute("name", statement.name);
-        attribute("content", statement.content);
-    }
-    _out += "/>";
-}
-
 void XmlEmitter::endScene()
 {
     _out.higher();
@@ -199,6 +179,8 @@ void XmlEmitter::beginElement(const Node& node)
 /// A name as an element or attribute; when it changes, what it names is told.
 std::string XmlEmitter::tagName(std::string_view name, const char* what)
 {
+    if (xml::isPlainName(name))
+        return std::string(name);
     const std::string own = coding::toFile(name);
     std::string result = xml::sayableName(own);
     if (result != own)
@@ -386,112 +368,6 @@ void XmlEmitter::beginDeclarationTag(const NodePartDesc& desc)
     attribute("accessType", accessWord(desc.partType));
     attribute("name", desc.name);
     attribute("type", FieldType::dataTypeName(desc.dataType));
-}
-
-void XmlEmitter::openTag(std::string_view name)
-{
-    _out.newLine();
-    _out += "<" + std::string(name) + ">";
-    _out.deeper();
-}
-
-void XmlEmitter::closeTag(std::string_view name)
-{
-    _out.higher();
-    _out.newLine();
-    _out += "</" + std::string(name) + ">";
-}
-
-void XmlEmitter::beginProto(const NodeType& type, bool hasInterface)
-{
-    _out.newLine();
-    _out += "<ProtoDeclare";
-    attribute("name", type.name);
-    _out += '>';
-    _out.deeper();
-    if (hasInterface)
-        openTag("ProtoInterface");
-}
-
-void XmlEmitter::beginProtoBody(bool hasInterface)
-{
-    if (hasInterface)
-        closeTag("ProtoInterface");
-    openTag("ProtoBody");
-}
-
-void XmlEmitter::endProto()
-{
-    closeTag("ProtoBody");
-    closeTag("ProtoDeclare");
-}
-
-void XmlEmitter::externProto(const NodeType& type, const std::vector<std::string>& urls)
-{
-    _out.newLine();
-    _out += "<ExternProtoDeclare";
-    attribute("name", type.name);
-    stringsAttribute("url", static_cast<int>(urls.size()),
-                     [&](int i) -> const std::string& { return urls[static_cast<std::size_t>(i)]; });
-    _out += '>';
-    _out.deeper();
-    for (unsigned int part = 0; part + 1 < partCount(type); ++part) {
-        beginDeclarationTag(*partDesc(type, part));
-        _out += "/>";
-    }
-    closeTag("ExternProtoDeclare");
-}
-
-void XmlEmitter::beginUnseen()
-{
-    openTag("Switch"); // shows none of its children unless it is told to
-    _isUnseen = true;
-}
-
-void XmlEmitter::endUnseen()
-{
-    _isUnseen = false;
-    closeTag("Switch");
-}
-
-void XmlEmitter::route(std::string_view fromNode, const EventOutSlot& from, std::string_view toNode,
-                       const EventInSlot& to)
-{
-    _out.newLine();
-    _out += "<ROUTE";
-    attribute("fromNode", fromNode);
-    attribute("fromField", from.name());
-    attribute("toNode", toNode);
-    attribute("toField", to.name());
-    _out += "/>";
-}
-
-void XmlEmitter::importStatement(std::string_view inlineName, std::string_view exportedName,
-                                 std::string_view name)
-{
-    _out.newLine();
-    _out += "<IMPORT";
-    attribute("inlineDEF", inlineName);
-    attribute("importedDEF", exportedName);
-    if (name != exportedName)
-        attribute("AS", name);
-    _out += "/>";
-}
-
-void XmlEmitter::exportStatement(std::string_view localName, std::string_view exportedName)
-{
-    _out.newLine();
-    _out += "<EXPORT";
-    attribute("localDEF", localName);
-    if (exportedName != localName)
-        attribute("AS", exportedName);
-    _out += "/>";
-}
-
-void XmlEmitter::comment(std::string_view text)
-{
-    _out.newLine();
-    _out += "<!-- " + xml::commentText(coding::toFile(text)) + " -->";
 }
 
 } // namespace Orvane

@@ -3,6 +3,7 @@
 #include "loader/ChildPlacement.h"
 #include "loader/IndentedText.h"
 #include "loader/SceneEmitter.h"
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -71,8 +72,8 @@ private:
     void openTag(std::string_view name);
     void closeTag(std::string_view name);
     void beginDeclarationTag(const NodePartDesc& desc);
-    template <class TextAt>
-    void stringsAttribute(std::string_view name, int count, TextAt textAt);
+    void stringsAttribute(std::string_view name, int count,
+                          const std::function<const std::string&(int)>& textAt);
     void headElement(const KeptHead& statement);
 
     IndentedText _out;

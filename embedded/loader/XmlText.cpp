@@ -2,27 +2,46 @@
 
 #include "loader/FileText.h"
 #include "loader/IndentedText.h"
+#include <algorithm>
 
 namespace Orvane::xml {
 
-std::string escaped(std::string_view text, char quote)
+namespace {
+
+bool isLetter(char c)
 {
-    std::string out;
-    out.reserve(text.size());
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '&')
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+bool isNameCharacter(char c)
+{
+    return isLetter(c) || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == ':';
+}
+
+} // namespace
+
+void appendEscaped(IndentedText& out, std::string_view text, char quote)
+{
+    const auto isPlain = [quote](char c) {
+        return c != '&' && c != '<' && c != quote && static_cast<unsigned char>(c) >= 0x20;
+    };
+    while (!text.empty()) {
+        const auto* const end = std::find_if_not(text.begin(), text.end(), isPlain);
+        const auto plain = static_cast<std::size_t>(end - text.begin());
+        out += text.substr(0, plain);
+        if (plain == text.size())
+            return;
+        if (*end == '&')
             out += "&amp;";
-        else if (c == '<')
+        else if (*end == '<')
             out += "&lt;";
-        else if (c == quote)
+        else if (*end == quote)
             out += quote == '"' ? "&quot;" : "&apos;";
-        else if (byte < 0x20)
-            out += "&#" + std::to_string(byte) + ";";
         else
-            out += c;
+            out += "&#" + std::to_string(static_cast<unsigned char>(*end)) + ";";
+        text.remove_prefix(plain + 1);
     }
-    return out;
 }
 
 std::string commentText(std::string_view text)
@@ -39,15 +58,17 @@ std::string commentText(std::string_view text)
     return out;
 }
 
+bool isPlainName(std::string_view name)
+{
+    const auto isPlain = [](char c) { return isNameCharacter(c) && static_cast<unsigned char>(c) < 0x80; };
+    return !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), isPlain);
+}
+
 std::string sayableName(std::string_view name)
 {
-    const auto isLetter = [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' ||
-               static_cast<unsigned char>(c) >= 0x80;
-    };
     std::string result(name);
     for (char& c : result)
-        if (!isLetter(c) && !(c >= '0' && c <= '9') && c != '-' && c != '.' && c != ':')
+        if (!isNameCharacter(c))
             c = '_';
     if (result.empty() || !isLetter(result.front()))
         result.insert(0, 1, '_');
