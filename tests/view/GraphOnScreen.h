@@ -94,6 +94,9 @@ struct GraphOnScreen
         canvas.activateWindow();
         if (!QTest::qWaitForWindowActive(&canvas))
             qFatal("the canvas does not come to the screen");
+        // A move to where the pointer is already would be none.
+        move(QPoint(398, 298));
+        move(QPoint(397, 298));
     }
     ~GraphOnScreen()
     {

@@ -24,6 +24,16 @@ QMouseEvent relativeTo(const QorGraphNodeView& view, const QMouseEvent& event)
                        event.buttons(), event.modifiers());
 }
 
+/// The scalar product, exact wherever it fits.
+float product(qint64 ax, qint64 ay, qint64 bx, qint64 by)
+{
+    constexpr qint64 limit = INT_MAX;
+    const auto fits = [](qint64 value) { return value >= -limit && value <= limit; };
+    if (fits(ax) && fits(ay) && fits(bx) && fits(by))
+        return static_cast<float>(ax * bx + ay * by);
+    return static_cast<float>(static_cast<double>(ax) * bx + static_cast<double>(ay) * by);
+}
+
 /// Of the rotation that is stronger, in eighths of a degree.
 int deltaOf(const QWheelEvent& event)
 {
@@ -322,8 +332,7 @@ bool QorGraphView::distancePointLine(const QPoint& p, const QPoint& a, const QPo
     const qint64 dy = qint64(b.y()) - a.y();
     if (dx == 0 && dy == 0)
         return false;
-    const float u =
-        static_cast<float>((qint64(p.x()) - a.x()) * dx + (qint64(p.y()) - a.y()) * dy) / (length * length);
+    const float u = product(qint64(p.x()) - a.x(), qint64(p.y()) - a.y(), dx, dy) / (length * length);
     if (u < 0.0F || u > 1.0F)
         return false;
     const auto truncated = [](float value) {
