@@ -122,4 +122,14 @@ bool removeField(Node& node, Field& field)
     return true;
 }
 
+Field* Node::addField(const std::string& name, NodePartDataType dataType, NodePartType partType)
+{
+    return Orvane::addField(*this, name, dataType, partType);
+}
+
+bool Node::removeField(Field& field)
+{
+    return Orvane::removeField(*this, field);
+}
+
 } // namespace Orvane

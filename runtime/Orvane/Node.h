@@ -1,6 +1,8 @@
 #pragma once
 
 #include <Orvane/BaseObject.h>
+#include <Orvane/NodePartDataType.h>
+#include <Orvane/NodePartType.h>
 #include <Orvane/Subject.h>
 #include <Orvane/Types.h>
 #include <string>
@@ -59,6 +61,13 @@ public:
     /// Part index of the field that sends the event \a name (with or without "_changed"); -1 when there is
     /// none.
     int findEventOutSlotID(const std::string& name) const;
+
+    /// Gives this node alone one more field, as authors do with scripts and shaders. Null when the name is
+    /// empty or that of a field of the node, and for types of which there are no fields.
+    Field* addField(const std::string& name, NodePartDataType dataType, NodePartType partType);
+    /// Takes a field that was added to this node alone out of it, with its routes. False for any other field.
+    /// The object lives on with the node, as somebody may still look at it.
+    bool removeField(Field& field);
 
     NodeType* type() const { return _type; }
     /// Null when unnamed.

@@ -222,6 +222,7 @@ private slots:
     void rootsAreMadeOnceAndFound();
     void theSceneIsTheRootOfItsNameSpace();
     void namesAndIdsOfNodes();
+    void fieldsAreAddedToSingleNodes();
     void removedRootsAreGone();
     void framesGiveTheirWait();
     void referencesAreCounted();
@@ -749,6 +750,41 @@ void tst_Interface::pathsOutliveTheirNodes()
     std::list<NodeLink*> links(1, nullptr);
     path.nodeLinks(links);
     QVERIFY(links.empty());
+}
+
+void tst_Interface::fieldsAreAddedToSingleNodes()
+{
+    Context* context = Context::create();
+    Scene* scene = Scene::create(context, nullptr, HOST_NC);
+    const unsigned int count = scene->partDescCount();
+    const std::string typeField = count > 0 ? scene->findField(0U)->name() : "";
+    Field* first = scene->addField("first", SFINT32_DT, FIELDP);
+    Field* second = scene->addField("second", MFSTRING_DT, EXPOSEDFIELDP);
+    QVERIFY(first && second);
+    QCOMPARE(scene->partDescCount(), count + 2);
+    QCOMPARE(scene->findField("first", Node::EXACT_FSO), first);
+    QCOMPARE(first->_desc->id, count);
+    QCOMPARE(second->_desc->id, count + 1);
+    QVERIFY(first->_desc->objExt());
+    QCOMPARE(first->partType(), FIELDP);
+    QVERIFY(dynamic_cast<MFString*>(second));
+
+    QVERIFY(!scene->addField("first", SFBOOL_DT, FIELDP));
+    QVERIFY(!scene->addField("", SFBOOL_DT, FIELDP));
+    QVERIFY(!scene->addField("third", NO_DT, FIELDP));
+    QVERIFY(!scene->addField("third", SFRESERVED1_DT, FIELDP));
+    QVERIFY(!scene->addField("third", SFBOOL_DT, NO_PART));
+    QCOMPARE(scene->partDescCount(), count + 2);
+
+    QVERIFY(scene->removeField(*first));
+    QVERIFY(!scene->removeField(*first));
+    QCOMPARE(std::string(first->name()), std::string("first"));
+    QCOMPARE(second->_desc->id, count);
+    QCOMPARE(scene->findField(count), second);
+    QVERIFY(!scene->findField("first", Node::EXACT_FSO));
+    if (count > 0)
+        QVERIFY(!scene->removeField(*scene->findField(typeField, Node::EXACT_FSO)));
+    context->subRef();
 }
 
 void tst_Interface::copiesOfLinksAreNoLinks()

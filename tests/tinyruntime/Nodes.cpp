@@ -5,6 +5,7 @@
 #include <Orvane/FieldType.h>
 #include <Orvane/NodePath.h>
 #include <algorithm>
+#include <utility>
 
 namespace Orvane {
 
@@ -220,6 +221,37 @@ Field* NodeAccess::addField(Node* node, NodePartDesc* desc)
     if (!desc->defaultValue.empty())
         fields.back()->parseValue(desc->defaultValue, error);
     return fields.back().get();
+}
+
+Field* Node::addField(const std::string& name, NodePartDataType dataType, NodePartType partType)
+{
+    const bool hasType = dataType >= SFBOOL_DT && dataType <= MFVEC4F_DT && partType != NO_PART;
+    if (name.empty() || !hasType || findField(name, EXACT_FSO))
+        return nullptr;
+    Tiny::Part part;
+    part.name = name;
+    part.dataType = dataType;
+    part.access = partType;
+    part.objExt = true;
+    return Tiny::addField(this, part);
+}
+
+bool Node::removeField(Field& field)
+{
+    auto& fields = _data->fields;
+    const auto place =
+        std::find_if(fields.begin(), fields.end(), [&](const auto& each) { return each.get() == &field; });
+    const auto& own = _data->ownDescs;
+    const auto isOwn = [&](const auto& desc) { return desc.get() == field._desc; };
+    if (place == fields.end() || std::none_of(own.begin(), own.end(), isOwn))
+        return false;
+    delete std::exchange(field._inSlot, nullptr);
+    delete std::exchange(field._outSlot, nullptr);
+    field.clear();
+    _data->removedFields.push_back(std::move(*place));
+    for (auto i = fields.erase(place); i != fields.end(); ++i)
+        --(*i)->_desc->id;
+    return true;
 }
 
 void NodeAccess::rename(Node* node, const char* name)

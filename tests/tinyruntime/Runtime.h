@@ -68,6 +68,7 @@ struct Node::Data
     bool isDying = false;
     std::vector<std::unique_ptr<NodePartDesc>> ownDescs;
     std::vector<std::unique_ptr<Field>> fields;
+    std::vector<std::unique_ptr<Field>> removedFields;
     std::vector<NodeLink*> parentLinks; ///< the oldest first
 };
 
