@@ -159,6 +159,7 @@ private slots:
     void applyAfterALocalFileWritesThatFile();
     void applyWithoutNodeDoesNothing();
     void applyIsRefusedByNoCharacter();
+    void modifiedUntilApplied();
     void deadCodeNodeCountsAsNone();
     void fieldNodeIsSetApart();
     void fieldListHasFourColumns();
@@ -726,6 +727,26 @@ void tst_QorCodeWidget::applyIsRefusedByNoCharacter()
     const QString text = shown.code();
     shown.apply()->click();
     QCOMPARE(fromRuntime(valuesOf(*node).front()), text);
+}
+
+void tst_QorCodeWidget::modifiedUntilApplied()
+{
+    const Shown shown;
+    const auto file = makeCodeNode({write("a.js", "var a;")});
+    const auto inlined = makeCodeNode({"var a;"});
+    for (Node* node : {inlined.get(), file.get()}) {
+        shown.widget->setCodeNode(node);
+        QVERIFY(!shown.widget->isModified());
+        QTest::keyClicks(shown.edit(), QStringLiteral("x"));
+        QVERIFY(shown.widget->isModified());
+        shown.apply()->click();
+        QVERIFY(!shown.widget->isModified());
+    }
+    // What could not be written still waits.
+    QVERIFY(QFile::remove(path("a.js")) && QDir().mkdir(path("a.js")));
+    QTest::keyClicks(shown.edit(), QStringLiteral("x"));
+    shown.apply()->click();
+    QVERIFY(shown.widget->isModified());
 }
 
 void tst_QorCodeWidget::deadCodeNodeCountsAsNone()

@@ -11,6 +11,7 @@
 #include <Orvane/NodeNameSpace.h>
 #include <QtCore/QFileInfo>
 #include <QtCore/QTextStream>
+#include <QtGui/QTextDocument>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
@@ -244,9 +245,27 @@ void QorCodeWidget::readScript(const QString& path)
                 toRuntime(base.toString()).c_str());
 }
 
+bool QorCodeWidget::writeScript(const QString& code) const
+{
+    QFile file(_scriptFile);
+    if (!isPlainFile(_scriptFile) || !file.open(QIODevice::WriteOnly))
+        return false;
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    stream << code;
+    stream.flush();
+    file.close();
+    return stream.status() == QTextStream::Ok && file.error() == QFileDevice::NoError;
+}
+
 void QorCodeWidget::setCode(QString code, bool removeIndent)
 {
     _codeEdit->setPlainText(removeIndent ? withoutIndent(code) : code);
+}
+
+bool QorCodeWidget::isModified() const
+{
+    return _codeEdit->document()->isModified();
 }
 
 void QorCodeWidget::setFieldNode(Orvane::Node* n)
@@ -276,20 +295,14 @@ void QorCodeWidget::onApply()
     if (!field)
         return;
     const QString code = _codeEdit->toPlainText();
-    if (isEmptyScript(field)) {
+    bool isKept = true;
+    if (isEmptyScript(field))
         field->addValue(toRuntime(code));
-    } else if (!_isExternal) {
+    else if (_isExternal)
+        isKept = writeScript(code);
+    else
         (*field)[0] = toRuntime(code);
-    } else if (isPlainFile(_scriptFile)) {
-        QFile file(_scriptFile);
-        if (file.open(QIODevice::WriteOnly)) {
-            QTextStream stream(&file);
-            stream.setCodec("UTF-8");
-            stream << code;
-            stream.flush();
-            file.close();
-        }
-    }
+    _codeEdit->document()->setModified(!isKept);
     field->processValueChange(0.0, Orvane::Field::EXTERNAL_CT);
 }
 

@@ -65,6 +65,8 @@ public:
 
     /// Shows \a code, on demand without the blanks at the beginning of its lines.
     void setCode(QString code, bool removeIndent);
+    /// True when the text was changed since it was shown or applied.
+    bool isModified() const;
     /// Lists the fields of the field node anew.
     void updateFieldList();
 
@@ -97,6 +99,7 @@ private:
     QString scriptPath(const QString& value, const Orvane::MFString& field) const;
     void showCode(Orvane::MFString& field);
     void readScript(const QString& path);
+    bool writeScript(const QString& code) const;
 
     QLabel* _codeNodeLabel;
     QLabel* _fieldsLabel;
