@@ -42,6 +42,14 @@ NodeDock::~NodeDock()
     _editor->setNode(nullptr);
 }
 
+void NodeDock::refresh(Orvane::Node* node)
+{
+    if (node != _editor->node())
+        return;
+    _editor->setNode(nullptr);
+    _editor->setNode(node);
+}
+
 void NodeDock::dragEnterEvent(QDragEnterEvent* event)
 {
     if (draggedNode(event))

@@ -20,6 +20,9 @@ public:
     NodeDock(Selection* selection, QWidget* parent);
     ~NodeDock() override;
 
+    /// Lists the fields anew, when it is this node that is shown.
+    void refresh(Orvane::Node* node);
+
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;

@@ -1,5 +1,6 @@
 #include "WorkbenchWindow.h"
 
+#include "CodeDock.h"
 #include "NodeDock.h"
 #include "Picker.h"
 #include "SceneDock.h"
@@ -43,6 +44,12 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     addDockWidget(Qt::RightDockWidgetArea, _sceneDock);
     addDockWidget(Qt::RightDockWidgetArea, nodeDock);
     resizeDocks({_sceneDock, nodeDock}, {360, 360}, Qt::Horizontal);
+    auto* codeDock = new CodeDock(_selection, this);
+    addDockWidget(Qt::LeftDockWidgetArea, codeDock);
+    codeDock->hide();
+    connect(codeDock, &CodeDock::fieldsChanged, nodeDock, &NodeDock::refresh);
+    connect(codeDock, &CodeDock::told, statusBar(),
+            [this](const QString& text) { statusBar()->showMessage(text); });
     statusBar()->addPermanentWidget(_status);
 
     QMenu* file = menuBar()->addMenu(tr("&File"));
@@ -63,6 +70,7 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     view->addAction(_buttonsAction);
     view->addAction(_sceneDock->toggleViewAction());
     view->addAction(nodeDock->toggleViewAction());
+    view->addAction(codeDock->toggleViewAction());
 
     connect(&_statusTimer, &QTimer::timeout, this, &WorkbenchWindow::updateStatus);
     _statusTimer.start(500);

@@ -1,0 +1,139 @@
+#include "CodeDock.h"
+
+#include "AuthorFields.h"
+#include "CodeNodes.h"
+#include "Selection.h"
+#include <Orvane/Node.h>
+#include <QStackedWidget>
+#include <QorLog.h>
+#include <QorTools.h>
+#include <algorithm>
+
+using namespace Orvane::Qt4;
+
+namespace {
+
+const char module[] = "Workbench";
+
+} // namespace
+
+CodeDock::EndObserver::EndObserver(CodeDock* dock)
+    : Orvane::Observer("CodeDock")
+    , _dock(dock)
+{
+    Orvane::Node::_deleteObject.attach(*this);
+}
+
+void CodeDock::EndObserver::notify(const double&, Orvane::BaseObject* node, Orvane::BaseObject*,
+                                   Orvane::BaseObject*)
+{
+    if (_dock->_pages.empty())
+        return;
+    if (const auto* dying = dynamic_cast<const Orvane::Node*>(node))
+        _dock->closePagesOf(dying->ID());
+}
+
+CodeDock::CodeDock(Selection* selection, QWidget* parent)
+    : QDockWidget(tr("Code"), parent)
+    , _stack(new QStackedWidget(this))
+    , _nothing(new QorCodeWidget(_stack))
+    , _endObserver(this)
+{
+    setObjectName(QStringLiteral("CodeDock"));
+    setWidget(_stack);
+    _nothing->setCodeNode(nullptr);
+    _stack->addWidget(_nothing);
+    connect(selection, &Selection::changed, this,
+            [this](const Orvane::NodePath& path) { openNode(path.node()); });
+}
+
+CodeDock::~CodeDock() = default;
+
+QorCodeWidget* CodeDock::codeWidget() const
+{
+    return static_cast<QorCodeWidget*>(_stack->currentWidget());
+}
+
+void CodeDock::openNode(Orvane::Node* node)
+{
+    const CodeNodes nodes = CodeNodes::of(node);
+    if (!nodes.code)
+        return;
+    const unsigned long long codeId = nodes.code->ID();
+    // What waits to be applied is kept; the rest is read afresh when somebody comes back to it.
+    for (std::size_t i = _pages.size(); i-- > 0;) {
+        if (!_pages[i].widget->isModified() &&
+            (_pages[i].codeId != codeId || _pages[i].widget != codeWidget()))
+            closePage(i);
+    }
+    const auto page =
+        std::find_if(_pages.begin(), _pages.end(), [&](const Page& each) { return each.codeId == codeId; });
+    if (page == _pages.end())
+        addPage(nodes);
+    else
+        _stack->setCurrentWidget(page->widget);
+    show();
+    raise();
+}
+
+void CodeDock::addPage(const CodeNodes& nodes)
+{
+    auto* widget = new QorCodeWidget(_stack);
+    widget->setLanguage(nodes.language(*widget));
+    widget->setCodeNode(nodes.code);
+    widget->setFieldNode(nodes.fields);
+    connect(widget, &QorCodeWidget::wantsAddField, this, &CodeDock::addField);
+    connect(widget, &QorCodeWidget::wantsDeleteField, this, &CodeDock::removeField);
+    _pages.push_back({widget, nodes.code->ID(), nodes.fields->ID()});
+    _stack->setCurrentIndex(_stack->addWidget(widget));
+}
+
+void CodeDock::closePage(std::size_t page)
+{
+    QorCodeWidget* widget = _pages[page].widget;
+    _pages.erase(_pages.begin() + static_cast<std::ptrdiff_t>(page));
+    if (widget == codeWidget())
+        _stack->setCurrentWidget(_nothing);
+    _stack->removeWidget(widget);
+    widget->setCodeNode(nullptr);
+    widget->hide();
+    // It may be at work, and wait for its own signal.
+    widget->deleteLater();
+}
+
+void CodeDock::closePagesOf(unsigned long long nodeId)
+{
+    for (std::size_t i = _pages.size(); i-- > 0;) {
+        if (_pages[i].codeId == nodeId || _pages[i].fieldsId == nodeId)
+            closePage(i);
+    }
+}
+
+void CodeDock::addField(Orvane::Node* node, const QString& dataType, const QString& fieldType,
+                        const QString& name, const QString& defaultValue)
+{
+    if (!node)
+        return;
+    const QString error = AuthorFields::add(*node, dataType, fieldType, name, defaultValue);
+    if (error.isEmpty())
+        emit fieldsChanged(node);
+    else
+        tell(tr("The field is not added: %1.").arg(error));
+}
+
+void CodeDock::removeField(Orvane::Node* node, const QString& name)
+{
+    if (!node)
+        return;
+    const QString error = AuthorFields::remove(*node, name);
+    if (error.isEmpty())
+        emit fieldsChanged(node);
+    else
+        tell(tr("The field is not removed: %1.").arg(error));
+}
+
+void CodeDock::tell(const QString& text)
+{
+    QOR_LOG_LINE(osg::LOG_WARNING, module, "%s\n", toRuntime(text).c_str());
+    emit told(text);
+}

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <Orvane/Observer.h>
+#include <QDockWidget>
+#include <vector>
+
+class QStackedWidget;
+class Selection;
+struct CodeNodes;
+
+namespace Orvane {
+class Node;
+namespace Qt4 {
+class QorCodeWidget;
+}
+} // namespace Orvane
+
+/// The panel of code. It opens when a script or a shader is selected, and gives each a code widget of its
+/// own: what is written there waits until it is applied, while other nodes are looked at. When a node dies
+/// its code goes. Fields are added and removed as the widget asks for it.
+class CodeDock : public QDockWidget
+{
+    Q_OBJECT
+
+public:
+    /// \a selection is borrowed.
+    CodeDock(Selection* selection, QWidget* parent);
+    ~CodeDock() override;
+
+    /// The widget that is shown. It has no node and is disabled while there is no code to show.
+    Orvane::Qt4::QorCodeWidget* codeWidget() const;
+
+public slots:
+    /// Shows the code of a script or shader, or of the shader of a shape. Any other node changes nothing.
+    void openNode(Orvane::Node* node);
+
+signals:
+    /// A node has other fields now.
+    void fieldsChanged(Orvane::Node* node);
+    /// Something to tell the user.
+    void told(const QString& text);
+
+private:
+    /// Lets go of code whose node dies.
+    class EndObserver : public Orvane::Observer
+    {
+    public:
+        explicit EndObserver(CodeDock* dock);
+        void notify(const double& time, Orvane::BaseObject* node, Orvane::BaseObject* second,
+                    Orvane::BaseObject* third) override;
+
+    private:
+        CodeDock* _dock;
+    };
+
+    struct Page
+    {
+        Orvane::Qt4::QorCodeWidget* widget;
+        unsigned long long codeId;
+        unsigned long long fieldsId;
+    };
+
+    void addPage(const CodeNodes& nodes);
+    void closePage(std::size_t page);
+    void closePagesOf(unsigned long long nodeId);
+    void addField(Orvane::Node* node, const QString& dataType, const QString& fieldType, const QString& name,
+                  const QString& defaultValue);
+    void removeField(Orvane::Node* node, const QString& name);
+    void tell(const QString& text);
+
+    QStackedWidget* _stack;
+    Orvane::Qt4::QorCodeWidget* _nothing; ///< shown when there is no code
+    std::vector<Page> _pages;
+    EndObserver _endObserver;
+};
