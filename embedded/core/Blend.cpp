@@ -77,6 +77,67 @@ std::array<double, 2> arcShares(double cosine, double t)
     return {std::sin((1.0 - t) * arc) / s, std::sin(t * arc) / s};
 }
 
+Quaternion product(const Quaternion& a, const Quaternion& b)
+{
+    return {a[3] * b[0] + a[0] * b[3] + a[1] * b[2] - a[2] * b[1],
+            a[3] * b[1] - a[0] * b[2] + a[1] * b[3] + a[2] * b[0],
+            a[3] * b[2] + a[0] * b[1] - a[1] * b[0] + a[2] * b[3],
+            a[3] * b[3] - a[0] * b[0] - a[1] * b[1] - a[2] * b[2]};
+}
+
+Quaternion inverse(const Quaternion& q)
+{
+    return {-q[0], -q[1], -q[2], q[3]};
+}
+
+double cosineBetween(const Quaternion& a, const Quaternion& b)
+{
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2] + a[3] * b[3];
+}
+
+Quaternion mixed(const Quaternion& a, double shareA, const Quaternion& b, double shareB)
+{
+    Quaternion result;
+    for (std::size_t i = 0; i < result.size(); ++i)
+        result[i] = shareA * a[i] + shareB * b[i];
+    return result;
+}
+
+/// Along the arc that runs between just these two, be it the longer one.
+Quaternion alongArc(const Quaternion& a, const Quaternion& b, double t)
+{
+    const std::array<double, 2> shares = arcShares(cosineBetween(a, b), t);
+    return mixed(a, shares[0], b, shares[1]);
+}
+
+/// The same rotation, on the side of \a other.
+Quaternion towards(const Quaternion& other, const Quaternion& q)
+{
+    return cosineBetween(other, q) < 0.0 ? mixed(q, -1.0, q, 0.0) : q;
+}
+
+/// The logarithm of a unit quaternion: axis by half the angle.
+std::array<double, 3> logarithm(const Quaternion& q)
+{
+    const double s = std::hypot(q[0], q[1], q[2]);
+    const double factor = s > 1e-12 ? std::atan2(s, q[3]) / s : 0.0;
+    return {q[0] * factor, q[1] * factor, q[2] * factor};
+}
+
+/// The point beside key \a b that makes the way through it smooth.
+Quaternion controlPoint(const Quaternion& a, const Quaternion& b, const Quaternion& c)
+{
+    const Quaternion back = inverse(b);
+    const std::array<double, 3> before = logarithm(product(back, a));
+    const std::array<double, 3> after = logarithm(product(back, c));
+    std::array<double, 3> v;
+    for (std::size_t i = 0; i < v.size(); ++i)
+        v[i] = -0.25 * (before[i] + after[i]);
+    const double half = std::hypot(v[0], v[1], v[2]);
+    const double factor = half > 1e-12 ? std::sin(half) / half : 1.0;
+    return product(b, {v[0] * factor, v[1] * factor, v[2] * factor, std::cos(half)});
+}
+
 } // namespace
 
 osg::Color3f blend(const osg::Color3f& a, const osg::Color3f& b, float t)
@@ -107,18 +168,30 @@ Rotation blend(const Rotation& a, const Rotation& b, float t)
     if (t >= 1.0F)
         return b;
     const Quaternion from = toQuaternion(a);
-    Quaternion to = toQuaternion(b);
-    double cosine = from[0] * to[0] + from[1] * to[1] + from[2] * to[2] + from[3] * to[3];
-    if (cosine < 0.0) {
-        cosine = -cosine;
-        for (double& component : to)
-            component = -component;
-    }
-    const std::array<double, 2> shares = arcShares(cosine, double(t));
-    Quaternion result;
-    for (std::size_t i = 0; i < 4; ++i)
-        result[i] = shares[0] * from[i] + shares[1] * to[i];
-    return toRotation(result);
+    return toRotation(alongArc(from, towards(from, toQuaternion(b)), double(t)));
+}
+
+Rotation turned(const Rotation& first, const Rotation& second)
+{
+    return toRotation(product(toQuaternion(second), toQuaternion(first)));
+}
+
+Rotation difference(const Rotation& from, const Rotation& to)
+{
+    const Quaternion turn = product(toQuaternion(to), inverse(toQuaternion(from)));
+    return toRotation(towards({0.0, 0.0, 0.0, 1.0}, turn));
+}
+
+Rotation blendSmoothly(const Rotation& a, const Rotation& b, const Rotation& c, const Rotation& d, float t)
+{
+    const Quaternion from = toQuaternion(b);
+    const Quaternion before = towards(from, toQuaternion(a));
+    const Quaternion to = towards(from, toQuaternion(c));
+    const Quaternion after = towards(to, toQuaternion(d));
+    const double share = double(t);
+    return toRotation(alongArc(alongArc(from, to, share),
+                               alongArc(controlPoint(before, from, to), controlPoint(from, to, after), share),
+                               2.0 * share * (1.0 - share)));
 }
 
 osg::Vec3f blendDirections(const osg::Vec3f& a, const osg::Vec3f& b, float t)
