@@ -97,11 +97,14 @@ private:
     void adopt(const NodePtr& child);
     void dropAt(UInt32 index);
     void computeVolume();
+    void uniteChildren();
+    void noteMoved(Node& child);
 
     void addReferrer(VisitSubTree* referrer);
     void subReferrer(VisitSubTree* referrer);
     /// The boxes of the children, up to date; the volume has to be that.
     const ChildTree& childTree();
+    ChildTree& makeChildTree();
 
     // What every walk through the tree reads stands together.
     UInt32 _travMask = ~UInt32(0);

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <numeric>
 
 namespace osg {
 
@@ -13,6 +15,9 @@ namespace {
 constexpr UInt32 leafSize = 4;
 // Children that have moved about make the boxes this much larger before it pays to sort them anew.
 constexpr Real64 loosest = 2;
+
+// Of this many children one may move between two updates before all are looked at.
+constexpr std::size_t movedShare = 8;
 
 bool isFinite(const Pnt3f& point)
 {
@@ -68,11 +73,62 @@ Real64 ChildTree::Box::entry(const Pnt3d& origin, const Vec3d& direction, Real64
     return enter <= exit ? enter : missed;
 }
 
+bool ChildTree::Box::operator==(const Box& other) const
+{
+    return std::equal(min, min + 3, other.min) && std::equal(max, max + 3, other.max);
+}
+
+bool ChildTree::Box::read(const DynamicVolume& volume)
+{
+    setEmpty();
+    if (volume.isEmpty())
+        return true;
+    Pnt3f low;
+    Pnt3f high;
+    volume.getBounds(low, high);
+    if (volume.isInfinite() || !isFinite(low) || !isFinite(high))
+        return false;
+    std::copy_n(low.getValues(), 3, min);
+    std::copy_n(high.getValues(), 3, max);
+    return true;
+}
+
+void ChildTree::setStale()
+{
+    _isStale = true;
+    _wasPassedOver = false;
+    _moved.clear();
+}
+
+void ChildTree::noteMoved(Node& child)
+{
+    if (_isStale)
+        return;
+    _moved.push_back(&child);
+    if (_moved.size() * movedShare > _children.size())
+        setStale();
+}
+
 void ChildTree::update(const Node& node)
 {
-    if (!_isStale)
-        return;
+    if (_isStale || !updateMoved())
+        updateAll(node);
+    else if (_area > _builtArea * loosest)
+        build(node);
     _isStale = false;
+    _moved.clear();
+}
+
+bool ChildTree::getBounds(Pnt3f& low, Pnt3f& high) const
+{
+    const Box& all = _branches.front().box;
+    low.setValues(all.min[0], all.min[1], all.min[2]);
+    high.setValues(all.max[0], all.max[1], all.max[2]);
+    return _everywhere.empty();
+}
+
+void ChildTree::updateAll(const Node& node)
+{
     const std::vector<UInt32> everywhere = _everywhere;
     const bool isKnown = hasChildrenOf(node);
     readBoxes(node);
@@ -81,8 +137,31 @@ void ChildTree::update(const Node& node)
         return;
     }
     refit();
-    if (totalArea() > _builtArea * loosest)
+    if (_area > _builtArea * loosest)
         build(node);
+}
+
+// False when that does not do.
+bool ChildTree::updateMoved()
+{
+    if (!_moved.empty() && !_everywhere.empty())
+        return false;
+    for (const Node* child : _moved) {
+        const UInt32 index = indexOf(child);
+        if (index == _children.size() || !_boxes[index].read(child->getVolume()))
+            return false;
+        refitUpwards(_leaves[index]);
+    }
+    return true;
+}
+
+UInt32 ChildTree::indexOf(const Node* child) const
+{
+    const auto found = std::lower_bound(
+        _byAddress.begin(), _byAddress.end(), child,
+        [this](UInt32 index, const Node* wanted) { return std::less<>()(_children[index], wanted); });
+    return found != _byAddress.end() && _children[*found] == child ? *found
+                                                                   : static_cast<UInt32>(_children.size());
 }
 
 bool ChildTree::hasChildrenOf(const Node& node) const
@@ -98,20 +177,8 @@ void ChildTree::readBoxes(const Node& node)
     _boxes.resize(count);
     _everywhere.clear();
     for (UInt32 i = 0; i < count; ++i) {
-        Box& box = _boxes[i];
-        box.setEmpty();
-        const DynamicVolume& volume = node.getChildren()[i]->getVolume();
-        if (volume.isEmpty())
-            continue;
-        Pnt3f low;
-        Pnt3f high;
-        volume.getBounds(low, high);
-        if (volume.isInfinite() || !isFinite(low) || !isFinite(high)) {
+        if (!_boxes[i].read(node.getChildren()[i]->getVolume()))
             _everywhere.push_back(i);
-            continue;
-        }
-        std::copy_n(low.getValues(), 3, box.min);
-        std::copy_n(high.getValues(), 3, box.max);
     }
 }
 
@@ -128,8 +195,11 @@ void ChildTree::build(const Node& node)
     for (const NodePtr& child : node.getChildren())
         _children.push_back(child.getCPtr());
     _order.resize(_children.size());
-    for (UInt32 i = 0; i < _order.size(); ++i)
-        _order[i] = i;
+    std::iota(_order.begin(), _order.end(), 0);
+    _byAddress = _order;
+    std::sort(_byAddress.begin(), _byAddress.end(),
+              [this](UInt32 a, UInt32 b) { return std::less<>()(_children[a], _children[b]); });
+    _leaves.resize(_children.size());
     _branches.assign(1, Branch());
     std::vector<Range> waiting{{0, 0, static_cast<UInt32>(_order.size())}};
     while (!waiting.empty()) {
@@ -140,8 +210,11 @@ void ChildTree::build(const Node& node)
         for (UInt32 i = range.first; i < range.last; ++i)
             box.extend(_boxes[_order[i]]);
         const UInt32 count = range.last - range.first;
+        const UInt32 above = _branches[range.branch].above;
         if (count <= leafSize) {
-            _branches[range.branch] = {box, range.first, count};
+            _branches[range.branch] = {box, range.first, count, above};
+            for (UInt32 i = range.first; i < range.last; ++i)
+                _leaves[_order[i]] = range.branch;
             continue;
         }
         int axis = 0;
@@ -157,25 +230,43 @@ void ChildTree::build(const Node& node)
         std::nth_element(_order.begin() + range.first, _order.begin() + cut, _order.begin() + range.last,
                          [&](UInt32 a, UInt32 b) { return middle(a) < middle(b); });
         const auto below = static_cast<UInt32>(_branches.size());
-        _branches[range.branch] = {box, below, 0};
-        _branches.resize(_branches.size() + 2);
+        _branches[range.branch] = {box, below, 0, above};
+        _branches.resize(_branches.size() + 2, Branch{Box(), 0, 0, range.branch});
         waiting.push_back({below, range.first, cut});
         waiting.push_back({below + 1, cut, range.last});
     }
-    _builtArea = totalArea();
+    _area = totalArea();
+    _builtArea = _area;
 }
 
 void ChildTree::refit()
 {
     // Branches stand behind the one that they belong to.
-    for (auto branch = _branches.rbegin(); branch != _branches.rend(); ++branch) {
-        branch->box.setEmpty();
-        if (branch->count == 0 && branch->first != 0) {
-            branch->box.extend(_branches[branch->first].box);
-            branch->box.extend(_branches[branch->first + 1].box);
-        }
-        for (UInt32 i = 0; i < branch->count; ++i)
-            branch->box.extend(_boxes[_order[branch->first + i]]);
+    for (auto branch = _branches.rbegin(); branch != _branches.rend(); ++branch)
+        refit(*branch);
+    _area = totalArea();
+}
+
+void ChildTree::refit(Branch& branch)
+{
+    branch.box.setEmpty();
+    if (branch.count == 0 && branch.first != 0) {
+        branch.box.extend(_branches[branch.first].box);
+        branch.box.extend(_branches[branch.first + 1].box);
+    }
+    for (UInt32 i = 0; i < branch.count; ++i)
+        branch.box.extend(_boxes[_order[branch.first + i]]);
+}
+
+void ChildTree::refitUpwards(UInt32 branch)
+{
+    for (;;) {
+        const Box before = _branches[branch].box;
+        refit(_branches[branch]);
+        _area += _branches[branch].box.area() - before.area();
+        if (branch == 0 || _branches[branch].box == before)
+            return;
+        branch = _branches[branch].above;
     }
 }
 

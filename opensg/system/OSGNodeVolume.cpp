@@ -46,7 +46,10 @@ void Node::updateVolume()
         Node* node;
         UInt32 next;
         UInt32 last;
+        const std::vector<Node*>* moved; ///< all children that can be out of date; null when all can
         bool referred;
+
+        Node* child() { return moved ? (*moved)[next++] : node->_children[next++].getCPtr(); }
     };
 
     // A node that is in work already is one that appears inside itself: it adds nothing to its own volume.
@@ -58,16 +61,25 @@ void Node::updateVolume()
 
     std::vector<Visit> path;
     const auto enter = [&path](Node& node) {
-        const NodeCore::ChildRange range = activeChildren(node);
         node._updating = true;
-        path.push_back({&node, range.first, range.last, static_cast<bool>(node._core)});
+        Visit visit{&node, 0, 0, nullptr, static_cast<bool>(node._core)};
+        const ChildTree* const tree = node._extras ? node._extras->childTree.get() : nullptr;
+        if (tree && !tree->isStale()) {
+            visit.moved = &tree->moved();
+            visit.last = static_cast<UInt32>(tree->moved().size());
+        } else {
+            const NodeCore::ChildRange range = activeChildren(node);
+            visit.next = range.first;
+            visit.last = range.last;
+        }
+        path.push_back(visit);
     };
     enter(*this);
     while (!path.empty()) {
         Visit& visit = path.back();
         Node* below = nullptr;
         while (!below && visit.next < visit.last) {
-            Node* child = visit.node->_children[visit.next++].getCPtr();
+            Node* const child = visit.child();
             below = outdated(*child) ? child : nullptr;
         }
         if (!below && visit.referred) {
@@ -87,9 +99,7 @@ void Node::updateVolume()
 void Node::computeVolume()
 {
     _volume.setEmpty();
-    const NodeCore::ChildRange range = activeChildren(*this);
-    for (UInt32 i = range.first; i < range.last; ++i)
-        _volume.extendBy(_children[i]->_volume);
+    uniteChildren();
     if (_core) {
         const NodePtr tree = _core->getReferredTree();
         if (tree && !tree->_updating)
@@ -98,22 +108,48 @@ void Node::computeVolume()
     }
     _volume.setValid();
     _updating = false;
-    if (_extras && _extras->childTree)
-        _extras->childTree->setStale();
 }
 
-const ChildTree& Node::childTree()
+void Node::uniteChildren()
+{
+    const NodeCore::ChildRange range = activeChildren(*this);
+    ChildTree* const tree = _extras ? _extras->childTree.get() : nullptr;
+    if (tree && range.first == 0 && range.last == getNChildren() && tree->isSettled()) {
+        tree->update(*this);
+        Pnt3f low;
+        Pnt3f high;
+        if (tree->getBounds(low, high)) {
+            if (low[0] <= high[0]) {
+                _volume.extendBy(low);
+                _volume.extendBy(high);
+            }
+            return;
+        }
+    }
+    for (UInt32 i = range.first; i < range.last; ++i)
+        _volume.extendBy(_children[i]->_volume);
+}
+
+ChildTree& Node::makeChildTree()
 {
     if (!_extras)
         _extras = std::make_unique<Extras>();
     if (!_extras->childTree)
         _extras->childTree = std::make_unique<ChildTree>();
-    _extras->childTree->update(*this);
     return *_extras->childTree;
+}
+
+const ChildTree& Node::childTree()
+{
+    ChildTree& tree = makeChildTree();
+    tree.update(*this);
+    return tree;
 }
 
 void Node::invalidateVolume()
 {
+    if (_extras && _extras->childTree)
+        _extras->childTree->setStale();
     // A volume that is out of date has told so already to all that depend on it, and is in no picture.
     if (!_volume.isValid() && !_volume.isStatic())
         return;
@@ -129,9 +165,12 @@ void Node::invalidateVolume()
     };
     invalidate(this);
     while (!waiting.empty()) {
-        const Node* node = waiting.back();
+        Node* const node = waiting.back();
         waiting.pop_back();
-        invalidate(node->_parent.getCPtr());
+        if (Node* const parent = node->_parent.getCPtr()) {
+            parent->noteMoved(*node);
+            invalidate(parent);
+        }
         if (!node->_extras)
             continue;
         for (const VisitSubTree* referrer : node->_extras->referrers) {
@@ -139,6 +178,15 @@ void Node::invalidateVolume()
                 invalidate(place.getCPtr());
         }
     }
+}
+
+void Node::noteMoved(Node& child)
+{
+    // While a tree is being made its volumes are out of date anyway.
+    if (!_volume.isValid() && !(_extras && _extras->childTree))
+        return;
+    if (getNChildren() >= ChildTree::fewestChildren)
+        makeChildTree().noteMoved(child);
 }
 
 } // namespace osg

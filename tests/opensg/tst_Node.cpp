@@ -6,6 +6,7 @@
 #include <OpenSG/OSGVisitSubTree.h>
 
 #include <QtTest>
+#include <random>
 
 using namespace osg;
 
@@ -277,6 +278,99 @@ private slots:
         root->subChild(middle);
         QVERIFY(boundsOf(root) == BoxVolume(0, 0, 0, 0, 0, 0));
         QVERIFY(root->getVolume().isEmpty());
+    }
+
+    void volumeOfManyChildrenFollowsThem()
+    {
+        const NodeRefPtr root = makeNodeFor(translation(100, 0, 0));
+        std::mt19937 random(7);
+        std::uniform_real_distribution<float> place(-50, 50);
+        const auto move = [&](const NodePtr& child, float x, float y, float z) {
+            const TransformPtr transform = TransformPtr::dcast(child->getCore());
+            Matrix matrix;
+            matrix.setTranslate(x, y, z);
+            beginEditCP(transform);
+            transform->setMatrix(matrix);
+            endEditCP(transform);
+        };
+        const auto add = [&] {
+            const NodePtr child = makeNodeFor(translation(place(random), place(random), place(random)));
+            child->addChild(makeNodeFor(Box::create()));
+            root->addChild(child);
+        };
+        const auto isAsOneByOne = [&] {
+            BoxVolume all;
+            all.setEmpty();
+            for (const NodePtr& child : root->getChildren())
+                all.extendBy(boundsOf(child));
+            if (!all.isEmpty()) {
+                Matrix matrix;
+                matrix.setTranslate(100, 0, 0);
+                all.transform(matrix);
+            }
+            // The children are up to date by now; whether the volume is shall not come from that.
+            return boundsOf(root) == all;
+        };
+        const auto check = [&] {
+            root->updateVolume();
+            return isAsOneByOne();
+        };
+        for (int i = 0; i < 200; ++i)
+            add();
+        QVERIFY(check());
+        // One or a few, also those at the border, far away and back again.
+        for (int i = 0; i < 300; ++i) {
+            for (int k = 0; k <= i % 4; ++k) {
+                const NodePtr child = root->getChild(static_cast<UInt32>(random() % 200));
+                move(child, place(random), place(random), i % 10 == 0 ? 1000 : place(random));
+            }
+            QVERIFY(check());
+        }
+        for (UInt32 i = 0; i < 200; i += 2)
+            move(root->getChild(i), place(random) * 2, place(random), place(random));
+        QVERIFY(check());
+        // A child that goes, comes, or becomes empty; and a box that grows below one.
+        for (int i = 0; i < 40; ++i) {
+            root->subChild(static_cast<UInt32>(random() % 150));
+            QVERIFY(check());
+            add();
+            move(root->getChild(3), place(random), place(random), place(random));
+            QVERIFY(check());
+            root->getChild(5)->subChild(UInt32(0));
+            QVERIFY(check());
+            root->getChild(5)->addChild(makeNodeFor(Box::create()));
+            QVERIFY(check());
+            const BoxPtr box = BoxPtr::dcast(root->getChild(7)->getChild(0)->getCore());
+            box->size = static_cast<float>(i % 7 * 20);
+            box->invalidateVolume();
+            QVERIFY(check());
+        }
+    }
+
+    void manyChildrenTellOnlyOfThoseThatMoved()
+    {
+        const NodeRefPtr root = groupNode();
+        std::vector<BoxPtr> boxes;
+        for (int i = 0; i < 100; ++i) {
+            boxes.push_back(Box::create());
+            root->addChild(makeNodeFor(boxes.back()));
+        }
+        for (int i = 0; i < 5; ++i) {
+            boxes[3]->size = 2;
+            boxes[3]->invalidateVolume();
+            root->updateVolume();
+        }
+        QCOMPARE(boxes[3]->volumeQueries, 5);
+        QCOMPARE(boxes[4]->volumeQueries, 1);
+        QVERIFY(boundsOf(root) == BoxVolume(-2, -2, -2, 2, 2, 2));
+        // One that is everywhere, and one that is so no more.
+        root->getChild(8)->getVolume(true).setInfinite();
+        root->invalidateVolume();
+        QVERIFY(root->getVolume(true).isInfinite());
+        boxes[3]->invalidateVolume();
+        QVERIFY(root->getVolume(true).isInfinite());
+        boxes[8]->invalidateVolume();
+        QVERIFY(boundsOf(root) == BoxVolume(-2, -2, -2, 2, 2, 2));
     }
 
     void staticVolumeStays()
