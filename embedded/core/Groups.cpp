@@ -95,7 +95,6 @@ const ProcRegistration group("Group", makeProc<GroupProc>);
 const ProcRegistration inlined("Inline", makeProc<InlineProc>);
 const ProcRegistration staticGroup("StaticGroup", makeProc<GroupProc>);
 const ProcRegistration switched("Switch", makeProc<SwitchProc>);
-const ProcRegistration viewpointGroup("ViewpointGroup", makeProc<GroupProc>);
 
 } // namespace
 

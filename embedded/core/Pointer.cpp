@@ -1,16 +1,20 @@
 #include "core/Pointer.h"
 #include "core/AnchorProc.h"
 #include "core/NormalGenerator.h"
+#include "core/Part.h"
 #include "core/PointingSensorProc.h"
 #include "core/SceneProc.h"
 #include "core/SurfacePoint.h"
 #include "core/UsableValues.h"
+#include <Orvane/SFString.h>
 #include <algorithm>
 #include <utility>
 
 namespace Orvane {
 
 namespace {
+
+const Part descriptionPart("description");
 
 /// The sensor that a node is, while it lives and stands in a scene.
 PointingSensor* sensorOf(UInt64 id)
@@ -169,6 +173,19 @@ PointerSpot Pointer::spotOf(const Place& place, bool isOver) const
     spot.texCoord = _texCoord;
     spot.hasTexCoord = _hasTexCoord;
     return spot;
+}
+
+std::string Pointer::description() const
+{
+    for (const Place& place : _active.empty() ? _over : _active) {
+        const Node* const node = Node::findNode(place.id);
+        if (!node || !descriptionPart.isIn(*node))
+            continue;
+        const std::string& text = descriptionPart.read<SFString>(*node).value();
+        if (!text.empty())
+            return text;
+    }
+    return {};
 }
 
 bool Pointer::press(double time)

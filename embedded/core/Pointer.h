@@ -5,6 +5,7 @@
 #include <OpenSG/OSGLine.h>
 #include <Orvane/Export.h>
 #include <Orvane/Types.h>
+#include <string>
 #include <vector>
 
 namespace Orvane {
@@ -29,6 +30,9 @@ public:
     /// True while a sensor is pointed at or active.
     bool isOverSensor() const { return !_over.empty() || !_active.empty(); }
     bool isDragging() const { return !_active.empty(); }
+    /// What the first sensor with a description that is pointed at or active says of itself; empty when none
+    /// does.
+    std::string description() const;
 
 private:
     /// A sensor as a place of the scene: the same one may be met in several.

@@ -28,6 +28,8 @@ struct SceneView
     bool headlight = true;
     float avatarRadius = 0.25F;    ///< metres; the near plane lies at half of it at the most
     float visibilityLimit = 0.0F;  ///< metres; 0 means no limit
+    float nearDistance = 0.0F;     ///< of the near plane, as the viewpoint wants it; 0 leaves it open
+    float farDistance = 0.0F;      ///< of the far plane; goes before the visibility limit
     osg::BackgroundPtr background; ///< never null
 };
 

@@ -6,17 +6,25 @@
 #include "core/SceneProc.h"
 #include "core/UsableValues.h"
 #include <Orvane/MFFloat.h>
+#include <Orvane/SFBool.h>
 #include <Orvane/SFFloat.h>
 #include <algorithm>
+#include <cmath>
 
 namespace Orvane {
 
 namespace {
 
+const Part centerPart("center");
+const Part displayedPart("displayed");
+const Part farDistancePart("farDistance");
 const Part fieldOfViewPart("fieldOfView");
 const Part navigationInfoPart("navigationInfo");
+const Part nearDistancePart("nearDistance");
 const Part orientationPart("orientation");
 const Part positionPart("position");
+const Part retainUserOffsetsPart("retainUserOffsets");
+const Part sizePart("size");
 
 /// Looks through a window in space, without perspective.
 class OrthoViewpointProc : public ViewpointProc
@@ -24,9 +32,9 @@ class OrthoViewpointProc : public ViewpointProc
 public:
     using ViewpointProc::ViewpointProc;
 
-    void describe(SceneView& view) const override
+protected:
+    void describeLens(SceneView& view) const override
     {
-        view.viewpoint = cameraToWorld();
         const std::vector<float>& sides = fieldOfViewPart.read<MFFloat>(node()).values();
         view.orthographic = true;
         if (sides.size() < 4 || !(sides[2] > sides[0]) || !(sides[3] > sides[1]))
@@ -38,6 +46,57 @@ public:
     }
 };
 
+/// Viewpoints that are offered together, everywhere or to viewers in a box.
+class ViewpointGroupProc : public GroupProc
+{
+public:
+    using GroupProc::GroupProc;
+
+    bool offersTo(const osg::Pnt3f& viewer) const
+    {
+        if (!displayedPart.read<SFBool>(node()).value())
+            return false;
+        const osg::Vec3f size = usableVector(sizePart.read<SFVec3f>(node()).value());
+        if (isNull(size))
+            return true;
+        osg::Matrix toLocal;
+        if (!toWorld().inverse(toLocal))
+            return false;
+        osg::Pnt3f place;
+        toLocal.multMatrixPnt(viewer, place);
+        const osg::Vec3f& center = centerPart.read<SFVec3f>(node()).value();
+        for (osg::UInt32 axis = 0; axis < 3; ++axis) {
+            if (!(std::abs(place[axis] - center[axis]) <= size[axis] * 0.5F))
+                return false;
+        }
+        return true;
+    }
+    bool retainsUserOffsets() const { return retainUserOffsetsPart.read<SFBool>(node()).value(); }
+};
+
+/// True when one of the groups of viewpoints above a viewpoint meets a condition.
+template <class Condition>
+bool anyGroup(const ViewpointProc& viewpoint, const Condition& condition)
+{
+    // A group may stand in itself.
+    constexpr int deepest = 64;
+    const auto* group = dynamic_cast<const ViewpointGroupProc*>(groupOf(viewpoint));
+    for (int depth = 0; group && depth < deepest; ++depth) {
+        if (condition(*group))
+            return true;
+        group = dynamic_cast<const ViewpointGroupProc*>(groupOf(*group));
+    }
+    return false;
+}
+
+/// A distance that its author has set; 0 else.
+float readDistance(const Part& part, const Node& node)
+{
+    const float distance = part.isIn(node) ? part.read<SFFloat>(node).value() : 0.0F;
+    return isDrawable(distance) && distance > 0.0F ? distance : 0.0F;
+}
+
+const ProcRegistration viewpointGroup("ViewpointGroup", makeProc<ViewpointGroupProc>);
 const ProcRegistration viewpoint("Viewpoint", makeProc<ViewpointProc>);
 const ProcRegistration orthoViewpoint("OrthoViewpoint", makeProc<OrthoViewpointProc>);
 
@@ -79,6 +138,25 @@ osg::Matrix ViewpointProc::cameraToWorld() const
 void ViewpointProc::describe(SceneView& view) const
 {
     view.viewpoint = cameraToWorld();
+    view.nearDistance = readDistance(nearDistancePart, node());
+    view.farDistance = readDistance(farDistancePart, node());
+    describeLens(view);
+}
+
+bool ViewpointProc::isOfferedTo(const osg::Pnt3f& viewer) const
+{
+    return !anyGroup(*this, [&](const ViewpointGroupProc& group) { return !group.offersTo(viewer); });
+}
+
+bool ViewpointProc::retainsUserOffsets() const
+{
+    if (retainUserOffsetsPart.isIn(node()) && retainUserOffsetsPart.read<SFBool>(node()).value())
+        return true;
+    return anyGroup(*this, [](const ViewpointGroupProc& group) { return group.retainsUserOffsets(); });
+}
+
+void ViewpointProc::describeLens(SceneView& view) const
+{
     const float angle = fieldOfViewPart.read<SFFloat>(node()).value();
     // The field is open at both ends: at 0 nothing is seen, at half a turn all of it in one point.
     if (isDrawable(angle) && angle > 0.0F)

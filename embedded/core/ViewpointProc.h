@@ -2,6 +2,7 @@
 
 #include "core/BindableProc.h"
 #include <OpenSG/OSGMatrix.h>
+#include <OpenSG/OSGVector.h>
 #include <Orvane/Export.h>
 
 namespace Orvane {
@@ -18,9 +19,16 @@ public:
     /// not scale what is seen.
     osg::Matrix cameraToWorld() const;
     /// Fills what a viewport takes from the viewpoint.
-    virtual void describe(SceneView& view) const;
+    void describe(SceneView& view) const;
+
+    /// True when the user may step to the viewpoint from where the \a viewer is: all groups of viewpoints
+    /// that it stands in offer it there.
+    bool isOfferedTo(const osg::Pnt3f& viewer) const;
+    /// True when it shows, bound anew, what the user saw there last: it or a group of viewpoints says so.
+    bool retainsUserOffsets() const;
 
 protected:
+    virtual void describeLens(SceneView& view) const;
     void setBound(bool bound, double time) override;
 };
 

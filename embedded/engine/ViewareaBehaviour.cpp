@@ -71,12 +71,15 @@ DepthRange depthRange(const SceneView& view, const osg::NodePtr& sceneRoot)
             farthest = std::sqrt(farSquare) * 1.01F;
         }
     }
-    if (view.visibilityLimit > 0.0F)
+    if (view.farDistance > 0.0F)
+        farthest = view.farDistance;
+    else if (view.visibilityLimit > 0.0F)
         farthest = std::min(farthest, view.visibilityLimit);
     const float closeEnough = view.avatarRadius > 0.0F ? view.avatarRadius * 0.5F : 0.125F;
-    const float nearPlane = std::max(std::min(closeEnough, nearest > 0.0F ? nearest * 0.5F : closeEnough),
-                                     farthest / maxDepthRatio);
-    return {nearPlane, std::max(farthest, nearPlane * 2.0F)};
+    float nearPlane = std::max(std::min(closeEnough, nearest > 0.0F ? nearest * 0.5F : closeEnough),
+                               farthest / maxDepthRatio);
+    nearPlane = view.nearDistance > 0.0F ? view.nearDistance : std::min(nearPlane, farthest * 0.5F);
+    return {nearPlane, farthest > nearPlane ? farthest : nearPlane * 2.0F};
 }
 
 } // namespace
@@ -124,6 +127,11 @@ void ViewareaBehaviour::start(double)
 void ViewareaBehaviour::fieldChanged(Field&, double)
 {
     redraw();
+}
+
+std::string ViewareaBehaviour::sensorDescription() const
+{
+    return _input ? _input->sensorDescription() : std::string();
 }
 
 void ViewareaBehaviour::redraw()

@@ -35,6 +35,8 @@ public:
     void start(double time) override;
     void fieldChanged(Field& field, double time) override;
 
+    std::string sensorDescription() const override;
+
     /// Puts the viewport into a window, behind its other ports; a null window takes it out.
     void setWindow(const osg::WindowPtr& window);
 

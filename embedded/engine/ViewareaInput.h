@@ -3,6 +3,7 @@
 #include "InputHandler.h"
 #include "core/Pointer.h"
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace Orvane {
@@ -27,6 +28,8 @@ public:
     void leave(double time);
     /// True while the pointer is over a sensor, or drags one.
     bool isOverSensor() const { return _pointer.isOverSensor(); }
+    /// What that sensor says of itself.
+    std::string sensorDescription() const { return _pointer.description(); }
 
     /// True while a button or a touch that went down here is held: the pointer belongs to this viewarea.
     bool holdsPointer() const { return _buttons != 0 || _touches > 0; }

@@ -53,12 +53,12 @@ void SceneNavigator::firstViewpoint(double time)
 
 void SceneNavigator::previousViewpoint(double time)
 {
-    goToViewpoint([](std::size_t now, std::size_t count) { return (now + count - 1) % count; }, time);
+    goToViewpoint([](std::size_t now, std::size_t count) { return (now > 0 ? now : count) - 1; }, time);
 }
 
 void SceneNavigator::nextViewpoint(double time)
 {
-    goToViewpoint([](std::size_t now, std::size_t count) { return (now + 1) % count; }, time);
+    goToViewpoint([](std::size_t now, std::size_t count) { return now + 1 < count ? now + 1 : 0; }, time);
 }
 
 void SceneNavigator::lastViewpoint(double time)
@@ -66,17 +66,24 @@ void SceneNavigator::lastViewpoint(double time)
     goToViewpoint([](std::size_t, std::size_t count) { return count - 1; }, time);
 }
 
+// The choice is among the viewpoints that are offered; at present it may be none of them that is looked
+// through.
 void SceneNavigator::goToViewpoint(std::size_t (*choice)(std::size_t now, std::size_t count), double time)
 {
     SceneProc* const scene = _viewarea.scene();
     if (!scene)
         return;
-    const std::vector<BindableProc*>& all = scene->stack(BindableKind::Viewpoint).all();
-    if (all.empty())
+    const osg::Pnt3f viewer(osg::Pnt3d(_view.pose().position));
+    std::vector<ViewpointProc*> offered;
+    for (BindableProc* bindable : scene->stack(BindableKind::Viewpoint).all()) {
+        auto* const viewpoint = static_cast<ViewpointProc*>(bindable);
+        if (viewpoint->isOfferedTo(viewer))
+            offered.push_back(viewpoint);
+    }
+    if (offered.empty())
         return;
-    const auto found = std::find(all.begin(), all.end(), _viewarea.viewpoint());
-    const std::size_t now = found == all.end() ? 0 : static_cast<std::size_t>(found - all.begin());
-    auto& chosen = static_cast<ViewpointProc&>(*all[choice(now, all.size())]);
+    const auto now = std::find(offered.begin(), offered.end(), _viewarea.viewpoint()) - offered.begin();
+    ViewpointProc& chosen = *offered[choice(static_cast<std::size_t>(now), offered.size())];
     if (&chosen == _viewarea.viewpoint())
         _view.travelBack(time);
     else

@@ -18,7 +18,6 @@ namespace {
 
 const Part centerOfRotationPart("centerOfRotation");
 const Part jumpPart("jump");
-const Part retainUserOffsetsPart("retainUserOffsets");
 const Part transitionCompletePart("transitionComplete");
 const Part viewAllPart("viewAll");
 
@@ -106,8 +105,8 @@ bool UserView::takeNewTypes()
 
 void UserView::arrive(ViewpointProc* viewpoint, double time)
 {
-    const Node* const left = Node::findNode(_viewpointId);
-    if (left && readFlag(retainUserOffsetsPart, *left))
+    const auto* const left = elementOf<ViewpointProc>(Node::findNode(_viewpointId));
+    if (left && left->retainsUserOffsets())
         _kept[_viewpointId] = _offset;
     for (auto entry = _kept.begin(); entry != _kept.end();)
         entry = Node::findNode(entry->first) ? std::next(entry) : _kept.erase(entry);
@@ -122,7 +121,7 @@ void UserView::arrive(ViewpointProc* viewpoint, double time)
     }
     Offset target;
     const auto kept = _kept.find(_viewpointId);
-    if (viewpoint && kept != _kept.end() && readFlag(retainUserOffsetsPart, viewpoint->node()))
+    if (viewpoint && kept != _kept.end() && viewpoint->retainsUserOffsets())
         target = kept->second;
     _wantsAll = viewpoint && readFlag(viewAllPart, viewpoint->node());
     setOff(target, time);

@@ -2,6 +2,7 @@
 
 #include <OpenSG/OSGViewport.h>
 #include <Orvane/NodeProc.h>
+#include <string>
 
 namespace Orvane {
 
@@ -16,6 +17,8 @@ public:
 
     /// True while the pointer is over a sensor.
     bool overSensor() const { return _overSensor; }
+    /// What that sensor says of itself, for a tool tip; empty when it says nothing. A runtime need not know.
+    virtual std::string sensorDescription() const { return {}; }
 
 protected:
     explicit ViewareaProc(Node* viewarea);

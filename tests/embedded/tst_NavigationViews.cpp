@@ -50,6 +50,13 @@ private slots:
     void viewpointsAreStepped();
     void keysStepViewpoints();
     void stepWithoutViewpointsDoesNothing();
+    void stepFromNoViewpointGoesToTheEnds();
+    void hiddenGroupOfViewpointsIsPassedOver();
+    void groupOfViewpointsIsOfferedInItsBox();
+    void groupOfViewpointsRetainsOffsets();
+    void groupOfViewpointsThatHoldsItself();
+    void viewpointSetsTheDepthRange_data();
+    void viewpointSetsTheDepthRange();
     void linearTransitionTakesItsTime();
     void animatedTransitionIsSlowAtBothEnds();
     void teleportIsThereAtOnce();
@@ -151,6 +158,123 @@ void tst_NavigationViews::stepWithoutViewpointsDoesNothing()
         scene.send(message);
     scene.runFor(1.2);
     QCOMPARE(scene.eye(), osg::Vec3f(0, 0, 10));
+}
+
+void tst_NavigationViews::stepFromNoViewpointGoesToTheEnds()
+{
+    NavigationScene scene(teleport + three + box);
+    const auto unbindAll = [&] {
+        for (const char* name : {"A", "B", "C"})
+            scene.set(name, "set_bind", "FALSE");
+    };
+    unbindAll();
+    scene.send("nextView");
+    QCOMPARE(scene.get("A", "isBound"), std::string("TRUE"));
+    unbindAll();
+    scene.send("prevView");
+    QCOMPARE(scene.get("C", "isBound"), std::string("TRUE"));
+}
+
+void tst_NavigationViews::hiddenGroupOfViewpointsIsPassedOver()
+{
+    NavigationScene scene(teleport +
+                          "<Viewpoint DEF='A'/><ViewpointGroup DEF='G' displayed='false'>"
+                          "<ViewpointGroup><Viewpoint DEF='B' position='5 0 10'/></ViewpointGroup>"
+                          "</ViewpointGroup><Viewpoint DEF='C' position='9 0 10'/>" +
+                          box);
+    scene.send("nextView");
+    QCOMPARE(scene.eye(), osg::Vec3f(9, 0, 10));
+    // An event binds it all the same, and one can step away from it.
+    scene.set("B", "set_bind", "TRUE");
+    scene.run();
+    QCOMPARE(scene.eye(), osg::Vec3f(5, 0, 10));
+    scene.send("prevView");
+    QCOMPARE(scene.eye(), osg::Vec3f(9, 0, 10));
+    scene.send("firstView");
+    scene.set("G", "displayed", "TRUE");
+    scene.send("nextView");
+    QCOMPARE(scene.eye(), osg::Vec3f(5, 0, 10));
+}
+
+void tst_NavigationViews::groupOfViewpointsIsOfferedInItsBox()
+{
+    NavigationScene scene(teleport +
+                          "<Viewpoint DEF='A'/><Transform translation='20 0 0'><ViewpointGroup "
+                          "center='1 0 10' size='2 2 2'><Viewpoint DEF='B'/></ViewpointGroup>"
+                          "</Transform><Viewpoint DEF='C' position='22 0.5 10.5'/>" +
+                          box);
+    scene.send("nextView");
+    QCOMPARE(scene.eye(), osg::Vec3f(22, 0.5F, 10.5F));
+    scene.send("prevView");
+    QCOMPARE(scene.eye(), osg::Vec3f(20, 0, 10));
+    scene.send("firstView");
+    scene.send("nextView");
+    QCOMPARE(scene.eye(), osg::Vec3f(22, 0.5F, 10.5F));
+}
+
+void tst_NavigationViews::groupOfViewpointsRetainsOffsets()
+{
+    NavigationScene scene(teleport +
+                          "<ViewpointGroup retainUserOffsets='true'><Viewpoint DEF='A'/></ViewpointGroup>"
+                          "<Viewpoint DEF='B' position='5 0 10'/>" +
+                          box);
+    scene.drag(4, 200, 200, 250, 200);
+    const osg::Vec3f moved = scene.eye();
+    scene.send("nextView");
+    scene.send("nextView");
+    QCOMPARE_NEAR(scene.eye(), moved);
+}
+
+void tst_NavigationViews::groupOfViewpointsThatHoldsItself()
+{
+    NavigationScene scene(
+        teleport + "<ViewpointGroup DEF='G'><Viewpoint/><Viewpoint position='5 0 10'/></ViewpointGroup>" +
+        box);
+    auto& children =
+        dynamic_cast<Orvane::MFNode&>(*scene.node("G").findField("children", Orvane::Node::DECLARED_FSO));
+    children.addNode(0.0, &scene.node("G"), Orvane::Field::EXTERNAL_CT);
+    scene.run();
+    scene.send("nextView");
+    QCOMPARE(scene.eye(), osg::Vec3f(5, 0, 10));
+}
+
+void tst_NavigationViews::viewpointSetsTheDepthRange_data()
+{
+    QTest::addColumn<QString>("viewpoint");
+    QTest::addColumn<QString>("info");
+    QTest::addColumn<float>("nearest");
+    QTest::addColumn<float>("farthest");
+    const QString plain = QStringLiteral("nearDistance='%1' farDistance='%2'");
+    const QString limit = QStringLiteral("visibilityLimit='30'");
+    constexpr float own = 0; // what the scene asks for
+    QTest::newRow("both") << plain.arg(2).arg(50) << QString() << 2.0F << 50.0F;
+    QTest::newRow("close together") << plain.arg(2).arg(2.5) << QString() << 2.0F << 2.5F;
+    QTest::newRow("far goes before the limit") << plain.arg(-1).arg(50) << limit << own << 50.0F;
+    QTest::newRow("limit") << plain.arg(-1).arg(-1) << limit << own << 30.0F;
+    QTest::newRow("near") << plain.arg(3).arg(-1) << limit << 3.0F << 30.0F;
+    QTest::newRow("near behind far") << plain.arg(9).arg(5) << QString() << 9.0F << own;
+    QTest::newRow("no numbers") << QStringLiteral("nearDistance='nan' farDistance='inf'") << limit << own
+                                << 30.0F;
+    QTest::newRow("zero") << plain.arg(0).arg(0) << limit << own << 30.0F;
+}
+
+void tst_NavigationViews::viewpointSetsTheDepthRange()
+{
+    QFETCH(QString, viewpoint);
+    QFETCH(QString, info);
+    QFETCH(float, nearest);
+    QFETCH(float, farthest);
+    for (const char* type : {"Viewpoint", "OrthoViewpoint"}) {
+        NavigationScene scene("<NavigationInfo " + info.toStdString() + "/><" + type + " " +
+                              viewpoint.toStdString() + "/><Shape><Box size='100 100 1'/></Shape>");
+        const osg::CameraPtr camera = scene.port()->getCamera();
+        if (nearest > 0)
+            QCOMPARE(camera->getNear(), nearest);
+        if (farthest > 0)
+            QCOMPARE(camera->getFar(), farthest);
+        QVERIFY(camera->getNear() > 0);
+        QVERIFY(camera->getFar() > camera->getNear());
+    }
 }
 
 void tst_NavigationViews::linearTransitionTakesItsTime()

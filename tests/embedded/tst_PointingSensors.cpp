@@ -56,6 +56,7 @@ private slots:
     void anchorBindsAViewpointOfItsScene();
     void anchorWithoutAddressLetsClicksThrough();
     void cursorFollowsTheSensor();
+    void sensorTellsItsDescription();
     void primaryTouchIsThePointer();
     void secondFingerIsNot();
     void eventsGoToTheViewareaUnderThePointer();
@@ -470,6 +471,26 @@ void tst_PointingSensors::cursorFollowsTheSensor()
     scene.frame();
     QCOMPARE(cursorEvents(), 1);
     QVERIFY(!scene.viewarea().overSensor());
+}
+
+void tst_PointingSensors::sensorTellsItsDescription()
+{
+    PointerScene scene("<Transform translation='-2 0 0'><PlaneSensor/><TouchSensor DEF='T' description='Open "
+                       "me'/><Shape><Box/></Shape></Transform><Transform translation='2 0 0'><Anchor "
+                       "description='Elsewhere' url='\"#V\"'><Shape><Box/></Shape></Anchor></Transform>");
+    const auto place = [](double x) { return 100 + qRound(x * 100.0 / 4.142); };
+    const auto moveTo = [&](double x) {
+        scene.window().mouseMove(place(x), 100);
+        scene.frame();
+        return scene.viewarea().sensorDescription();
+    };
+    QCOMPARE(moveTo(0), std::string());
+    QCOMPARE(moveTo(-2), std::string("Open me"));
+    scene.set("T.description", "Close me");
+    scene.frame();
+    QCOMPARE(scene.viewarea().sensorDescription(), std::string("Close me"));
+    QCOMPARE(moveTo(2), std::string("Elsewhere"));
+    QCOMPARE(moveTo(0), std::string());
 }
 
 void tst_PointingSensors::primaryTouchIsThePointer()
