@@ -5,12 +5,12 @@
 #include "Picker.h"
 #include "SceneDock.h"
 #include "Selection.h"
+#include "ViewAttendant.h"
 #include <Orvane/Context.h>
 #include <Orvane/GraphLoader.h>
 #include <Orvane/NodeNameSpace.h>
 #include <Orvane/Scene.h>
 #include <QAction>
-#include <QChildEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
@@ -29,15 +29,9 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
                                   interactive ? QorViewManager::TimerTrigger : QorViewManager::ManualTrigger))
     , _selection(new Selection(this))
     , _sceneDock(new SceneDock(_selection, this))
-    , _buttonsAction(new QAction(tr("&Buttons in the views"), this))
+    , _attendant(new ViewAttendant(_manager, this))
     , _status(new QLabel(this))
 {
-    _buttonsAction->setCheckable(true);
-    _buttonsAction->setChecked(true);
-    _buttonsAction->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_B));
-    connect(_buttonsAction, &QAction::toggled, this, &WorkbenchWindow::showButtons);
-    _manager->installEventFilter(this);
-
     setWindowTitle(tr("Orvane workbench"));
     setCentralWidget(_manager);
     auto* nodeDock = new NodeDock(_selection, this);
@@ -67,7 +61,7 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addAction((new Picker(_manager, _selection, this))->action());
     view->addSeparator();
-    view->addAction(_buttonsAction);
+    view->addAction(_attendant->buttonsAction());
     view->addAction(_sceneDock->toggleViewAction());
     view->addAction(nodeDock->toggleViewAction());
     view->addAction(codeDock->toggleViewAction());
@@ -81,20 +75,7 @@ WorkbenchWindow::~WorkbenchWindow() = default;
 
 void WorkbenchWindow::showButtons(bool visible)
 {
-    _buttonsAction->setChecked(visible);
-    const auto views = _manager->findChildren<QorRenderView*>();
-    for (QorRenderView* view : views)
-        view->setToolbar(visible);
-}
-
-bool WorkbenchWindow::eventFilter(QObject* watched, QEvent* event)
-{
-    // A manager hides the buttons of its views; a child is polished when it is a finished view.
-    if (watched == _manager && event->type() == QEvent::ChildPolished) {
-        if (auto* view = qobject_cast<QorRenderView*>(static_cast<QChildEvent*>(event)->child()))
-            view->setToolbar(_buttonsAction->isChecked());
-    }
-    return QMainWindow::eventFilter(watched, event);
+    _attendant->buttonsAction()->setChecked(visible);
 }
 
 Orvane::Context* WorkbenchWindow::context() const

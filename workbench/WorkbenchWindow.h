@@ -4,10 +4,10 @@
 #include <QTimer>
 #include <memory>
 
-class QAction;
 class QLabel;
 class SceneDock;
 class Selection;
+class ViewAttendant;
 
 namespace Orvane {
 class Context;
@@ -51,9 +51,6 @@ public slots:
     /// Shows what the last frames cost, and the tree of the scene that the manager has now.
     void updateStatus();
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     void openByDialog();
     void openOrTell(const QString& file);
@@ -63,7 +60,7 @@ private:
     Orvane::Qt4::QorViewManager* _manager;
     Selection* _selection;
     SceneDock* _sceneDock;
-    QAction* _buttonsAction;
+    ViewAttendant* _attendant;
     QLabel* _status;
     QTimer _statusTimer;
     QString _file;
