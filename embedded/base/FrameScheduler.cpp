@@ -16,9 +16,8 @@ constexpr std::size_t largestKept = 4096;
 
 void FrameScheduler::setTicking(Proc& proc, bool ticking)
 {
-    if (proc._ticking == ticking)
+    if ((proc._tickSlot != 0) == ticking)
         return;
-    proc._ticking = ticking;
     if (ticking) {
         _ticking.push_back(&proc);
         proc._tickSlot = static_cast<std::uint32_t>(_ticking.size());
@@ -31,10 +30,10 @@ void FrameScheduler::setTicking(Proc& proc, bool ticking)
 
 void FrameScheduler::requestUpdate(Proc& proc)
 {
-    if (proc._updateRequested)
+    if (proc._updateSlot != 0)
         return;
-    proc._updateRequested = true;
     _updates.push_back(&proc);
+    proc._updateSlot = static_cast<std::uint32_t>(_updates.size());
 }
 
 void FrameScheduler::requestFrame(double seconds)
@@ -46,10 +45,13 @@ void FrameScheduler::requestFrame(double seconds)
 void FrameScheduler::forget(Proc& proc)
 {
     setTicking(proc, false);
-    if (proc._updateRequested) {
-        std::replace(_updates.begin(), _updates.end(), &proc, static_cast<Proc*>(nullptr));
-        std::replace(_updating.begin(), _updating.end(), &proc, static_cast<Proc*>(nullptr));
-    }
+    if (proc._updateSlot == 0)
+        return;
+    // Lists keep their places when they change their roles.
+    const std::size_t place = proc._updateSlot - 1;
+    const bool isWaiting = place < _updates.size() && _updates[place] == &proc;
+    (isWaiting ? _updates : _updating)[place] = nullptr;
+    proc._updateSlot = 0;
 }
 
 void FrameScheduler::tick(double time, Cascade& cascade)
@@ -84,7 +86,7 @@ void FrameScheduler::update(Cascade& cascade)
             if (!proc)
                 continue;
             _updating[i] = nullptr;
-            proc->_updateRequested = false;
+            proc->_updateSlot = 0;
             const Cascade::WriterScope writer(cascade, proc->node());
             proc->update();
         }

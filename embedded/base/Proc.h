@@ -70,9 +70,8 @@ private:
     friend class FrameScheduler;
 
     Node* _node;
-    std::uint32_t _tickSlot = 0; ///< place in the context's list of ticking nodes, 0 when not ticking
-    bool _updateRequested = false;
-    bool _ticking = false;
+    std::uint32_t _tickSlot = 0;   ///< place in the context's list of ticking nodes, 0 when not ticking
+    std::uint32_t _updateSlot = 0; ///< place in the list of updates, 0 when none was asked for
 };
 
 /// Makes the behaviour of a node of one type.

@@ -182,6 +182,7 @@ private slots:
     void ticksWhileTicking();
     void tickersMayComeAndGoWhileTicking();
     void updatesOncePerFrame();
+    void nodesMayEndBeforeTheirUpdates();
     void updateAskedForByAnUpdateComesInTheSameFrame();
     void updateWithoutEndGoesOnInTheNextFrame();
     void waitsForTheNextFrame();
@@ -431,6 +432,32 @@ void tst_Context::updatesOncePerFrame()
     delete &b;
     (*_context)->runFrame();
     QCOMPARE(events, std::string("~b ua "));
+}
+
+void tst_Context::nodesMayEndBeforeTheirUpdates()
+{
+    Node& a = group("a");
+    Node& b = group("b");
+    Node& c = group("c");
+    Node& d = group("d");
+    _context->run();
+    // One waits in this round, the other, which had its turn, in the next.
+    procOfNode(b).onUpdate = [&](TestProc&) {
+        procOfNode(d).requestUpdate();
+        procOfNode(a).requestUpdate();
+        delete &a;
+        delete &c;
+    };
+    for (Node* node : {&a, &b, &c, &d})
+        procOfNode(*node).requestUpdate();
+    events.clear();
+    (*_context)->runFrame();
+    QCOMPARE(events, std::string("ua ub ~a ~c ud "));
+    events.clear();
+    procOfNode(b).onUpdate = nullptr;
+    procOfNode(b).requestUpdate();
+    (*_context)->runFrame();
+    QCOMPARE(events, std::string("ub "));
 }
 
 void tst_Context::updateAskedForByAnUpdateComesInTheSameFrame()
