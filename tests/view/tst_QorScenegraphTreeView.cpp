@@ -116,6 +116,7 @@ private slots:
     void theViewMayDieInTheFirstSignal();
     void theNodeMayDieInTheFirstSignal();
     void releasesOverAForeignModelAreIgnored();
+    void rowsOfAForeignModelAreLeftAlone();
 };
 
 void tst_QorScenegraphTreeView::initTestCase()
@@ -594,6 +595,22 @@ void tst_QorScenegraphTreeView::releasesOverAForeignModelAreIgnored()
     QVERIFY(QTest::qWaitForWindowExposed(&view));
     view.click(model.index(0, 0));
     QVERIFY(view.take().isEmpty());
+}
+
+void tst_QorScenegraphTreeView::rowsOfAForeignModelAreLeftAlone()
+{
+    QStandardItemModel model;
+    auto* row = new QStandardItem(QStringLiteral("x"));
+    row->appendRow(new QStandardItem(QStringLiteral("y")));
+    model.appendRow(row);
+    View view;
+    view.setModel(&model);
+    view.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&view));
+    view.expand(row->index());
+    QVERIFY(view.isExpanded(row->index()));
+    QVERIFY(view.indexBelow(row->index()).isValid());
+    view.viewport()->grab();
 }
 
 QTEST_MAIN(tst_QorScenegraphTreeView)

@@ -27,6 +27,11 @@ bool isClosed(const Orvane::Node& node, const QorScenegraphModel& model)
     return node.type()->isProto() && !model.isShowingProtoBody();
 }
 
+bool mayExpand(const Orvane::Node* node)
+{
+    return node && node->childCount() > 0;
+}
+
 bool carriesEventsOnly(const Orvane::Field* field)
 {
     return !field || field->partType() == Orvane::EVENTOUTP || field->partType() == Orvane::EVENTINP;
@@ -63,17 +68,9 @@ Orvane::Node* QorNodeItem::node() const
     return _nodePath.node() == _node ? _node : nullptr;
 }
 
-bool QorNodeItem::isPlaceholderShown() const
-{
-    if (_valid)
-        return false;
-    const Orvane::Node* const living = node();
-    return living && living->childCount() > 0;
-}
-
 QorNodeItem* QorNodeItem::child(int row) const
 {
-    if (isPlaceholderShown())
+    if (!_valid && mayExpand(node()))
         return new QorNodeItem(_model, Orvane::NodePath(nullptr), _parent);
     return _children.value(row);
 }
@@ -83,7 +80,7 @@ int QorNodeItem::childCount() const
     const Orvane::Node* const living = node();
     if (living && isClosed(*living, *_model))
         return 0;
-    return isPlaceholderShown() ? 1 : _children.size();
+    return !_valid && mayExpand(living) ? 1 : _children.size();
 }
 
 int QorNodeItem::columnCount() const

@@ -68,8 +68,6 @@ public:
     const Orvane::NodePath& nodePath() const { return _nodePath; }
 
 private:
-    bool isPlaceholderShown() const;
-
     QorScenegraphModel* _model;
     QList<QorNodeItem*> _children; ///< owned
     Orvane::NodePath _nodePath;

@@ -1,6 +1,7 @@
 #include "QorScenegraphItemDelegate.h"
 
 #include "QorNodeItem.h"
+#include "QorScenegraphModel.h"
 #include <Orvane/Node.h>
 
 namespace Orvane::Qt4 {
@@ -13,7 +14,9 @@ QorScenegraphItemDelegate::QorScenegraphItemDelegate(QObject* parent)
 void QorScenegraphItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                                       const QModelIndex& index) const
 {
-    const auto* item = static_cast<const QorNodeItem*>(index.internalPointer());
+    // Another model points at things of its own.
+    const bool isOurs = qobject_cast<const QorScenegraphModel*>(index.model());
+    const auto* item = isOurs ? static_cast<const QorNodeItem*>(index.internalPointer()) : nullptr;
     Orvane::Node* const node = item ? item->nodePath().node() : nullptr;
     if (!node || node->state() != Orvane::RUNNING_NS)
         return;

@@ -122,7 +122,10 @@ void QorScenegraphTreeView::mouseReleaseEvent(QMouseEvent* event)
 void QorScenegraphTreeView::onItemExpanded(QModelIndex index)
 {
     QOR_NOTICE("QorScenegraphTreeView::onItemExpanded.\n");
-    if (auto* item = static_cast<QorNodeItem*>(index.internalPointer())) {
+    // Another model points at things of its own.
+    const bool isOurs = qobject_cast<const QorScenegraphModel*>(index.model());
+    auto* item = isOurs ? static_cast<QorNodeItem*>(index.internalPointer()) : nullptr;
+    if (item) {
         item->updateCache(true);
         QOR_NOTICE("QorScenegraphTreeView::onItemExpanded: item %s/%s\n",
                    toRuntime(item->data(0).toString()).c_str(), toRuntime(item->data(1).toString()).c_str());
