@@ -1,6 +1,5 @@
-#include <Orvane/GraphLoader.h>
+#include "SceneFiles.h"
 #include <Orvane/System.h>
-#include <QDirIterator>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -31,17 +30,6 @@ namespace {
 
 constexpr int longestRun = 60000; // ms
 
-/// Patterns of the names of files that the runtime reads.
-QStringList scenePatterns()
-{
-    std::list<std::string> suffixes;
-    Orvane::GraphLoader::getSuffixList(suffixes);
-    QStringList patterns;
-    for (const std::string& suffix : suffixes)
-        patterns << QStringLiteral("*.") + QString::fromStdString(suffix);
-    return patterns;
-}
-
 } // namespace
 
 void tst_Corpus::initTestCase()
@@ -54,13 +42,9 @@ void tst_Corpus::everySceneLoadsOrSaysWhy_data()
     QTest::addColumn<QString>("path");
     const QString source = qEnvironmentVariable("ORVANE_SOURCE_DIR");
     const QDir folder(qEnvironmentVariable("ORVANE_SCENES", source + QStringLiteral("/examples/scenes")));
-    QDirIterator files(folder.path(), scenePatterns(), QDir::Files, QDirIterator::Subdirectories);
-    QStringList paths;
-    while (files.hasNext())
-        paths << files.next();
+    const QStringList paths = sceneFiles(folder.path());
     QVERIFY2(!paths.isEmpty(), qPrintable(QStringLiteral("no scenes in ") + folder.path()));
-    paths.sort();
-    for (const QString& path : qAsConst(paths))
+    for (const QString& path : paths)
         QTest::newRow(qPrintable(folder.relativeFilePath(path))) << path;
 }
 
