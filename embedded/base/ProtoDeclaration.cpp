@@ -25,8 +25,13 @@ Node* protoStandIn(Node& node)
 {
     Node* result = &node;
     for (int level = 0; result && result->type()->isProto(); ++level) {
-        const std::vector<NodeLink*>& body = FieldAccess::links(protoBody(static_cast<const Node&>(*result)));
-        result = body.empty() || level == maxNestedInstances ? nullptr : body.front()->directNode();
+        const std::vector<NodeLink*>* body =
+            &FieldAccess::links(protoBody(static_cast<const Node&>(*result)));
+        // An instance in a model may still wait for its body.
+        Node* const model = protoDeclaration(*result->type())->model.get();
+        if (body->empty() && model)
+            body = &FieldAccess::links(protoBody(static_cast<const Node&>(*model)));
+        result = body->empty() || level == maxNestedInstances ? nullptr : body->front()->directNode();
     }
     return result;
 }

@@ -31,6 +31,7 @@ void endPrototype(NodeType* type)
     PrototypeData& data = *type->data()->prototype;
     NodeRef model = std::move(data.declaration.model);
     data.plan.reset();
+    data.waiting.clear();
     data.isOrphan = true;
     if (data.nodeCount == 0)
         delete type;
@@ -223,17 +224,11 @@ void completeInstance(Node& instance, const std::vector<unsigned int>& given, No
 BodyPlan* bodyPlan(const NodeType& type)
 {
     PrototypeData* const data = type.data()->prototype.get();
-    if (!data || !data->declaration.model)
+    if (!data || !data->declaration.model || !prepareModels(type))
         return nullptr;
     if (!data->plan || !data->plan->isUsable())
         data->plan = std::make_unique<BodyPlan>(*data->declaration.model);
     return data->plan.get();
-}
-
-ProtoSize protoSize(const NodeType& type)
-{
-    const BodyPlan* const plan = bodyPlan(type);
-    return plan ? plan->size() : ProtoSize();
 }
 
 } // namespace Orvane

@@ -57,12 +57,31 @@ ORVANE_API NodeRef createBareInstance(Context& context, NodeType& type, NodeCrea
 ORVANE_API void completeInstance(Node& instance, const std::vector<unsigned int>& given, NodeNameSpace* outer,
                                  std::vector<Node*>& made);
 
-/// Number of nodes that an instance of the type brings beside itself, and how deep they nest.
+/// Number of nodes that an instance of the type brings beside itself, and how deep they nest. Both stop at
+/// their largest values.
 struct ProtoSize
 {
     std::size_t nodes = 0;
     unsigned int depth = 0;
 };
 ORVANE_API ProtoSize protoSize(const NodeType& type);
+
+/// An instance inside of a prototype. It gets its body when the first instance of that prototype is made:
+/// what prototypes of prototypes come to is counted before anything is copied.
+struct WaitingInstance
+{
+    NodeRef node;
+    std::vector<unsigned int> given; ///< as in `completeInstance`
+    NodeNameSpace* outer = nullptr;
+};
+
+/// Takes the instances that stand in a model which is complete but for their bodies.
+ORVANE_API void holdInstances(NodeType& type, std::vector<WaitingInstance> instances);
+/// True for a part of such an instance that will get the nodes of its default.
+ORVANE_API bool waitsForDefault(const NodeType& type, const Node& instance, unsigned int part);
+/// Number of nodes that the models get when the first instance of the type is made. Where it is more than
+/// `maxModelNodes`, instances stay without a body.
+ORVANE_API std::size_t waitingNodes(const NodeType& type);
+constexpr std::size_t maxModelNodes = 1000000;
 
 } // namespace Orvane

@@ -14,7 +14,9 @@ namespace Orvane {
 struct PrototypeData
 {
     ProtoDeclaration declaration;
-    std::unique_ptr<BodyPlan> plan; ///< made when the first instance is
+    std::unique_ptr<BodyPlan> plan;       ///< made when the first instance is
+    std::vector<WaitingInstance> waiting; ///< instances in the model that have no bodies yet
+    ProtoSize size;                       ///< with their bodies; only of a model that had such instances
 
     std::size_t nodeCount = 0;      ///< living nodes of the type, the model among them
     std::weak_ptr<NodeType> self;   ///< as it was made
@@ -33,7 +35,11 @@ inline unsigned int bodyPart(const NodeType& type)
 /// Hands the value of a field of an instance into the body, through instances inside it too.
 void handIntoBody(Field& instanceField);
 
-/// The plan of a prototype's body; null while it has no model.
+/// Gives the instances in the model of a type, and in the models that it needs, their bodies. False when
+/// these would be too large.
+bool prepareModels(const NodeType& type);
+
+/// The plan of a prototype's body; null while it has no model, and when its models would be too large.
 BodyPlan* bodyPlan(const NodeType& type);
 
 } // namespace Orvane

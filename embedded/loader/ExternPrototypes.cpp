@@ -107,6 +107,10 @@ bool ExternPrototypes::adopt(NodeType& type, const Extern& declared, const std::
         reason = "a prototype with a body";
         return false;
     }
+    if (!_session.takeModel(*body)) {
+        reason = "prototypes whose bodies have at most " + std::to_string(maxModelNodes) + " nodes";
+        return false;
+    }
     std::vector<std::string> unmatched;
     adoptModel(_session.context(), type, *body, unmatched);
     for (const std::string& field : unmatched)

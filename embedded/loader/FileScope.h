@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/NodeRef.h"
+#include "base/Prototype.h"
 #include "loader/LoadMessages.h"
 #include <Relayne/URL.h>
 #include <memory>
@@ -74,6 +75,8 @@ struct FileScope
 
     std::unordered_map<std::string, std::shared_ptr<NodeType>> prototypes;
     std::shared_ptr<NodeType> firstPrototype;
+
+    std::vector<WaitingInstance> instances; ///< of a body: those of prototypes in it
 
     std::vector<PendingRoute> routes;
     std::vector<PendingImport> imports;

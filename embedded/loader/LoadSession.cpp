@@ -114,29 +114,44 @@ FileScope* LoadSession::fileOfPrototypes(const LocalFile& file, unsigned int dep
 void LoadSession::completeInstance(Node& instance, const std::vector<unsigned int>& given, FileScope& scope,
                                    unsigned int depth)
 {
-    const ProtoSize size = protoSize(*instance.type());
+    if (scope.isBody()) {
+        scope.instances.push_back({NodeRef(&instance), given, scope.names});
+        return;
+    }
+    const NodeType& type = *instance.type();
+    const ProtoSize size = protoSize(type);
+    const std::size_t models = waitingNodes(type);
     const SourcePlace place{sourceLine(instance), sourceColumn(instance)};
-    std::size_t& count = scope.isBody() ? _modelNodes : _instanceNodes;
-    const std::size_t most = scope.isBody() ? maxModelNodes : maxInstanceNodes;
-    if (size.nodes > most - count) {
+    if (size.nodes > maxInstanceNodes - _instanceNodes || models > maxModelNodes - _modelNodes) {
+        const bool isModel = size.nodes <= maxInstanceNodes - _instanceNodes;
         scope.messages.warn(place, "expected instances of prototypes that bring at most " +
-                                       std::to_string(most) + " nodes, found more with this " +
-                                       instance.type()->name);
+                                       std::to_string(isModel ? maxModelNodes : maxInstanceNodes) +
+                                       " nodes, found more with this " + type.name);
         return;
     }
     if (size.depth > maxDepth - std::min(depth, maxDepth)) {
         scope.messages.warn(place, "expected nodes that nest at most " + std::to_string(maxDepth) +
-                                       " deep, found deeper ones in this " + instance.type()->name);
+                                       " deep, found deeper ones in this " + type.name);
         return;
     }
-    count += size.nodes;
+    _instanceNodes += size.nodes;
+    _modelNodes += models;
     std::vector<Node*> made;
     Orvane::completeInstance(instance, given, scope.names, made);
-    if (scope.isBody())
-        return; // of a model, which does not run
     for (Node* node : made)
         if (node->type() == findType("Inline"))
             addInline(*node, scope, depth + size.depth);
+}
+
+bool LoadSession::takeModel(const NodeType& type)
+{
+    const std::size_t models = waitingNodes(type);
+    const std::size_t room = maxModelNodes - _modelNodes;
+    const std::size_t copied = protoSize(type).nodes;
+    if (models > room || copied > room - models)
+        return false;
+    _modelNodes += models + copied;
+    return true;
 }
 
 bool LoadSession::readScene(const Relayne::URL& url, const std::string* text, LoadedScene& scene)

@@ -26,10 +26,9 @@ public:
     /// So many files one scene may inline, so that files that inline each other in number come to an end.
     static constexpr std::size_t maxFiles = 10000;
 
-    /// So many nodes the instances of prototypes may bring, beside those that stand in the text, and so many
-    /// of those inside prototypes: instances in instances in instances are more than any text can be long.
+    /// So many nodes the instances of prototypes may bring, beside those that stand in the text: instances in
+    /// instances in instances are more than any text can be long. Of what their models get, `maxModelNodes`.
     static constexpr std::size_t maxInstanceNodes = 8000000;
-    static constexpr std::size_t maxModelNodes = 1000000;
 
     LoadSession(Context& context, LoadReport& report);
     ~LoadSession();
@@ -52,9 +51,12 @@ public:
     /// The file with its prototypes, read when it has not been; null when it cannot be. A file that is still
     /// being read answers with the prototypes that it has declared so far.
     FileScope* fileOfPrototypes(const LocalFile& file, unsigned int depth);
-    /// Gives an instance its body, unless that would be too large. \a given are the parts that it sets.
+    /// Gives an instance its body, unless that would be too large; one inside of a prototype waits for it.
+    /// \a given are the parts that it sets.
     void completeInstance(Node& instance, const std::vector<unsigned int>& given, FileScope& scope,
                           unsigned int depth);
+    /// True when the models may get what a copy of the type's model brings, which is then taken down.
+    bool takeModel(const NodeType& type);
     /// Takes down that a node of a file inlines another, to be read when the file has been.
     void addInline(Node& node, const FileScope& scope, unsigned int depth);
     /// A root of the scene beside the `Scene`: that of the type when there is one already, else a new one.

@@ -151,6 +151,7 @@ void SceneBuilder::endProto()
     if (protoBody(*_scope->root).size() == 0)
         warn(_open->place, "PROTO " + _open->name + ": expected a node in its body, found none");
     _session.closeBody(*_scope);
+    holdInstances(*_open->type, std::move(_scope->instances));
     closePrototype();
 }
 

@@ -1,7 +1,7 @@
 #include "loader/WrittenFields.h"
 
 #include "base/Graph.h"
-#include "base/ProtoDeclaration.h"
+#include "base/Prototype.h"
 #include "loader/NodeFields.h"
 #include "loader/SceneEmitter.h"
 #include <Orvane/EventInSlot.h>
@@ -53,6 +53,8 @@ bool WrittenFields::isWritten(const Node& node, const Field& field) const
     if (desc.privateAccess() || !(desc.partType & FIELDP) || hasValueByIs(field))
         return false;
     if (holdsNodes(field)) {
+        if (!hasNodes(field) && _model && waitsForDefault(*_model->type(), node, desc.id))
+            return false;
         if (!hasNodes(field))
             return (_options.writeDefaultValues && _emitter.saysEmpty()) || !holdsDefaultNodes(node, field);
         return !modelOf(node) || !holdsDefaultNodes(node, field);

@@ -32,6 +32,8 @@ private slots:
     void vrml97DefaultsAreNotLeftToTheReader();
     void vrml97TellsWhatItHasNoWordsFor();
     void vrml97SaysExchangeInComments();
+    void instancesThatNobodyMadeKeepWhatTheySay_data();
+    void instancesThatNobodyMadeKeepWhatTheySay();
     void packedFileIsPacked_data();
     void packedFileIsPacked();
 
@@ -317,6 +319,31 @@ void tst_ClassicWriter::vrml97SaysExchangeInComments()
     QVERIFY2(text.contains(QLatin1String("\n# IMPORT I.X AS Y\n")), qPrintable(text));
     QVERIFY2(text.contains(QLatin1String("\n# EXPORT T AS Clock\n")), qPrintable(text));
     QCOMPARE(notes(scene).size(), 2);
+}
+
+void tst_ClassicWriter::instancesThatNobodyMadeKeepWhatTheySay_data()
+{
+    QTest::addColumn<bool>("isMade");
+    QTest::newRow("only declared") << false;
+    QTest::newRow("made") << true;
+}
+
+void tst_ClassicWriter::instancesThatNobodyMadeKeepWhatTheySay()
+{
+    QFETCH(bool, isMade);
+    const QString declarations = QStringLiteral(
+        "PROTO Q [\n  inputOutput MFNode parts [\n    Anchor { }\n  ]\n] {\n  Group {\n    children "
+        "IS parts\n  }\n}\nPROTO P [ ] {\n  Q { }\n  Q {\n    parts [ ]\n  }\n  Q {\n    parts "
+        "[\n      Group { }\n    ]\n  }\n}\n");
+    const QString nodes = isMade ? QStringLiteral("P { }\n") : QString();
+    LoadedText scene;
+    QVERIFY(scene.context().load("scene.x3dv", "#X3D V4.0 utf8\n" + (declarations + nodes).toStdString(),
+                                 Context::REPLACE_LT, {}));
+    QCOMPARE(scene.messages(), QStringList());
+    QCOMPARE(classic(scene), declarations + nodes);
+    SaveOptions all;
+    all.writeDefaultValues = true;
+    QCOMPARE(classic(scene, all).count(QStringLiteral("parts [ ]")), 1);
 }
 
 void tst_ClassicWriter::packedFileIsPacked_data()

@@ -136,6 +136,7 @@ private slots:
     void instancesDieWithTheirBodies();
     void typeLivesWithItsInstances();
     void modelIsNoPartOfTheScene();
+    void countingComesBeforeCopying();
     void tooManyNodesAreTold();
     void depthOfInstancesCounts();
     void unfinishedPrototypesLeaveNothing();
@@ -744,6 +745,31 @@ void tst_Prototypes::modelIsNoPartOfTheScene()
     QVERIFY(!NodeNameSpace::findNameSpace(nullptr, "N", &scene.context(), true));
 }
 
+void tst_Prototypes::countingComesBeforeCopying()
+{
+    std::string text = proto("P0", "", "<Group/>");
+    for (int i = 1; i < 60; ++i) {
+        const std::string inner = "<ProtoInstance name='P" + std::to_string(i - 1) + "'/>";
+        text += proto("P" + std::to_string(i), "", "<Group>" + inner + inner + "</Group>");
+    }
+    const LoadedText scene(text + instance("P3", "A"));
+    QCOMPARE(scene.messages(), QStringList());
+    const auto type = [&scene](std::size_t i) { return declaredPrototypes(*scene.scene()).at(i); };
+    QCOMPARE(protoSize(*type(3)).nodes, std::size_t(29));
+    QCOMPARE(protoSize(*type(3)).depth, 7U);
+    QCOMPARE(waitingNodes(*type(3)), std::size_t(0));
+    // Nobody has asked for the others.
+    QCOMPARE(protoSize(*type(4)).nodes, std::size_t(61));
+    QVERIFY(waitingNodes(*type(59)) > maxModelNodes);
+    const Node* const model = protoDeclaration(*type(20))->model.get();
+    std::vector<Node*> inner;
+    inBody(const_cast<Node*>(model))->collectAllChildren(inner, 0);
+    QCOMPARE(inner.size(), std::size_t(2));
+    QVERIFY(!inBody(inner[0]));
+    QVERIFY(!inBody(createNode(scene.context(), *type(59), HOST_NC).get()));
+    QVERIFY(inBody(createNode(scene.context(), *type(5), HOST_NC).get()));
+}
+
 void tst_Prototypes::tooManyNodesAreTold()
 {
     std::string text = proto("P0", "", "<Group/>");
@@ -756,9 +782,11 @@ void tst_Prototypes::tooManyNodesAreTold()
     // As many as that would be beyond all measure; the small ones are there.
     const LoadedText scene(text + instance("P59", "A") + instance("P2", "B"));
     QVERIFY(scene.ok);
-    QVERIFY(!scene.messages().isEmpty());
-    QVERIFY(
-        scene.messages()[0].contains(QStringLiteral("expected instances of prototypes that bring at most")));
+    QCOMPARE(scene.messages().size(), 1);
+    QVERIFY(scene.messages()[0].contains(
+        QStringLiteral("expected instances of prototypes that bring at most 8000000 nodes, found more with "
+                       "this P59")));
+    QVERIFY(!inBody(scene.find("A")));
     std::vector<Node*> inner;
     inBody(scene.find("B"))->collectAllChildren(inner, 0);
     QCOMPARE(inner.size(), std::size_t(10));
