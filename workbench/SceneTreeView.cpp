@@ -11,6 +11,12 @@
 
 using namespace Orvane::Qt4;
 
+namespace {
+
+constexpr int deepestOpened = 8;
+
+} // namespace
+
 SceneTreeView::SceneTreeView(QWidget* parent)
     : QorScenegraphTreeView(parent)
 {
@@ -47,6 +53,14 @@ void SceneTreeView::reveal(const Orvane::NodePath& path)
 QMimeData* SceneTreeView::dragData(const Orvane::NodePath& path)
 {
     return path.node() ? new QorNodePathMimeData(path) : nullptr;
+}
+
+void SceneTreeView::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Asterisk)
+        expandRecursively(currentIndex(), deepestOpened);
+    else
+        QorScenegraphTreeView::keyPressEvent(event);
 }
 
 void SceneTreeView::mousePressEvent(QMouseEvent* event)

@@ -19,6 +19,8 @@ public:
     static QMimeData* dragData(const Orvane::NodePath& path);
 
 protected:
+    /// The star opens all below a row, to a depth that ends in a graph that contains itself.
+    void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
 

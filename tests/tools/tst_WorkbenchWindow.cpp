@@ -40,6 +40,7 @@ private slots:
     void theTreeShowsTheScene();
     void aClickSelectsEverywhere();
     void aDoubleClickOpensARow();
+    void theStarEndsInAGraphThatContainsItself();
     void aPickedNodeIsFoundAndShown();
     void aPickedPlaceOfASharedNodeIsShown();
     void aNamedNodeIsShown();
@@ -190,6 +191,17 @@ void tst_WorkbenchWindow::aDoubleClickOpensARow()
     QTest::mouseDClick(tree()->viewport(), Qt::LeftButton, Qt::NoModifier, tree()->visualRect(row).center());
     QVERIFY(tree()->isExpanded(row));
     QVERIFY(rowOf(QStringLiteral("T")).isValid());
+}
+
+void tst_WorkbenchWindow::theStarEndsInAGraphThatContainsItself()
+{
+    Node* group = nodeCalled("G");
+    static_cast<MFNode&>(*group->findField("children", Node::EXACT_FSO))
+        .addNode(0.0, group, Field::EXTERNAL_CT);
+    tree()->setCurrentIndex(rowOf(QStringLiteral("G")));
+    QTest::keyClick(tree(), Qt::Key_Asterisk);
+    QVERIFY(rowOf(QStringLiteral("B")).isValid());
+    QVERIFY(shown().count(QStringLiteral("G")) > 3);
 }
 
 void tst_WorkbenchWindow::aPickedNodeIsFoundAndShown()
