@@ -150,22 +150,27 @@ bool SourceText::unpack(SourceFault& fault)
         return false;
     }
     std::string out;
+    std::size_t used = 0;
     stream.z.next_in = reinterpret_cast<Bytef*>(_text.get());
     stream.z.avail_in = static_cast<uInt>(_size);
-    int result = Z_OK;
-    while (result != Z_STREAM_END) {
-        const std::size_t used = out.size();
+    // A stream may have several members, one behind the other.
+    const auto isMember = [&z = stream.z] {
+        return z.avail_in > 1 && z.next_in[0] == 0x1f && z.next_in[1] == 0x8b;
+    };
+    for (int result = Z_OK; result != Z_STREAM_END;) {
         if (used >= limit) {
             fault.text = "expected a gzip stream of at most " + std::to_string(limit >> 20) +
                          " MiB when unpacked, found more";
             return false;
         }
-        const std::size_t room = std::min(limit - used, std::max<std::size_t>(used, std::size_t(1) << 16));
-        out.resize(used + room);
+        if (used == out.size())
+            out.resize(std::min(limit, std::max(2 * used, std::size_t(1) << 16)));
         stream.z.next_out = reinterpret_cast<Bytef*>(&out[used]);
-        stream.z.avail_out = static_cast<uInt>(room);
+        stream.z.avail_out = static_cast<uInt>(out.size() - used);
         result = inflate(&stream.z, Z_NO_FLUSH);
-        out.resize(used + room - stream.z.avail_out);
+        used = out.size() - stream.z.avail_out;
+        if (result == Z_STREAM_END && isMember())
+            result = inflateReset(&stream.z);
         if (result != Z_OK && result != Z_STREAM_END) {
             fault.text = std::string("expected a gzip stream, found ") +
                          (result == Z_BUF_ERROR ? "its end too early" : "damaged data at byte ") +
@@ -173,7 +178,7 @@ bool SourceText::unpack(SourceFault& fault)
             return false;
         }
     }
-    replace(out);
+    replace(std::string_view(out.data(), used));
     return true;
 }
 

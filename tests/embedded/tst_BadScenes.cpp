@@ -8,6 +8,31 @@
 
 using namespace Orvane;
 
+namespace {
+
+/// The same for each encoding.
+void addEncodings()
+{
+    QTest::addColumn<QString>("encoding");
+    for (const char* encoding : {"x3d", "x3dv", "wrl"})
+        QTest::newRow(encoding) << QString::fromLatin1(encoding);
+}
+
+/// A scene of the nodes that are given in XML or as they are in both classic encodings.
+std::string sceneOf(const QString& encoding, const std::string& xml, const std::string& classic)
+{
+    if (encoding == QLatin1String("x3d"))
+        return LoadedText::document(xml);
+    return (encoding == QLatin1String("wrl") ? "#VRML V2.0 utf8\n" : "#X3D V3.3 utf8\n") + classic + "\n";
+}
+
+std::string repeated(const std::string& text, int count)
+{
+    return QByteArray::fromStdString(text).repeated(count).toStdString();
+}
+
+} // namespace
+
 /// Whatever is called a scene, the runtime reads it or says why not, and goes on.
 class tst_BadScenes : public QObject
 {
@@ -25,9 +50,12 @@ private slots:
     void scatteredBytesNeverCrash();
     void hugeAttributesAndManyNodesLoad();
     void inlinesThatMultiplyComeToAnEnd();
+    void nodesThatNestTooDeepAreRefused_data() { addEncodings(); }
     void nodesThatNestTooDeepAreRefused();
     void elementsThatNestTooDeepAreRefused();
+    void nameOfTenMegabytesLoads_data() { addEncodings(); }
     void nameOfTenMegabytesLoads();
+    void tenMillionValuesLoad_data() { addEncodings(); }
     void tenMillionValuesLoad();
 
 private:
@@ -200,13 +228,10 @@ void tst_BadScenes::inlinesThatMultiplyComeToAnEnd()
 void tst_BadScenes::nodesThatNestTooDeepAreRefused()
 {
     constexpr int depth = 100000;
-    std::string nodes;
-    for (int i = 0; i < depth; ++i)
-        nodes += "<Group>";
-    for (int i = 0; i < depth; ++i)
-        nodes += "</Group>";
+    QFETCH(QString, encoding);
     LoadedText scene;
-    QVERIFY(!scene.load(LoadedText::document(nodes)));
+    QVERIFY(!scene.load(sceneOf(encoding, repeated("<Group>", depth) + repeated("</Group>", depth),
+                                repeated("Group { children [ ", depth) + repeated("] }", depth))));
     QCOMPARE(scene.messages().size(), 1);
     QVERIFY2(scene.messages()[0].startsWith(QStringLiteral("2:")) &&
                  scene.messages()[0].contains(QStringLiteral("expected nodes that nest at most 2000 deep")),
@@ -232,32 +257,34 @@ void tst_BadScenes::elementsThatNestTooDeepAreRefused()
 
 void tst_BadScenes::nameOfTenMegabytesLoads()
 {
+    QFETCH(QString, encoding);
     const std::string name(10 << 20, 'n');
     LoadedText scene;
-    QVERIFY(scene.load(LoadedText::document("<Group DEF='" + name + "'><Shape/></Group><Group USE='" + name +
-                                            "'/><Group USE='" + name + "x'/>")));
+    QVERIFY(scene.load(sceneOf(
+        encoding,
+        "<Group DEF='" + name + "'><Shape/></Group><Group USE='" + name + "'/><Group USE='" + name + "x'/>",
+        "DEF " + name + " Group { children Shape { } } USE " + name + " USE " + name + "x")));
     Node* const group = scene.find(name.c_str());
     QVERIFY(group);
     QVERIFY(group->isShared());
     QCOMPARE(scene.messages().size(), 1);
     QVERIFY(scene.messages()[0].size() < 300);
-    QVERIFY(scene.load(LoadedText::document("<" + name + "/>")));
+    QVERIFY(scene.load(sceneOf(encoding, "<" + name + "/>", name + " { }")));
     QCOMPARE(scene.messages().size(), 1);
     QVERIFY(scene.messages()[0].size() < 300);
 }
 
 void tst_BadScenes::tenMillionValuesLoad()
 {
-    constexpr std::size_t count = 10000000;
-    std::string values;
-    values.reserve(count * 2);
-    for (std::size_t i = 0; i < count; ++i)
-        values += i % 2 ? "7 " : "3,";
+    constexpr int count = 10000000;
+    QFETCH(QString, encoding);
+    const std::string values = repeated("3,7 ", count / 2);
     LoadedText scene;
-    QVERIFY(scene.load(LoadedText::document("<IndexedLineSet DEF='L' colorIndex='" + values + "'/>")));
+    QVERIFY(scene.load(sceneOf(encoding, "<IndexedLineSet DEF='L' colorIndex='" + values + "'/>",
+                               "Shape { geometry DEF L IndexedLineSet { colorIndex [ " + values + "] } }")));
     QCOMPARE(scene.messages(), QStringList());
     const Field* const field = scene.find("L")->findField("colorIndex", Node::EXACT_FSO);
-    QCOMPARE(std::size_t(field->size()), count);
+    QCOMPARE(field->size(), static_cast<unsigned int>(count));
     QCOMPARE(static_cast<const MFInt32*>(field)->values().back(), 7);
 }
 

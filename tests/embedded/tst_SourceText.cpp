@@ -32,6 +32,7 @@ private slots:
     void encodingsBecomeUtf8_data();
     void encodingsBecomeUtf8();
     void packedTextIsUnpacked();
+    void packedTextMayHaveSeveralMembers();
     void packedTextOfAHugeSizeIsRefused();
     void damagedPackedTextIsRefused();
     void placesCountLinesAndColumnsFromOne();
@@ -93,6 +94,19 @@ void tst_SourceText::packedTextIsUnpacked()
     QVERIFY(source.readFile(write(bytes).toStdString(), fault));
     QCOMPARE(std::string(source.view()), text.toStdString());
     QCOMPARE(source.bytesOnDisk(), static_cast<std::size_t>(bytes.size()));
+}
+
+void tst_SourceText::packedTextMayHaveSeveralMembers()
+{
+    SourceText source;
+    SourceFault fault;
+    QVERIFY(source.readFile(
+        write(gzip("<X3D>") + gzip("") + gzip("</X3D>") + QByteArray("rest")).toStdString(), fault));
+    QCOMPARE(std::string(source.view()), std::string("<X3D></X3D>"));
+    QByteArray cut = gzip("<X3D>") + gzip("</X3D>");
+    cut.chop(9);
+    QVERIFY(!source.readFile(write(cut).toStdString(), fault));
+    QCOMPARE(fault.text, std::string("expected a gzip stream, found its end too early"));
 }
 
 void tst_SourceText::packedTextOfAHugeSizeIsRefused()
