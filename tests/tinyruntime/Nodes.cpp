@@ -512,7 +512,7 @@ NodeLink::~NodeLink() = default;
 
 Node* NodeLink::node()
 {
-    return _node;
+    return _node && _node->data()->referred ? _node->data()->referred : _node;
 }
 
 Node* NodeLink::parent() const
@@ -928,6 +928,11 @@ void link(Node* parent, const std::string& fieldName, Node* child)
         single->setNode(0.0, child, Field::EXTERNAL_CT);
     else if (auto* multi = dynamic_cast<MFNode*>(field))
         multi->addNode(0.0, child, Field::EXTERNAL_CT);
+}
+
+void refer(Node* reference, Node* target)
+{
+    reference->data()->referred = target;
 }
 
 } // namespace Tiny

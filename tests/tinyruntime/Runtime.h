@@ -70,6 +70,7 @@ struct Node::Data
     std::vector<std::unique_ptr<Field>> fields;
     std::vector<std::unique_ptr<Field>> removedFields;
     std::vector<NodeLink*> parentLinks; ///< the oldest first
+    Node* referred = nullptr;           ///< whom links to this node lead to, when it is a reference
 };
 
 struct NodeNameSpace::Data

@@ -106,6 +106,8 @@ ORVANE_API Orvane::Field* addField(Orvane::Node* node, const Part& part);
 ORVANE_API Orvane::Field* addFieldWithoutDescription(Orvane::Node* node);
 /// Appends \a child to the node field of that name.
 ORVANE_API void link(Orvane::Node* parent, const std::string& field, Orvane::Node* child);
+/// Makes a node a reference: links to it lead to \a target, which must outlive it.
+ORVANE_API void refer(Orvane::Node* reference, Orvane::Node* target);
 
 /// A window node whose attributes a test sets at will.
 class ORVANE_API TinyWindow : public Orvane::Window

@@ -1,60 +1,34 @@
 #pragma once
 
-#include "tinyruntime/Tiny.h"
+#include "TinyParts.h"
+#include <Orvane/Field.h>
 #include <Orvane/Node.h>
-#include <Orvane/NodePartDesc.h>
 #include <memory>
 
-/// A node of the tiny runtime with fields that a test writes down; it goes with the test.
-class FieldNode
+/// A node of the tiny runtime, of the type "Thing", with fields that a test writes down; it goes with the
+/// test.
+struct FieldNode
 {
-public:
     explicit FieldNode(const std::vector<Tiny::Part>& parts)
-        : _node(Tiny::makeNode(Tiny::makeType("Shown", parts)))
+        : node(Tiny::makeNode(Tiny::makeType("Thing", parts)))
     {
     }
 
-    Orvane::Node* get() const { return _node.get(); }
-    Orvane::Field* field(unsigned int part) const { return _node->findField(part); }
+    Orvane::Node* get() const { return node.get(); }
+    Orvane::Field* field(int part) const { return node->findField(static_cast<unsigned int>(part)); }
+    Orvane::Field* field(const char* name) const { return node->findField(name, Orvane::Node::EXACT_FSO); }
+    /// A field as one of its class.
     template <class F>
-    F& as(unsigned int part) const
+    F& as(int part) const
     {
         return dynamic_cast<F&>(*field(part));
     }
-
-private:
-    std::unique_ptr<Orvane::Node> _node;
-};
-
-/// A field that says of itself what a test wants, and counts how often it is turned into text.
-class SaidField : public Orvane::Field
-{
-public:
-    SaidField(const std::string& text, unsigned int size)
-        : Field(nullptr, &desc)
-        , text(text)
-        , count(size)
+    template <class F>
+    F* field(const char* name) const
     {
-        desc.name = "said";
-        desc.dataType = Orvane::MFVEC2F_DT;
+        return dynamic_cast<F*>(field(name));
     }
+    std::string text(const char* name) const { return field(name)->valueToString(); }
 
-    Orvane::NodePartDataType dataType() const override { return desc.dataType; }
-    std::string valueToString() const override
-    {
-        ++conversions;
-        return text;
-    }
-    int cardinality() const override { return lists; }
-    unsigned int size() const override { return count; }
-    void clear() override { count = 0; }
-    bool parseValue(std::string_view, std::string&) override { return false; }
-    void assignValue(const Field&) override {}
-    bool hasValueOf(const Field&) const override { return false; }
-
-    Orvane::NodePartDesc desc;
-    std::string text;
-    unsigned int count;
-    int lists = 1; ///< the answer of `cardinality`
-    mutable int conversions = 0;
+    std::unique_ptr<Orvane::Node> node;
 };

@@ -3,6 +3,7 @@
 #include "QorMFieldValueItem.h"
 #include "QorNodeModel.h"
 #include "QorSFieldItem.h"
+#include "SaidField.h"
 #include <QtCore/QRandomGenerator>
 #include <QtTest>
 

@@ -2,6 +2,7 @@
 #include "QorMFieldItem.h"
 #include "QorMFieldValueItem.h"
 #include "QorNodeModel.h"
+#include "SaidField.h"
 #include <Orvane/MFString.h>
 #include <QtTest>
 
@@ -31,14 +32,6 @@ QStringList rows(QorFieldItem& item)
     for (int i = 0; i < item.childCount(); ++i)
         texts << display(*item.child(i), QorNodeModel::FieldValue);
     return texts;
-}
-
-std::string numbers(int count)
-{
-    std::string text;
-    for (int i = 0; i < count; ++i)
-        text += (i ? "," : "") + std::to_string(i);
-    return text;
 }
 
 } // namespace
@@ -85,7 +78,7 @@ void tst_QorMFieldItem::cleanup()
 
 void tst_QorMFieldItem::aFieldAtTheThresholdIsFilledAtOnce()
 {
-    SaidField field(numbers(50), 50);
+    SaidField field(numbersText(50, ","), 50);
     QorFieldItem root(nullptr, nullptr);
     QorMFieldItem item(&field, &root);
     QCOMPARE(item.field(), &field);
@@ -105,7 +98,7 @@ void tst_QorMFieldItem::aFieldAtTheThresholdIsFilledAtOnce()
 
 void tst_QorMFieldItem::aFieldAboveTheThresholdGetsAPlaceholder()
 {
-    SaidField field(numbers(51), 51);
+    SaidField field(numbersText(51, ","), 51);
     QorMFieldItem item(&field, nullptr);
     QVERIFY(!item.isInitialised());
     QVERIFY(item.isInitialisationDelayed());
@@ -162,7 +155,7 @@ void tst_QorMFieldItem::aThresholdOfZeroDelaysEveryFieldThatIsNotEmpty()
 
 void tst_QorMFieldItem::theThresholdLeavesItemsAlone()
 {
-    SaidField field(numbers(3), 3);
+    SaidField field(numbersText(3, ","), 3);
     QorMFieldItem item(&field, nullptr);
     QorMFieldItem::setValueCountThreshold(2);
     QCOMPARE(item.childCount(), 3);
@@ -171,7 +164,7 @@ void tst_QorMFieldItem::theThresholdLeavesItemsAlone()
 
 void tst_QorMFieldItem::delayTellsNothingOfTheRows()
 {
-    SaidField field(numbers(51), 51);
+    SaidField field(numbersText(51, ","), 51);
     QorMFieldItem item(&field, nullptr);
     item.updateChildValues(true);
     QCOMPARE(item.childCount(), 51);
@@ -183,7 +176,7 @@ void tst_QorMFieldItem::delayTellsNothingOfTheRows()
 
 void tst_QorMFieldItem::fillingReadsTheFieldOnce()
 {
-    SaidField field(numbers(1000), 1000);
+    SaidField field(numbersText(1000, ","), 1000);
     QorMFieldItem item(&field, nullptr);
     item.updateChildValues(true);
     QCOMPARE(field.conversions, 1);
@@ -194,7 +187,7 @@ void tst_QorMFieldItem::fillingReadsTheFieldOnce()
 
 void tst_QorMFieldItem::aDelayedFieldIsNotRead()
 {
-    SaidField field(numbers(1000), 1000);
+    SaidField field(numbersText(1000, ","), 1000);
     QorMFieldItem item(&field, nullptr);
     item.updateChildValues(false);
     QCOMPARE(field.conversions, 0);
@@ -202,7 +195,7 @@ void tst_QorMFieldItem::aDelayedFieldIsNotRead()
 
 void tst_QorMFieldItem::emptyingAFilledItemKeepsItsCache()
 {
-    SaidField field(numbers(51), 51);
+    SaidField field(numbersText(51, ","), 51);
     QorMFieldItem item(&field, nullptr);
     item.updateChildValues(true);
     field.text = "new" + field.text;
@@ -215,7 +208,7 @@ void tst_QorMFieldItem::emptyingAFilledItemKeepsItsCache()
 
 void tst_QorMFieldItem::droppedRowsStayAlive()
 {
-    SaidField field(numbers(3), 3);
+    SaidField field(numbersText(3, ","), 3);
     QorMFieldItem item(&field, nullptr);
     const std::unique_ptr<QorFieldItem> dropped[] = {std::unique_ptr<QorFieldItem>(item.child(0)),
                                                      std::unique_ptr<QorFieldItem>(item.child(1)),
@@ -230,11 +223,11 @@ void tst_QorMFieldItem::droppedRowsStayAlive()
 
 void tst_QorMFieldItem::unforcedRowsComeBackBelowTheThreshold()
 {
-    SaidField field(numbers(51), 51);
+    SaidField field(numbersText(51, ","), 51);
     QorMFieldItem item(&field, nullptr);
     const std::unique_ptr<QorFieldItem> placeholder(item.child(0));
     field.count = 2;
-    field.text = numbers(2);
+    field.text = numbersText(2, ",");
     item.updateChildValues(false);
     QVERIFY(item.isInitialised());
     QCOMPARE(rows(item), QStringList({QStringLiteral("0"), QStringLiteral("1")}));
@@ -262,7 +255,7 @@ void tst_QorMFieldItem::updateCacheTouchesNoRow()
     QCOMPARE(item.child(0), first);
     QCOMPARE(rows(item), QStringList({QStringLiteral("1"), QStringLiteral("2")}));
 
-    SaidField large(numbers(51), 51);
+    SaidField large(numbersText(51, ","), 51);
     QorMFieldItem delayed(&large, nullptr);
     delayed.updateCache();
     QCOMPARE(delayed.childCount(), 1);
@@ -313,7 +306,7 @@ void tst_QorMFieldItem::theOtherColumnsAreThoseOfTheField()
 
 void tst_QorMFieldItem::aDelayedFieldWarnsInItsToolTip()
 {
-    SaidField field(numbers(51), 51);
+    SaidField field(numbersText(51, ","), 51);
     field.desc.description = "Weights";
     QorMFieldItem item(&field, nullptr);
     const QString warning = QStringLiteral("This multi field contains 51  values.<br>Updating them "
@@ -341,7 +334,7 @@ void tst_QorMFieldItem::otherRolesAreInvalid()
 
 void tst_QorMFieldItem::showingReadsNoValue()
 {
-    SaidField field(numbers(3), 3);
+    SaidField field(numbersText(3, ","), 3);
     QorMFieldItem item(&field, nullptr);
     field.conversions = 0;
     for (int column = 0; column < 10; ++column) {

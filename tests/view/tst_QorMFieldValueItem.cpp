@@ -1,7 +1,7 @@
-#include "FieldNode.h"
 #include "QorMFieldItem.h"
 #include "QorMFieldValueItem.h"
 #include "QorNodeModel.h"
+#include "SaidField.h"
 #include <QtTest>
 
 using namespace Orvane::Qt4;

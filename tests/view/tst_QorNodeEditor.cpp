@@ -187,14 +187,14 @@ void tst_QorNodeEditor::missingDelegateIsMadeAndTold()
     const QByteArray line =
         "3 QorNodeEditor::setNode: no item delegate set! Creating a default QorNodeItemDelegate\n";
     editor.setNode(node.get());
-    QCOMPARE(countOf(log.take(), line), 1);
+    QCOMPARE(log.take().count(line), 1);
     const std::unique_ptr<QorNodeItemDelegate> made(editor.itemDelegate());
     QVERIFY(made);
     QVERIFY(!made->parent());
     QVERIFY(!made->isInitOnlyEditorEnabled());
     editor.setNode(nullptr);
     editor.setNode(node.get());
-    QCOMPARE(countOf(log.take(), line), 0);
+    QCOMPARE(log.take().count(line), 0);
     QCOMPARE(editor.itemDelegate(), made.get());
     editor.setNode(nullptr);
 }

@@ -20,6 +20,7 @@ private slots:
     void namedNodeShowsItsName();
     void unnamedNodeShowsItsId();
     void valueOfAListShowsItsNode();
+    void onlySingleFieldsAreFollowedBehindAReference();
     void emptyFieldDisablesTheButton();
     void emptyFieldLeavesTextAndNode();
     void pressLeadsToTheNode();
@@ -102,6 +103,24 @@ void tst_QorNodeFieldEditor::valueOfAListShowsItsNode()
     editor.setEditorData(rows.item("many", 1));
     QCOMPARE(editor.button()->text(), QStringLiteral("Oak"));
     QCOMPARE(rows.field<MFNode>("many")->size(), 2U);
+}
+
+void tst_QorNodeFieldEditor::onlySingleFieldsAreFollowedBehindAReference()
+{
+    const LinkedRows rows;
+    const std::unique_ptr<Node> target(Tiny::makeNode(Tiny::makeType("Leaf"), "Elm"));
+    Tiny::refer(rows.named.get(), target.get());
+    NodeEditor editor;
+    QSignalSpy selected(&editor, &QorNodeFieldEditor::nodeSelected);
+    editor.setEditorData(rows.item("one"));
+    QCOMPARE(editor.button()->text(), QStringLiteral("Elm"));
+    QTest::mouseClick(editor.button(), Qt::LeftButton);
+    editor.setEditorData(rows.item("many", 1));
+    QCOMPARE(editor.button()->text(), QStringLiteral("Oak"));
+    QTest::mouseClick(editor.button(), Qt::LeftButton);
+    QCOMPARE(selected.size(), 2);
+    QCOMPARE(selected[0][0].value<Node*>(), target.get());
+    QCOMPARE(selected[1][0].value<Node*>(), rows.named.get());
 }
 
 void tst_QorNodeFieldEditor::emptyFieldDisablesTheButton()

@@ -4,6 +4,7 @@
 #include "QorMFieldValueItem.h"
 #include "QorNodeModel.h"
 #include "QorSFieldItem.h"
+#include "SaidField.h"
 #include "tinyruntime/Runtime.h"
 #include <Orvane/FieldType.h>
 #include <Orvane/MFBool.h>
@@ -43,22 +44,6 @@ public:
 QorFieldItem* itemOf(const QModelIndex& index)
 {
     return static_cast<QorFieldItem*>(index.internalPointer());
-}
-
-Tiny::Part part(const char* name, NodePartDataType type, const char* value = "")
-{
-    Tiny::Part result;
-    result.name = name;
-    result.dataType = type;
-    result.value = value;
-    return result;
-}
-
-Tiny::Part privatePart(const char* name)
-{
-    Tiny::Part result = part(name, SFBOOL_DT);
-    result.privateAccess = true;
-    return result;
 }
 
 QString display(const QModelIndex& index)

@@ -215,9 +215,7 @@ void tst_QorObservingNodeEditor::allPublicFieldsAreObservedWhateverTheirAccess()
 
 void tst_QorObservingNodeEditor::privateFieldGetsSlotsButNoObserver()
 {
-    Tiny::Part hidden = part("hidden", SFINT32_DT);
-    hidden.privateAccess = true;
-    const Shown shown({hidden, part("number", SFINT32_DT)});
+    const Shown shown({privatePart("hidden", SFINT32_DT), part("number", SFINT32_DT)});
     QVERIFY(shown.field("hidden")->_inSlot);
     QVERIFY(shown.field("hidden")->_outSlot);
     QCOMPARE(observersOf(shown.field("hidden")), 0);
@@ -243,19 +241,43 @@ void tst_QorObservingNodeEditor::existingSlotsAreKept()
 
 void tst_QorObservingNodeEditor::sameNodeIsObservedAnew()
 {
+    /// Takes the lines that have come before its turn.
+    struct Listener : Observer
+    {
+        Listener()
+            : Observer(nullptr)
+            , log(osg::LOG_WARNING)
+        {
+        }
+        void notify(const double&, BaseObject*, BaseObject*, BaseObject*) override
+        {
+            before = log.take().size();
+        }
+        LogCapture log;
+        int before = 0;
+    };
     Shown shown(parts);
     const QorNodeModel* model = shown.model();
-    for (int i = 0; i < 3; ++i)
-        shown.editor.setNode(shown.node.get());
-    QCOMPARE(shown.model(), model);
-    // Were there more observers than one for a slot, the line would come more often.
-    shown.editor.setNode(shown.node.get());
-    for (const Tiny::Part& each : parts)
-        QCOMPARE(observersOf(shown.field(each.name.c_str())), 2);
-    PaintWatch watch(shown.view()->viewport());
+    // Without a row for the field, each of its observers writes a line.
+    const FieldNode other({});
+    shown.view()->setModel(nullptr);
+    shown.model()->setNode(other.get());
+    Listener listener;
+    shown.field("number")->_outSlot->processEventSubject().attach(listener);
+
+    // The observers of the in slot and of the out slot were there first.
     write(shown, "number", "17");
-    QTest::qWait(20);
-    QCOMPARE(watch.count, 1);
+    QCOMPARE(listener.before, 2);
+    QCOMPARE(listener.log.take().size(), 0);
+    for (int i = 0; i < 3; ++i) {
+        shown.editor.setNode(shown.node.get());
+        QCOMPARE(shown.model(), model);
+        listener.log.take();
+        write(shown, "number", "18");
+        // As many as before, but that of the out slot is a new one and stands behind.
+        QCOMPARE(listener.before, 1);
+        QCOMPARE(listener.log.take().size(), 1);
+    }
 }
 
 void tst_QorObservingNodeEditor::otherNodeIsObservedInstead()
