@@ -3,6 +3,8 @@
 #include "QorFieldEditor.h"
 #include "QorNodeFieldEditor.h"
 #include "QorNodeItemDelegate.h"
+#include "SaidField.h"
+#include "tinyruntime/Runtime.h"
 #include <Orvane/FieldType.h>
 #include <QPainter>
 #include <QPushButton>
@@ -38,6 +40,9 @@ private slots:
     void rowsOfDelayedFieldsAreRed();
     void otherRowsAreNotRed();
     void selectedRowKeepsItsColour();
+    void textsLookAsTheyDoUncut_data();
+    void textsLookAsTheyDoUncut();
+    void valueIsTurnedIntoTextOncePerPaint();
 };
 
 namespace {
@@ -59,10 +64,12 @@ bool hasRed(const QImage& image)
     return false;
 }
 
-/// A cell as the delegate paints it, without smooth edges.
-QImage painted(const QModelIndex& index, QStyle::State state = QStyle::State_Enabled)
+/// A cell as a delegate paints it, without smooth edges.
+QImage painted(const QModelIndex& index, QStyle::State state = QStyle::State_Enabled,
+               const QItemDelegate& delegate = QorNodeItemDelegate(nullptr),
+               const QSize& size = QSize(300, 20))
 {
-    QImage image(300, 20, QImage::Format_RGB32);
+    QImage image(size, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
     QStyleOptionViewItem option;
@@ -74,7 +81,8 @@ QImage painted(const QModelIndex& index, QStyle::State state = QStyle::State_Ena
     option.fontMetrics = QFontMetrics(option.font);
     option.palette = QApplication::palette();
     option.displayAlignment = Qt::AlignLeft;
-    QorNodeItemDelegate(nullptr).paint(&painter, option, index);
+    option.textElideMode = Qt::ElideRight;
+    delegate.paint(&painter, option, index);
     return image;
 }
 
@@ -347,6 +355,42 @@ void tst_QorNodeItemDelegate::selectedRowKeepsItsColour()
     const FieldRows rows({part("big", MFINT32_DT, numbersText(51).c_str())});
     const QStyle::State selected = QStyle::State_Enabled | QStyle::State_Selected | QStyle::State_Active;
     QVERIFY(!hasRed(painted(rows.cell("big"), selected)));
+}
+
+void tst_QorNodeItemDelegate::textsLookAsTheyDoUncut_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("short") << QByteArray("short");
+    QTest::newRow("narrow letters") << QByteArray(20000, 'i');
+    QTest::newRow("wide letters") << QByteArray(20000, 'W');
+    QTest::newRow("words") << QByteArray("a few words and ").repeated(1000);
+    QTest::newRow("many lines") << QByteArray("one line\n").repeated(500);
+    QTest::newRow("long lines") << QByteArray("one line ").repeated(100).append('\n').repeated(20);
+    QTest::newRow("blanks") << QByteArray(20000, ' ');
+    QTest::newRow("ideographs") << QByteArray("\xe6\xbc\xa2").repeated(5000);
+}
+
+void tst_QorNodeItemDelegate::textsLookAsTheyDoUncut()
+{
+    QFETCH(QByteArray, text);
+    const FieldRows rows({part("field", SFSTRING_DT, text)});
+    for (const QSize& size : {QSize(300, 20), QSize(40, 20), QSize(300, 70), QSize(5, 5)}) {
+        QCOMPARE(painted(rows.cell("field"), QStyle::State_Enabled, QorNodeItemDelegate(nullptr), size),
+                 painted(rows.cell("field"), QStyle::State_Enabled, QItemDelegate(), size));
+    }
+}
+
+void tst_QorNodeItemDelegate::valueIsTurnedIntoTextOncePerPaint()
+{
+    const FieldNode node({});
+    auto said = std::make_unique<SaidField>("text", 1);
+    said->lists = 0;
+    SaidField* field = said.get();
+    node.get()->data()->fields.push_back(std::move(said));
+    const QorNodeModel model(node.get(), nullptr);
+    field->conversions = 0;
+    painted(model.index(field));
+    QCOMPARE(field->conversions, 1);
 }
 
 QTEST_MAIN(tst_QorNodeItemDelegate)

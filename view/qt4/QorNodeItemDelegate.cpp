@@ -9,6 +9,7 @@
 #include "QorMFieldValueItem.h"
 #include "QorNodeFieldEditor.h"
 #include "QorNodeModel.h"
+#include "QorPaintedCell.h"
 #include "QorStringFieldEditor.h"
 #include <Orvane/Field.h>
 
@@ -36,8 +37,11 @@ bool isDelayed(QorFieldItem* item)
 
 QorNodeItemDelegate::QorNodeItemDelegate(QObject* parent)
     : QItemDelegate(parent)
+    , _paintedCell(std::make_unique<QorPaintedCell>())
 {
 }
+
+QorNodeItemDelegate::~QorNodeItemDelegate() = default;
 
 bool QorNodeItemDelegate::mayEdit(const Orvane::Field* field) const
 {
@@ -141,7 +145,8 @@ void QorNodeItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
     QStyleOptionViewItem colouredOption(option);
     if (isDelayed(itemOf(index)))
         colouredOption.palette.setBrush(QPalette::Text, QBrush(QColor(200, 0, 0, 255), Qt::SolidPattern));
-    QItemDelegate::paint(painter, colouredOption, index);
+    QItemDelegate::paint(painter, colouredOption,
+                         _paintedCell->standIn(index, option.rect.size(), option.fontMetrics.lineSpacing()));
 }
 
 } // namespace Orvane::Qt4

@@ -3,11 +3,13 @@
 #include "QorExport.h"
 #include "QorMetaTypes.h"
 #include <QtWidgets/QItemDelegate>
+#include <memory>
 
 namespace Orvane::Qt4 {
 
 class QorFieldEditor;
 class QorFieldItem;
+class QorPaintedCell;
 
 /// Decides which cells of the field tree can be edited and with which editor, hands the editors the items of
 /// their rows, and paints the rows of delayed multi fields in red: these are not kept up to date. The indexes
@@ -18,6 +20,7 @@ class QOR_EXPORT QorNodeItemDelegate : public QItemDelegate
 
 public:
     explicit QorNodeItemDelegate(QObject* parent);
+    ~QorNodeItemDelegate() override;
 
     /// Whether fields that are only initialised may be edited too; false unless set.
     bool isInitOnlyEditorEnabled() const { return _initOnlyEditorEnabled; }
@@ -42,6 +45,7 @@ private:
     QorFieldEditor* makeEditor(QWidget* parent, QorFieldItem* item) const;
 
     bool _initOnlyEditorEnabled = false;
+    const std::unique_ptr<QorPaintedCell> _paintedCell;
 };
 
 } // namespace Orvane::Qt4
