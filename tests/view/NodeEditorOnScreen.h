@@ -77,6 +77,13 @@ struct NodeEditorOnScreen
         QTest::keyClick(view(), Qt::Key_F2);
         return openEditor();
     }
+    /// Opens the editor of a cell by a double click; null when the cell has none.
+    QWidget* openByMouse(const QModelIndex& index)
+    {
+        click(index);
+        QTest::mouseDClick(view()->viewport(), Qt::LeftButton, Qt::NoModifier, centre(index));
+        return openEditor();
+    }
     /// The editor that is open; null when there is none.
     QWidget* openEditor() const { return view()->indexWidget(view()->currentIndex()); }
     /// Keys as they come from the window system.

@@ -56,6 +56,7 @@ private slots:
     void viewEditsOnWhenTheRowOfAnEditorIsGone();
     void indexesOfDroppedRowsNeverMeetThoseOfNewOnes();
     void firstOfSeveralLinesShows();
+    void severalLinesOnTopLeaveTheOtherRowsLow();
     void oddTextsAreShown();
 };
 
@@ -691,6 +692,23 @@ void tst_QorNodeEditorTreeView::firstOfSeveralLinesShows()
     QCOMPARE(shown.view()->visualRect(shown.cell("code")).height(),
              shown.view()->visualRect(shown.cell("last")).height());
     QCOMPARE(picture(), oneLine);
+}
+
+void tst_QorNodeEditorTreeView::severalLinesOnTopLeaveTheOtherRowsLow()
+{
+    Shown shown({part("one", SFINT32_DT), part("words", MFINT32_DT, "1, 2"), part("note", SFSTRING_DT, "a")});
+    const auto height = [&](const QModelIndex& index) { return shown.view()->visualRect(index).height(); };
+    const int oneLine = height(shown.cell("note"));
+    QVERIFY(shown.view()->uniformRowHeights());
+    shown.field("note")->setValueByStr(0.0, "a\nb\nc");
+    shown.view()->expand(shown.row("words"));
+    shown.editor.setNode(nullptr);
+    shown.editor.setNode(shown.node.get());
+    shown.view()->expandAll();
+    QTest::qWait(1);
+    QVERIFY(height(shown.cell("note")) > 2 * oneLine);
+    for (const QModelIndex& cell : {shown.cell("one"), shown.cell("words"), shown.cell("words", 1)})
+        QCOMPARE(height(cell), oneLine);
 }
 
 void tst_QorNodeEditorTreeView::oddTextsAreShown()

@@ -32,15 +32,21 @@ QorMFieldItem* unfilledItem(const QModelIndex& index)
                                                                                             : nullptr;
 }
 
+bool hasSeveralLines(const QModelIndex& row)
+{
+    for (int column = 0; row.isValid() && column < row.model()->columnCount(); ++column) {
+        if (row.sibling(row.row(), column).data().toString().contains(QLatin1Char('\n')))
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 QorNodeEditorTreeView::QorNodeEditorTreeView(QWidget* parent)
     : QTreeView(parent)
 {
     setAlternatingRowColors(true);
-    // Or each notification of a field far down would have the rows above it turned into text for their
-    // heights.
-    setUniformRowHeights(true);
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     setContextMenuPolicy(Qt::DefaultContextMenu);
     auto* header = new QorNodeEditorHeaderView(Qt::Horizontal, this);
@@ -57,6 +63,25 @@ QorMFieldValueItem* QorNodeEditorTreeView::currentValueItem() const
 {
     QorFieldItem* item = nodeModel() ? itemOf(currentIndex()) : nullptr;
     return item ? item->toMFieldValueItem() : nullptr;
+}
+
+void QorNodeEditorTreeView::chooseRowHeights()
+{
+    // With rows of their own heights, each notification of a field far down has the rows above it turned into
+    // text. Uniform ones are as high as the first.
+    setUniformRowHeights(model() && !hasSeveralLines(model()->index(0, 0)));
+}
+
+void QorNodeEditorTreeView::reset()
+{
+    chooseRowHeights();
+    QTreeView::reset();
+}
+
+void QorNodeEditorTreeView::doItemsLayout()
+{
+    chooseRowHeights();
+    QTreeView::doItemsLayout();
 }
 
 void QorNodeEditorTreeView::mousePressEvent(QMouseEvent* event)

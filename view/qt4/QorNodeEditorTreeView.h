@@ -17,6 +17,10 @@ class QOR_EXPORT QorNodeEditorTreeView : public QTreeView
 public:
     explicit QorNodeEditorTreeView(QWidget* parent);
 
+    // Rows are one line high, unless the first row has more: then each is as high as its texts.
+    void reset() override;
+    void doItemsLayout() override;
+
 protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -39,6 +43,7 @@ private:
     QorNodeModel* nodeModel() const;
     QorMFieldValueItem* currentValueItem() const;
     void insertValue(int row);
+    void chooseRowHeights();
 };
 
 } // namespace Orvane::Qt4
