@@ -9,6 +9,7 @@
 #include <Orvane/Scene.h>
 #include <QtTest>
 #include <cmath>
+#include <limits>
 
 using namespace Orvane::Qt4;
 
@@ -354,7 +355,8 @@ void tst_RenderViewPick::onlyANormalOfNoLengthIsLeftUnscaled()
 void tst_RenderViewPick::withoutATriangleThePickedNormalIsSent_data()
 {
     QTest::addColumn<QByteArray>("what");
-    for (const char* what : {"no node", "no core", "no geometry", "no such triangle", "degenerate triangle"})
+    for (const char* what :
+         {"no node", "no core", "no geometry", "no such triangle", "degenerate triangle", "no numbers"})
         QTest::newRow(what) << QByteArray(what);
 }
 
@@ -374,7 +376,10 @@ void tst_RenderViewPick::withoutATriangleThePickedNormalIsSent()
         f.hit(triangle.root);
     else if (what == "no such triangle")
         f.hit(triangle.node, 4000000000U);
-    else {
+    else if (what == "no numbers") {
+        geometry->getPositions()->setValue(osg::Pnt3f(std::numeric_limits<float>::quiet_NaN(), 0, 0), 1);
+        f.hit(triangle.node);
+    } else {
         for (osg::UInt32 i = 0; i < 3; ++i)
             geometry->getPositions()->setValue(osg::Pnt3f(0, 0, 0), i);
         f.hit(triangle.node);

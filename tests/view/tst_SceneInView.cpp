@@ -95,6 +95,7 @@ private slots:
     void emptyTextClearsTheScene();
     void twoManagersShowTwoScenes();
     void hostWithoutManagerGetsItsView();
+    void windowsOfAnEngineStandInTheGrid();
 };
 
 void tst_SceneInView::sceneAppearsInTheManager()
@@ -277,6 +278,35 @@ void tst_SceneInView::hostWithoutManagerGetsItsView()
     context->subRef();
     QVERIFY(!host.findChild<QorRenderView*>());
     Orvane::System::the().exit();
+}
+
+void tst_SceneInView::windowsOfAnEngineStandInTheGrid()
+{
+    QString text = redBox;
+    text.replace(QStringLiteral("<Scene>"),
+                 QStringLiteral("<Scene><Engine><Window><Viewarea/></Window><Window><Viewarea size='0.5 1'/>"
+                                "<Viewarea position='0.5 0' size='0.5 1'/></Window>"
+                                "<Window fullScreen='true'><Viewarea/></Window></Engine>"));
+    QorViewManager manager(nullptr, QorViewManager::ManualTrigger);
+    QVERIFY(manager.loadContextByString(QStringLiteral("windows.x3d"), text));
+    QVERIFY(show(manager, QRect(20, 20, 602, 402)));
+    const auto views = manager.findChildren<QorRenderView*>();
+    QCOMPARE(views.size(), 3);
+    QCOMPARE(views[0]->geometry(), QRect(0, 0, 300, 200));
+    QCOMPARE(views[1]->geometry(), QRect(302, 0, 300, 200));
+    QCOMPARE(views[2]->geometry(), QRect(0, 202, 300, 200));
+    QVERIFY(comesTrue(manager, [&] { return showsBox(onScreen(*views[0])); }));
+    QVERIFY(comesTrue(manager, [&] { return showsBox(onScreen(*views[2])); }));
+    const auto showsTwo = [&] {
+        const QImage image = onScreen(*views[1]);
+        return showsBox(image.copy(0, 0, 150, 200)) && showsBox(image.copy(150, 0, 150, 200));
+    };
+    QVERIFY(comesTrue(manager, showsTwo));
+
+    // A scene without an engine leaves the windows open.
+    QVERIFY(manager.loadContextByString(QStringLiteral("box.x3d"), redBox));
+    QVERIFY(comesTrue(manager, showsTwo));
+    QCOMPARE(manager.findChildren<QorRenderView*>(), views);
 }
 
 QTEST_MAIN(tst_SceneInView)

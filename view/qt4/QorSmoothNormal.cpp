@@ -59,7 +59,8 @@ osg::Vec3f smoothNormal(const osg::Line& ray, const osg::NodePtr& node, unsigned
     normalMatrix.transpose();
     osg::Vec3f world;
     normalMatrix.multMatrixVec(smooth, world);
-    return normalised(world);
+    // Coordinates that are no numbers give no direction.
+    return std::isfinite(world.length()) ? normalised(world) : fallback;
 }
 
 } // namespace Orvane::Qt4
