@@ -8,6 +8,7 @@
 #include <Orvane/NodePartDesc.h>
 #include <Orvane/NodeType.h>
 #include <Relayne/URL.h>
+#include <algorithm>
 
 namespace Orvane {
 
@@ -62,6 +63,21 @@ std::string quotedList(const std::vector<std::string>& addresses)
     return list;
 }
 
+bool leadsToFile(const std::vector<std::string>& addresses, const Relayne::URL& base)
+{
+    return addresses.empty() ||
+           std::any_of(addresses.begin(), addresses.end(), [&base](const std::string& address) {
+               return holdsContent(address) || !findLocalFile(base, address).path.empty();
+           });
+}
+
+std::string missingFileText(const Node& node, const NodePartDesc& desc,
+                            const std::vector<std::string>& addresses)
+{
+    return node.type()->name + "." + desc.name + ": expected a readable local file, found " +
+           quotedList(addresses);
+}
+
 void checkFiles(const Node& node, FileScope& scope)
 {
     const unsigned int count = node.partDescCount();
@@ -70,13 +86,9 @@ void checkFiles(const Node& node, FileScope& scope)
         if (!namesFiles(node, desc))
             continue;
         const std::vector<std::string> addresses = readStrings(node, part);
-        bool found = addresses.empty();
-        for (const std::string& address : addresses)
-            found = found || holdsContent(address) || !findLocalFile(scope.url, address).path.empty();
-        if (!found)
+        if (!leadsToFile(addresses, scope.url))
             scope.messages.warn({sourceLine(node), sourceColumn(node)},
-                                node.type()->name + "." + desc.name +
-                                    ": expected a readable local file, found " + quotedList(addresses));
+                                missingFileText(node, desc, addresses));
     }
 }
 

@@ -10,11 +10,14 @@
 #include "loader/SceneBuilder.h"
 #include "loader/SceneFormat.h"
 #include "loader/SourceText.h"
+#include <Orvane/EventInSlot.h>
 #include <Orvane/MFNode.h>
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodeNameSpace.h>
+#include <Orvane/NodePartDesc.h>
 #include <Orvane/NodeType.h>
+#include <Orvane/Route.h>
 #include <Orvane/SFBool.h>
 #include <algorithm>
 #include <cstdlib>
@@ -32,6 +35,13 @@ std::string canonical(const std::string& path)
 Field& contentOf(Node& root)
 {
     return editField(root, static_cast<unsigned int>(partIndex(*root.type(), "children")));
+}
+
+/// True for a field of a body that the instance around it fills.
+bool isHanded(const Field& field)
+{
+    return field._inSlot && std::any_of(field._inSlot->begin(), field._inSlot->end(),
+                                        [](const Route* route) { return route->type() == Route::IS_RT; });
 }
 
 /// True when the file is read already on the way from the scene to \a scope.
@@ -138,9 +148,33 @@ void LoadSession::completeInstance(Node& instance, const std::vector<unsigned in
     _modelNodes += models;
     std::vector<Node*> made;
     Orvane::completeInstance(instance, given, scope.names, made);
-    for (Node* node : made)
-        if (node->type() == findType("Inline"))
+    const NodeType* const inlineType = findType("Inline");
+    std::vector<const Field*> fields;
+    for (Node* node : made) {
+        if (node->type() == inlineType)
             addInline(*node, scope, depth + size.depth);
+        fields.clear();
+        madeFields(*node, fields);
+        for (const Field* field : fields)
+            if (isHanded(*field) && namesFiles(*node, *field->_desc))
+                checkHandedFile(*field, scope);
+    }
+}
+
+/// Looks for the file whose address came into a body through its interface; each place is told once.
+void LoadSession::checkHandedFile(const Field& field, const FileScope& scope)
+{
+    const Node& origin = valueOrigin(field);
+    const std::vector<std::string> addresses = readStrings(*field.node(), field._desc->id);
+    if (leadsToFile(addresses, origin.nameSpace() ? origin.nameSpace()->baseURL() : scope.url))
+        return;
+    LoadMessages messages = messagesOf(origin, scope);
+    const SourcePlace place{sourceLine(origin), sourceColumn(origin)};
+    const std::string text = missingFileText(*field.node(), *field._desc, addresses);
+    const std::string told =
+        messages.file() + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + text;
+    if (_toldFiles.insert(told).second)
+        messages.warn(place, text);
 }
 
 bool LoadSession::takeModel(const NodeType& type)

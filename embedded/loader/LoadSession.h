@@ -9,6 +9,7 @@
 #include <deque>
 #include <memory>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace Orvane {
@@ -76,6 +77,7 @@ private:
     void readInlines();
     bool readInline(const PendingInline& pending);
     bool readInlineFile(const PendingInline& pending, const Relayne::URL& url, const std::string& path);
+    void checkHandedFile(const Field& field, const FileScope& scope);
     LoadMessages messagesOf(const Node& node, const FileScope& scope);
     void tellUnknownUses(const FileScope& scope);
     void finish();
@@ -93,6 +95,7 @@ private:
     std::vector<NodeRef> _roots;
     std::vector<std::unique_ptr<FileScope>> _scopes;
     std::deque<PendingInline> _inlines;
+    std::unordered_set<std::string> _toldFiles; ///< messages about files that interfaces hand on
 };
 
 } // namespace Orvane

@@ -109,6 +109,7 @@ private slots:
     void oneFieldCanFillSeveral();
     void scriptFieldsCanBeConnected();
     void connectionsMayStandBeforeTheFields();
+    void missingFilesThatAreHandedOnAreTold();
     void nodesAreHandedIntoTheBody();
     void instancesBearMetadata_data();
     void instancesBearMetadata();
@@ -340,6 +341,25 @@ void tst_Prototypes::instancesBearMetadata()
     QVERIFY(scene.find("M"));
     QCOMPARE(nodeIn(scene.find("A"), "metadata"), scene.find("M"));
     QCOMPARE(LoadedText::outline(inBody(scene.find("A"))), QStringLiteral("Group"));
+}
+
+void tst_Prototypes::missingFilesThatAreHandedOnAreTold()
+{
+    const std::string body =
+        "<Appearance><ImageTexture>" + is("url", "pictures") + "</ImageTexture></Appearance>";
+    const LoadedText scene(
+        proto("P", field("pictures", "MFString", "inputOutput"), body) + "\n" +
+        proto("Q", field("pictures", "MFString", "inputOutput", " value='\"q.png\"'/>"), body) + "\n" +
+        instance("P", "A", value("pictures", "\"none.png\"")) + instance("P", "B") +
+        instance("P", "C", value("pictures", "\"data:image/png;base64,\"")) + "\n" + instance("Q", "D") +
+        instance("Q", "E"));
+    const QStringList messages = scene.messages();
+    QCOMPARE(messages.size(), 2);
+    QCOMPARE(messages[0],
+             QStringLiteral("4:1 ImageTexture.url: expected a readable local file, found \"none.png\""));
+    QVERIFY(messages[1].startsWith(QStringLiteral("3:")));
+    QVERIFY(messages[1].endsWith(
+        QStringLiteral(" ImageTexture.url: expected a readable local file, found \"q.png\"")));
 }
 
 void tst_Prototypes::nodesAreHandedIntoTheBody()
