@@ -1,4 +1,5 @@
 // The panels of the workbench at work on one scene, by mouse and by a running graph.
+#include "CodeDock.h"
 #include "NodeDock.h"
 #include "SceneDock.h"
 #include "SceneTreeView.h"
@@ -17,7 +18,9 @@
 #include <QDropEvent>
 #include <QGLWidget>
 #include <QLineEdit>
+#include <QStatusBar>
 #include <QTemporaryDir>
+#include <QorCodeWidget.h>
 #include <QorNodeItem.h>
 #include <QorNodePathMimeData.h>
 #include <QorObservingNodeEditor.h>
@@ -55,6 +58,7 @@ private slots:
     void aDeadNodeIsNoLongerSelected();
     void nodesAreDraggedOutOfTheTree();
     void aDroppedNodeIsSelected();
+    void aSelectedScriptOpensItsCode();
 
 private:
     void open(const char* text);
@@ -426,6 +430,32 @@ void tst_WorkbenchWindow::aDroppedNodeIsSelected()
     QVERIFY(!drop(other));
     QVERIFY(drop(QorNodePathMimeData(NodePath())));
     QCOMPARE(_window->selection()->node(), box);
+}
+
+void tst_WorkbenchWindow::aSelectedScriptOpensItsCode()
+{
+    auto* code = _window->findChild<CodeDock*>();
+    click(rowOf(QStringLiteral("G")));
+    QVERIFY(!code->isVisible());
+    open("<X3D version='4.0'><Scene><Script DEF='Mover' url='\"javascript: 1\"'><field name='speed' "
+         "type='SFFloat' accessType='inputOutput'/></Script></Scene></X3D>");
+    click(rowOf(QStringLiteral("Mover")));
+    QVERIFY(code->isVisible());
+    Node* script = nodeCalled("Mover");
+    QCOMPARE(code->codeWidget()->codeNode(), script);
+    QCOMPARE(edited(), script);
+
+    const auto rows = [&] { return _window->findChild<QorObservingNodeEditor*>()->model()->rowCount(); };
+    const int count = rows();
+    emit code->codeWidget()->wantsDeleteField(script, QStringLiteral("speed"));
+    QCOMPARE(rows(), count - 1);
+    emit code->codeWidget()->wantsDeleteField(script, QStringLiteral("url"));
+    QCOMPARE(rows(), count - 1);
+    QVERIFY(_window->statusBar()->currentMessage().contains(QStringLiteral("url")));
+
+    open(twoShapes);
+    QVERIFY(!code->codeWidget()->codeNode());
+    QVERIFY(!code->codeWidget()->isEnabled());
 }
 
 QTEST_MAIN(tst_WorkbenchWindow)
