@@ -146,6 +146,7 @@ private slots:
     void inlinedCodeIsShownWithoutIndent();
     void indentIsRemoved_data();
     void indentIsRemoved();
+    void codeReadsLeftToRight();
     void shaderUrlIsShown();
     void localFileIsShown_data();
     void localFileIsShown();
@@ -521,6 +522,16 @@ void tst_QorCodeWidget::indentIsRemoved()
     QCOMPARE(shown.code(), text);
     shown.widget->setCode(QStringLiteral("  <b>a</b>\n b"), false);
     QCOMPARE(shown.code(), QStringLiteral("  <b>a</b>\n b"));
+}
+
+void tst_QorCodeWidget::codeReadsLeftToRight()
+{
+    const Shown shown;
+    for (int i = 0; i < 2; ++i) {
+        shown.widget->setCode(QStringLiteral("\u05d0\u05d1 = 1;"), false);
+        QCOMPARE(shown.edit()->document()->begin().textDirection(), Qt::LeftToRight);
+        shown.widget->setCodeNode(nullptr);
+    }
 }
 
 void tst_QorCodeWidget::shaderUrlIsShown()

@@ -12,6 +12,7 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QTextStream>
 #include <QtGui/QTextDocument>
+#include <QtGui/QTextOption>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
@@ -126,6 +127,10 @@ QWidget* QorCodeWidget::makeCodePane()
     auto* pane = new QWidget;
     _codeLabel = new QLabel(tr("<b>Code:</b> "), pane);
     _codeEdit = new QTextEdit(pane);
+    // Code reads left to right whatever its letters; lines that are looked at for it make each key slow.
+    QTextOption option = _codeEdit->document()->defaultTextOption();
+    option.setTextDirection(Qt::LeftToRight);
+    _codeEdit->document()->setDefaultTextOption(option);
     _highlighter = new QorSyntaxHighlighter(_codeEdit, LANGUAGE_NONE);
     _applyButton = new QPushButton(QStringLiteral("Apply"), pane);
 
