@@ -57,12 +57,14 @@ QString textOfSize(const char* const (&lines)[N], int size)
     return textOf(lines, [size](const QString& text, int) { return text.size() >= size; });
 }
 
-/// A text edit with a text.
+/// A text edit with a text, set up as that of the code widget.
 struct Editor
 {
     explicit Editor(const QString& text)
     {
-        edit.setUndoRedoEnabled(false);
+        QTextOption option = edit.document()->defaultTextOption();
+        option.setTextDirection(Qt::LeftToRight);
+        edit.document()->setDefaultTextOption(option);
         edit.resize(800, 600);
         edit.setPlainText(text);
     }
@@ -130,11 +132,10 @@ void typeInTheMiddle(benchmark::State& state, const MakeHighlighter& make, const
 
 using Run = void (*)(benchmark::State&, const MakeHighlighter&, const QString&);
 
-void add(const char* name, Run run, const MakeHighlighter& make, const QString& text)
+void add(const char* name, Run run, const MakeHighlighter& make, const QString& text, int iterations)
 {
-    benchmark::RegisterBenchmark(name, [=](benchmark::State& state) {
-        run(state, make, text);
-    })->Unit(benchmark::kMillisecond);
+    const auto function = [=](benchmark::State& state) { run(state, make, text); };
+    benchmark::RegisterBenchmark(name, function)->Unit(benchmark::kMillisecond)->Iterations(iterations);
 }
 
 } // namespace
@@ -156,17 +157,17 @@ int main(int argc, char** argv)
         };
     };
 #endif
-    add("highlight_ecma_1mb/orvane", highlightAll, ours(QorCodeWidget::LANGUAGE_ECMA), ecma);
+    add("highlight_ecma_1mb/orvane", highlightAll, ours(QorCodeWidget::LANGUAGE_ECMA), ecma, 3);
 #ifdef ORVANE_BENCH_KSYNTAX
-    add("highlight_ecma_1mb/ksyntaxhighlighting", highlightAll, peer("JavaScript"), ecma);
+    add("highlight_ecma_1mb/ksyntaxhighlighting", highlightAll, peer("JavaScript"), ecma, 3);
 #endif
-    add("highlight_glsl_1mb/orvane", highlightAll, ours(QorCodeWidget::LANGUAGE_GLSL), glsl);
+    add("highlight_glsl_1mb/orvane", highlightAll, ours(QorCodeWidget::LANGUAGE_GLSL), glsl, 3);
 #ifdef ORVANE_BENCH_KSYNTAX
-    add("highlight_glsl_1mb/ksyntaxhighlighting", highlightAll, peer("GLSL"), glsl);
+    add("highlight_glsl_1mb/ksyntaxhighlighting", highlightAll, peer("GLSL"), glsl, 3);
 #endif
-    add("key_in_10k_lines/orvane", typeInTheMiddle, ours(QorCodeWidget::LANGUAGE_ECMA), tenThousand);
+    add("key_in_10k_lines/orvane", typeInTheMiddle, ours(QorCodeWidget::LANGUAGE_ECMA), tenThousand, 100);
 #ifdef ORVANE_BENCH_KSYNTAX
-    add("key_in_10k_lines/ksyntaxhighlighting", typeInTheMiddle, peer("JavaScript"), tenThousand);
+    add("key_in_10k_lines/ksyntaxhighlighting", typeInTheMiddle, peer("JavaScript"), tenThousand, 100);
 #endif
     return runBenchmarks(argc, argv);
 }
