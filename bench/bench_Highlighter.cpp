@@ -167,7 +167,7 @@ int main(int argc, char** argv)
 #endif
     add("key_in_10k_lines/orvane", typeInTheMiddle, ours(QorCodeWidget::LANGUAGE_ECMA), tenThousand, 100);
 #ifdef ORVANE_BENCH_KSYNTAX
-    add("key_in_10k_lines/ksyntaxhighlighting", typeInTheMiddle, peer("JavaScript"), tenThousand, 100);
+    add("key_in_10k_lines/ksyntaxhighlighting", typeInTheMiddle, peer("JavaScript"), tenThousand, 5);
 #endif
     return runBenchmarks(argc, argv);
 }
