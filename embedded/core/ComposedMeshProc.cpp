@@ -3,6 +3,7 @@
 #include <Orvane/MFColor.h>
 #include <Orvane/MFColorRGBA.h>
 #include <Orvane/MFInt32.h>
+#include <Orvane/MFVec2f.h>
 #include <Orvane/MFVec3d.h>
 #include <Orvane/MFVec3f.h>
 #include <cstring>
@@ -17,6 +18,7 @@ const Part coordPart("coord");
 const Part normalPart("normal");
 const Part pointPart("point");
 const Part texCoordPart("texCoord");
+const Part vectorPart("vector");
 
 const ProcRegistration color("Color", makeProc<DescriptionProc>);
 const ProcRegistration colorRGBA("ColorRGBA", makeProc<DescriptionProc>);
@@ -77,7 +79,7 @@ void ComposedMeshProc::update()
     _texCoordNode = useOf(_texCoord, texCoordPart);
 
     std::vector<osg::Vec3f> converted;
-    MeshFaults faults;
+    MeshFaults faults(listName());
     MeshData mesh = build(pointsOf(coordNode, converted), faults);
     MeshAttribute<osg::Color3f> rgb;
     MeshAttribute<osg::Color4f> rgba;
@@ -96,6 +98,18 @@ void ComposedMeshProc::bindColors(MeshAttribute<osg::Color3f>& rgb, MeshAttribut
         rgb.values = &static_cast<const MFColor&>(field).values();
     else if (field.dataType() == MFCOLORRGBA_DT)
         rgba.values = &static_cast<const MFColorRGBA&>(field).values();
+}
+
+void ComposedMeshProc::bindValues(MeshSource& source) const
+{
+    bindColors(source.colors, source.colorsRGBA);
+    if (_normalNode && vectorPart.isIn(*_normalNode))
+        source.normals.values = &vectorPart.read<MFVec3f>(*_normalNode).values();
+    if (_texCoordNode && pointPart.isIn(*_texCoordNode)) {
+        const Field& field = readField(*_texCoordNode, pointPart.in(*_texCoordNode));
+        if (field.dataType() == MFVEC2F_DT)
+            source.texCoords.values = &static_cast<const MFVec2f&>(field).values();
+    }
 }
 
 } // namespace Orvane

@@ -25,12 +25,13 @@ protected:
     /// Builds what is shown of \a points.
     virtual MeshData build(const std::vector<osg::Vec3f>& points, MeshFaults& faults) = 0;
 
-    Node* colorNode() const { return _colorNode; }
-    Node* normalNode() const { return _normalNode; }
-    Node* texCoordNode() const { return _texCoordNode; }
+    /// Name of the field that lists the points of faces and lines, for messages.
+    virtual const char* listName() const { return "coordIndex"; }
 
     /// Binds the values of a `Color` or `ColorRGBA` node, whichever the mesh has.
     void bindColors(MeshAttribute<osg::Color3f>& rgb, MeshAttribute<osg::Color4f>& rgba) const;
+    /// Binds all values that a mesh of faces may have, per point until the caller says otherwise.
+    void bindValues(MeshSource& source) const;
 
 private:
     Use _color;

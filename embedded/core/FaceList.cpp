@@ -1,5 +1,6 @@
 #include "core/FaceList.h"
 #include "core/MeshData.h"
+#include <algorithm>
 #include <limits>
 
 namespace Orvane {
@@ -31,16 +32,19 @@ void FaceList::readPolygons(MeshFaults& faults)
         addFace(first, index.size() - first, inRange, faults);
 }
 
-void FaceList::readTriangles(MeshFaults& faults)
+void FaceList::readEqual(std::size_t corners, MeshFaults& faults)
 {
     if (!prepare(faults))
         return;
-    const std::vector<int>& index = *_index;
     const auto pointCount = static_cast<unsigned int>(_points->size());
     const auto inRange = [&](int i) { return i >= 0 && static_cast<unsigned int>(i) < pointCount; };
-    _faces.reserve(index.size() / 3);
-    for (std::size_t i = 0; i + 2 < index.size(); i += 3)
-        addFace(i, 3, inRange(index[i]) && inRange(index[i + 1]) && inRange(index[i + 2]), faults);
+    _faces.reserve(_index->size() / corners);
+    auto face = _index->begin();
+    for (std::size_t first = 0; first + corners <= _index->size(); first += corners) {
+        const auto next = face + static_cast<std::ptrdiff_t>(corners);
+        addFace(first, corners, std::all_of(face, next, inRange), faults);
+        face = next;
+    }
 }
 
 bool FaceList::prepare(MeshFaults& faults)
@@ -82,6 +86,23 @@ void FaceList::addFace(std::size_t first, std::size_t count, bool inRange, MeshF
         _cornerCount += face.count;
         _triangleCount += face.count - 2;
     }
+}
+
+std::vector<int> pointRuns(const std::vector<int>& counts, std::size_t pointCount)
+{
+    std::vector<int> index;
+    std::size_t first = 0;
+    for (const int count : counts) {
+        if (count <= 0)
+            continue;
+        const std::size_t last = std::min(pointCount, first + static_cast<std::size_t>(count));
+        for (std::size_t i = first; i < last; ++i)
+            index.push_back(static_cast<int>(i));
+        if (last > first)
+            index.push_back(-1);
+        first = last;
+    }
+    return index;
 }
 
 } // namespace Orvane

@@ -29,7 +29,9 @@ public:
     /// Reads polygons that end with -1 each; the last one may lack it.
     void readPolygons(MeshFaults& faults);
     /// Reads triangles of three indices each; a rest of one or two is left out.
-    void readTriangles(MeshFaults& faults);
+    void readTriangles(MeshFaults& faults) { readEqual(3, faults); }
+    /// Reads faces of four indices each; a rest of up to three is left out.
+    void readQuads(MeshFaults& faults) { readEqual(4, faults); }
 
     const std::vector<Face>& faces() const { return _faces; }
     /// Corners of all faces that can be drawn.
@@ -44,6 +46,7 @@ public:
     const osg::Vec3f& cornerAt(std::uint32_t place) const { return (*_points)[pointAt(place)]; }
 
 private:
+    void readEqual(std::size_t corners, MeshFaults& faults);
     bool prepare(MeshFaults& faults);
     void addFace(std::size_t first, std::size_t count, bool inRange, MeshFaults& faults);
 
@@ -54,5 +57,9 @@ private:
     std::size_t _cornerCount = 0;
     std::size_t _triangleCount = 0;
 };
+
+/// The index list of points in their order, cut into runs as long as \a counts say, each with -1 after it.
+/// What goes past the points is left out.
+ORVANE_API std::vector<int> pointRuns(const std::vector<int>& counts, std::size_t pointCount);
 
 } // namespace Orvane

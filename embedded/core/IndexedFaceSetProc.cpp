@@ -1,8 +1,6 @@
 #include "core/ComposedMeshProc.h"
 #include "core/Part.h"
 #include <Orvane/MFInt32.h>
-#include <Orvane/MFVec2f.h>
-#include <Orvane/MFVec3f.h>
 #include <Orvane/SFBool.h>
 #include <Orvane/SFFloat.h>
 
@@ -18,10 +16,8 @@ const Part coordIndexPart("coordIndex");
 const Part creaseAnglePart("creaseAngle");
 const Part normalIndexPart("normalIndex");
 const Part normalPerVertexPart("normalPerVertex");
-const Part pointPart("point");
 const Part solidPart("solid");
 const Part texCoordIndexPart("texCoordIndex");
-const Part vectorPart("vector");
 
 class IndexedFaceSetProc : public ComposedMeshProc
 {
@@ -40,30 +36,18 @@ protected:
         source.ccw = flag(ccwPart);
         source.convex = flag(convexPart);
         source.creaseAngle = creaseAnglePart.read<SFFloat>(node()).value();
-        bindColors(source.colors, source.colorsRGBA);
+        bindValues(source);
         source.colors.index = source.colorsRGBA.index = list(colorIndexPart);
         source.colors.perVertex = source.colorsRGBA.perVertex = flag(colorPerVertexPart);
-        if (Node* const normals = normalNode(); normals && vectorPart.isIn(*normals)) {
-            source.normals.values = &vectorPart.read<MFVec3f>(*normals).values();
-            source.normals.index = list(normalIndexPart);
-            source.normals.perVertex = flag(normalPerVertexPart);
-        }
-        if (Node* const texCoords = texCoordNode(); texCoords && isPairs(*texCoords)) {
-            source.texCoords.values = &pointPart.read<MFVec2f>(*texCoords).values();
-            source.texCoords.index = list(texCoordIndexPart);
-        }
+        source.normals.index = list(normalIndexPart);
+        source.normals.perVertex = flag(normalPerVertexPart);
+        source.texCoords.index = list(texCoordIndexPart);
         return buildMesh(source, faults);
     }
 
 private:
     bool flag(const Part& part) const { return part.read<SFBool>(node()).value(); }
     const std::vector<int>* list(const Part& part) const { return &part.read<MFInt32>(node()).values(); }
-
-    static bool isPairs(const Node& texCoords)
-    {
-        return pointPart.isIn(texCoords) &&
-               readField(texCoords, pointPart.in(texCoords)).dataType() == MFVEC2F_DT;
-    }
 };
 
 const ProcRegistration registration("IndexedFaceSet", makeProc<IndexedFaceSetProc>);

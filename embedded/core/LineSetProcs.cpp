@@ -11,6 +11,7 @@ namespace {
 const Part colorIndexPart("colorIndex");
 const Part colorPerVertexPart("colorPerVertex");
 const Part coordIndexPart("coordIndex");
+const Part vertexCountPart("vertexCount");
 
 class IndexedLineSetProc : public ComposedMeshProc
 {
@@ -33,6 +34,27 @@ protected:
     }
 };
 
+class LineSetProc : public ComposedMeshProc
+{
+public:
+    using ComposedMeshProc::ComposedMeshProc;
+
+    Surface::Kind kind() const override { return Surface::LINES; }
+
+protected:
+    MeshData build(const std::vector<osg::Vec3f>& points, MeshFaults& faults) override
+    {
+        const std::vector<int> index =
+            pointRuns(vertexCountPart.read<MFInt32>(node()).values(), points.size());
+        LineSource source;
+        source.points = &points;
+        source.index = &index;
+        bindColors(source.colors, source.colorsRGBA);
+        return buildLines(source, faults);
+    }
+    const char* listName() const override { return "corner"; }
+};
+
 class PointSetProc : public ComposedMeshProc
 {
 public:
@@ -51,6 +73,7 @@ protected:
 };
 
 const ProcRegistration indexedLineSet("IndexedLineSet", makeProc<IndexedLineSetProc>);
+const ProcRegistration lineSet("LineSet", makeProc<LineSetProc>);
 const ProcRegistration pointSet("PointSet", makeProc<PointSetProc>);
 
 } // namespace

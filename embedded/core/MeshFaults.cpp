@@ -5,12 +5,11 @@ namespace Orvane {
 
 std::string MeshFaults::text() const
 {
-    // What is at fault, and what its place counts.
-    static const char* const Words[][2] = {
-        {"a face or line with an index that has no point", "coordIndex"},
-        {"a face or line of too few points", "coordIndex"},
-        {"a face or line with a point that is not finite", "point"},
-        {"a corner whose colour, normal or texture coordinate is not in the list", "coordIndex"},
+    static const char* const Words[] = {
+        "a face or line with an index that has no point",
+        "a face or line of too few points",
+        "a face or line with a point that is not finite",
+        "a corner whose colour, normal or texture coordinate is not in the list",
     };
     std::string text = "expected sound faces and lines, found ";
     bool isFirst = true;
@@ -20,9 +19,9 @@ std::string MeshFaults::text() const
             continue;
         if (!std::exchange(isFirst, false))
             text += "; ";
-        text += std::string(Words[kind][0]) + " (" + std::to_string(entry.count) +
-                (entry.count == 1 ? " time" : " times") + ", first at " + Words[kind][1] + '[' +
-                std::to_string(entry.first) + "])";
+        text += std::string(Words[kind]) + " (" + std::to_string(entry.count) +
+                (entry.count == 1 ? " time" : " times") + ", first at " +
+                (kind == NOT_FINITE ? "point" : _listName) + '[' + std::to_string(entry.first) + "])";
     }
     return text;
 }

@@ -17,6 +17,12 @@ public:
         ATTRIBUTE_OUT_OF_RANGE ///< a corner names a normal, colour or texture coordinate that does not exist
     };
 
+    /// \a listName is the field that lists the points of faces and lines; it must outlive the object.
+    explicit MeshFaults(const char* listName = "coordIndex")
+        : _listName(listName)
+    {
+    }
+
     /// Notes a fault at \a place, an index into the list that \a kind tells of.
     void add(Kind kind, std::size_t place)
     {
@@ -43,6 +49,7 @@ private:
         std::size_t first = 0;
     };
 
+    const char* _listName;
     Entry _entries[4];
 };
 

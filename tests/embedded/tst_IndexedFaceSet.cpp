@@ -1,7 +1,4 @@
-#include "CoreScene.h"
-#include "core/ShapeProc.h"
-#include <OpenSG/OSGGeometry.h>
-#include <OpenSG/OSGTriangleIterator.h>
+#include "ShapeGeometry.h"
 #include <Orvane/LoadReport.h>
 #include <QtTest>
 #include <cmath>
@@ -18,18 +15,9 @@ QByteArray shape(const QByteArray& fields)
     return "DEF S Shape { geometry DEF F IndexedFaceSet { " + fields + " } }";
 }
 
-osg::GeometryPtr geometryOf(CoreScene& scene)
+int triangleCount(const CoreScene& scene)
 {
-    return osg::GeometryPtr::dcast(scene.procOf<ShapeProc>("S").tree()->getChild(0)->getCore());
-}
-
-int triangleCount(CoreScene& scene)
-{
-    int count = 0;
-    const osg::GeometryPtr geometry = geometryOf(scene);
-    for (osg::TriangleIterator i = geometry->beginTriangles(); !i.isAtEnd(); ++i)
-        ++count;
-    return count;
+    return static_cast<int>(trianglesOf(scene).size());
 }
 
 } // namespace
