@@ -6,6 +6,7 @@
 #include "loader/ClassicWriter.h"
 #include "loader/LoadMessages.h"
 #include "loader/LoadSession.h"
+#include "loader/MovedAddresses.h"
 #include "loader/OutputFile.h"
 #include "loader/XmlReader.h"
 #include "loader/XmlWriter.h"
@@ -62,7 +63,10 @@ bool writeScene(const Node& root, const std::string& path, const SaveOptions& op
     const SceneFormat* format = formatOfSuffix(path);
     if (format && format->write) {
         try {
-            return writeOutputFile(path, format->write(root, options, notes), isPacked(path), error);
+            if (!writeOutputFile(path, format->write(root, options, notes), isPacked(path), error))
+                return false;
+            noteMovedAddresses(root, path, notes);
+            return true;
         } catch (const std::exception& exception) {
             error = path + ": expected room for the text of the scene, found: " + exception.what();
             return false;

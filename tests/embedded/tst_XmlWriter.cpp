@@ -35,6 +35,8 @@ private slots:
     void folderThatIsNotThereIsTold();
     void existingFileIsReplacedWhole();
 
+    void addressesThatLeadNowhereFromTheNewFolderAreTold();
+
 private:
     QString save(LoadedText& scene, const SaveOptions& options = SaveOptions());
 
@@ -336,6 +338,32 @@ void tst_XmlWriter::existingFileIsReplacedWhole()
     QVERIFY(QFileInfo(path).size() < 1000);
     QCOMPARE(QFile::permissions(path) & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
     QCOMPARE(QDir(_folder.path()).entryList({QStringLiteral("old*")}).size(), 1);
+}
+
+void tst_XmlWriter::addressesThatLeadNowhereFromTheNewFolderAreTold()
+{
+    QTemporaryDir folder;
+    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("other")));
+    const auto write = [&folder](const char* name, const std::string& text) {
+        QFile file(folder.filePath(QString::fromLatin1(name)));
+        return file.open(QIODevice::WriteOnly) && file.write(text.c_str()) >= 0;
+    };
+    QVERIFY(write("part.x3d", LoadedText::document("<Group/>")));
+    QVERIFY(
+        write("scene.x3d", LoadedText::document("<Inline url='\"part.x3d\" \"http://a/part.x3d\"'/>"
+                                                "<Inline url='\"part.x3d\"'/><Inline url='\"none.x3d\"'/>")));
+    LoadedText scene;
+    QVERIFY(scene.loadFile(folder.filePath(QStringLiteral("scene.x3d")).toStdString()));
+    std::string error;
+    const auto notes = [&](const char* name) {
+        scene.context().save(folder.filePath(QString::fromLatin1(name)).toStdString(), SaveOptions(), error);
+        return scene.context().saveNotes();
+    };
+    QCOMPARE(notes("new.x3d"), std::vector<std::string>());
+    const std::vector<std::string> expected = {
+        "Inline.url: \"part.x3d\" counts from the folder of the new file, which has no such file"};
+    QCOMPARE(notes("other/new.x3d"), expected);
+    QCOMPARE(error, std::string());
 }
 
 QTEST_APPLESS_MAIN(tst_XmlWriter)
