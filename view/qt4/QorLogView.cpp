@@ -3,6 +3,7 @@
 #include "QorTools.h"
 #include <QtCore/QTimerEvent>
 #include <QtGui/QTextCursor>
+#include <QtGui/QTextOption>
 #include <QtWidgets/QScrollBar>
 #include <algorithm>
 #include <array>
@@ -41,6 +42,14 @@ private:
     bool _isAtEnd;
 };
 
+/// Characters of the line end that an entry has as its last.
+int lineEndSize(const QString& entry)
+{
+    if (!entry.endsWith(QLatin1Char('\n')))
+        return 0;
+    return entry.endsWith(QLatin1String("\r\n")) ? 2 : 1;
+}
+
 } // namespace
 
 QorLogView::QorLogView(QWidget* parent)
@@ -51,6 +60,10 @@ QorLogView::QorLogView(QWidget* parent)
     QFont font = textView->font();
     font.setStyleStrategy(static_cast<QFont::StyleStrategy>(font.styleStrategy() | QFont::PreferNoShaping));
     textView->setFont(font);
+    // Lines begin with the name of a level: to look each one through for its direction is in vain.
+    QTextOption option = textView->document()->defaultTextOption();
+    option.setTextDirection(Qt::LeftToRight);
+    textView->document()->setDefaultTextOption(option);
     QorLogView::init();
     _timerId = startTimer(PrintInterval);
 }
@@ -79,6 +92,11 @@ void QorLogView::init()
     _noticeColor = QColor(0, 0, 0);
     _infoColor = QColor(0, 0, 128);
     _debugColor = QColor(128, 128, 0);
+
+    const std::array<const QColor*, 6> colors = {&_logColor,    &_fatalColor, &_warningColor,
+                                                 &_noticeColor, &_infoColor,  &_debugColor};
+    for (std::size_t i = 0; i < colors.size(); ++i)
+        _formats[QLatin1Char(levelNames[i][0])].setForeground(*colors[i]);
 
     const std::array<std::pair<osg::LogHeaderElem, QCheckBox*>, 5> boxes = {
         {{osg::LOG_TYPE_HEADER, levelCheck},
@@ -144,12 +162,13 @@ void QorLogView::timerEvent(QTimerEvent* event)
         return;
 
     const EndKeeper keeper(textView->verticalScrollBar());
-    QTextCursor batch(textView->document());
-    batch.beginEditBlock();
+    QTextCursor end(textView->document());
+    end.movePosition(QTextCursor::End);
+    end.beginEditBlock();
     for (int i = 0; i < lines.size(); ++i) {
         if (i % EntriesPerLayout == EntriesPerLayout - 1) {
-            batch.endEditBlock();
-            batch.beginEditBlock();
+            end.endEditBlock();
+            end.beginEditBlock();
         }
         const QString& line = lines.at(i);
         const bool isLast = i == lines.size() - 1;
@@ -158,68 +177,39 @@ void QorLogView::timerEvent(QTimerEvent* event)
             if (!isLast)
                 continue;
         } else if (_repeatCount > 0) {
-            writeEntry(_lastLine, _repeatCount);
+            writeEntry(end, _lastLine, _repeatCount);
             _repeatCount = 0;
         }
-        writeEntry(line, _repeatCount);
+        writeEntry(end, line, _repeatCount);
     }
-    batch.endEditBlock();
+    end.endEditBlock();
 }
 
 void QorLogView::printLine(const QString& line, int count)
 {
-    if (line.isEmpty())
-        return;
     const EndKeeper keeper(textView->verticalScrollBar());
-    writeEntry(line, count);
+    QTextCursor end(textView->document());
+    end.movePosition(QTextCursor::End);
+    writeEntry(end, line, count);
 }
 
-void QorLogView::writeEntry(const QString& line, int count)
+void QorLogView::writeEntry(QTextCursor& end, const QString& line, int count)
 {
     if (line.isEmpty())
         return;
-    QTextCursor cursor(textView->document());
-    cursor.movePosition(QTextCursor::End);
     if (count > 0 && _lastStart >= 0)
-        cursor.setPosition(_lastStart, QTextCursor::KeepAnchor);
+        end.setPosition(_lastStart, QTextCursor::KeepAnchor);
     else
-        _lastStart = cursor.position();
+        _lastStart = end.position();
 
-    QString entry = line;
+    const QTextCharFormat format = _formats.value(line.at(0));
     if (count > 0) {
-        const int end = entry.endsWith(QLatin1Char('\n')) ? entry.size() - 1 : entry.size();
-        entry.insert(end, QStringLiteral(" [%1]").arg(count));
+        const int textEnd = line.size() - lineEndSize(line);
+        end.insertText(line.left(textEnd) + QStringLiteral(" [%1]").arg(count) + line.mid(textEnd), format);
+    } else {
+        end.insertText(line, format);
     }
-    cursor.insertText(entry, format(line));
     _lastLine = line;
-}
-
-QTextCharFormat QorLogView::format(const QString& line) const
-{
-    QTextCharFormat format;
-    switch (line.at(0).unicode()) {
-    case 'D':
-        format.setForeground(_debugColor);
-        break;
-    case 'F':
-        format.setForeground(_fatalColor);
-        break;
-    case 'I':
-        format.setForeground(_infoColor);
-        break;
-    case 'L':
-        format.setForeground(_logColor);
-        break;
-    case 'N':
-        format.setForeground(_noticeColor);
-        break;
-    case 'W':
-        format.setForeground(_warningColor);
-        break;
-    default:
-        break;
-    }
-    return format;
 }
 
 void QorLogView::clear()

@@ -3,8 +3,10 @@
 #include "QorExport.h"
 #include "ui_QorLogViewForm.h"
 #include <OpenSG/OSGLog.h>
+#include <QtCore/QMap>
 #include <QtCore/QStringList>
 #include <QtGui/QColor>
+#include <QtGui/QTextFormat>
 #include <QtWidgets/QFrame>
 
 namespace Orvane::Qt4 {
@@ -80,8 +82,8 @@ private:
     static void callback(const char* text, osg::Int32 size, void* view);
 
     void setElement(osg::LogHeaderElem element, bool state);
-    void writeEntry(const QString& line, int count);
-    QTextCharFormat format(const QString& line) const;
+    /// As `printLine`. The cursor stands at the end of the pane, before and after.
+    void writeEntry(QTextCursor& end, const QString& line, int count);
 
     QColor _logColor;
     QColor _fatalColor;
@@ -89,6 +91,7 @@ private:
     QColor _noticeColor;
     QColor _infoColor;
     QColor _debugColor;
+    QMap<QChar, QTextCharFormat> _formats; ///< by the first letter of a line
     QString _lastLine;
     QStringList _pendingLines; ///< shared with the threads that log, under the log's lock
     int _timerId = -1;
