@@ -121,6 +121,7 @@ private slots:
     void counterOfAFilterThatWasTakenOffIsWritten();
     void entryOfSeveralLinesIsFoldedAsOne();
     void entryWithoutLineEndIsFolded();
+    void countStandsBeforeAnyLineEnd();
     void foldedLineKeepsItsColour();
     void printLineWithACountTakesThePlaceOfTheLastEntry();
     void printLineDropsAnEmptyLine();
@@ -544,6 +545,15 @@ void tst_QorLogView::entryWithoutLineEndIsFolded()
     QCOMPARE(view.text(), QStringLiteral("before\nA [1]"));
     view.batch({"A"});
     QCOMPARE(view.text(), QStringLiteral("before\nA [2]"));
+}
+
+void tst_QorLogView::countStandsBeforeAnyLineEnd()
+{
+    View view;
+    view.batch({"A\r\n", "A\r\n"});
+    QCOMPARE(view.text(), QStringLiteral("A [1]\n"));
+    view.batch({"\n", "\n"});
+    QCOMPARE(view.text(), QStringLiteral("A [1]\n [1]\n"));
 }
 
 void tst_QorLogView::foldedLineKeepsItsColour()
