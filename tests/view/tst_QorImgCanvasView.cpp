@@ -1,10 +1,12 @@
 #include "LogCapture.h"
 #include "QorImgCanvasView.h"
+#include <QtCore/QRandomGenerator>
 #include <QtGui/QPainter>
 #include <QtTest>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QLineEdit>
 #include <cmath>
+#include <map>
 
 using namespace Orvane::Qt4;
 
@@ -143,6 +145,7 @@ private slots:
     void straightCurvesGiveARamp();
     void tableFollowsTheArithmetic_data();
     void tableFollowsTheArithmetic();
+    void paintedCurveFollowsTheArithmetic();
     void everyChannelIsSampled();
     void verticalStepIsTakenAsItIs();
     void sizeOfOneEntry();
@@ -196,6 +199,9 @@ private slots:
     void savesAndOpens();
     void openIgnoresOtherNames();
     void openOfABrokenFileKeepsTheTable();
+    void openOfACutOrHostileFile_data();
+    void openOfACutOrHostileFile();
+    void openOfAnImageOfAnotherFormKeepsTheTable();
 };
 
 void tst_QorImgCanvasView::frameCursorAndName()
@@ -330,6 +336,57 @@ void tst_QorImgCanvasView::tableFollowsTheArithmetic()
     canvas.setSize(size);
     QCOMPARE(canvas.getImage()->getWidth(), size);
     QCOMPARE(canvas.entries(1), sampled(curve, size));
+}
+
+void tst_QorImgCanvasView::paintedCurveFollowsTheArithmetic()
+{
+    // The points by their place, without any search for indices: a stroke takes away what lies between its
+    // last place and the next one.
+    std::map<float, float> painted[4];
+    for (auto& curve : painted)
+        curve = {{0.0F, 0.0F}, {1.0F, 1.0F}};
+    const auto x = [](int column) { return static_cast<float>(column) / 200.0F; };
+    const auto y = [](int line) { return static_cast<float>(100 - line) / 100.0F; };
+
+    Canvas canvas;
+    QRandomGenerator random(20); // always the same strokes
+    for (int stroke = 0; stroke < 60; ++stroke) {
+        const unsigned int channels = 1 + random.bounded(15U);
+        canvas.setRed(channels & RED);
+        canvas.setGreen(channels & GREEN);
+        canvas.setBlue(channels & BLUE);
+        canvas.setAlpha(channels & ALPHA);
+        int column = random.bounded(201);
+        int line = random.bounded(101);
+        canvas.press(column, line);
+        for (auto& curve : painted)
+            if (channels & (1U << (&curve - painted)))
+                curve[x(column)] = y(line);
+        for (int step = random.bounded(12); step > 0; --step) {
+            const int last = column;
+            column = qBound(0, column + random.bounded(-40, 41), 200);
+            line = random.bounded(101);
+            canvas.move(column, line);
+            const float low = x(std::min(last, column));
+            const float high = x(std::max(last, column));
+            for (auto& curve : painted) {
+                if (!(channels & (1U << (&curve - painted))))
+                    continue;
+                if (low < high)
+                    curve.erase(curve.upper_bound(low), curve.lower_bound(high));
+                curve[x(column)] = y(line);
+            }
+        }
+        canvas.release(column, line);
+        if (stroke % 20 == 7)
+            canvas.setSize(2 + static_cast<int>(random.bounded(500U)));
+        for (int channel = 0; channel < 4; ++channel) {
+            Curve curve;
+            for (const auto& [place, value] : painted[channel])
+                curve.push_back({place, value});
+            QCOMPARE(canvas.entries(channel), sampled(curve, canvas.getImage()->getWidth()));
+        }
+    }
 }
 
 void tst_QorImgCanvasView::everyChannelIsSampled()
@@ -963,6 +1020,83 @@ void tst_QorImgCanvasView::openOfABrokenFileKeepsTheTable()
         canvas.open();
         QCOMPARE(changed.count(), 0);
         QCOMPARE(canvas.entries(0), before);
+    }
+}
+
+void tst_QorImgCanvasView::openOfACutOrHostileFile_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("kept"); // bytes of the file
+    QTest::addColumn<int>("from"); // first byte that becomes 0xff
+    QTest::addColumn<int>("count");
+    for (const char* name : {"table.png", "table.tif", "table.mtd"}) {
+        for (const int kept : {0, 1, 9, 20, 60})
+            QTest::addRow("%s cut to %d", name, kept) << QString::fromLatin1(name) << kept << 0 << 0;
+        // The sizes stand in the first bytes of each of these formats.
+        for (const int from : {4, 8, 16, 20})
+            QTest::addRow("%s broken at %d", name, from) << QString::fromLatin1(name) << -1 << from << 4;
+    }
+}
+
+void tst_QorImgCanvasView::openOfACutOrHostileFile()
+{
+    QFETCH(QString, name);
+    QFETCH(int, kept);
+    QFETCH(int, from);
+    QFETCH(int, count);
+    QTemporaryDir folder;
+    const QString path = folder.filePath(name);
+    Canvas canvas(RED);
+    canvas.click(100, 0);
+    QVERIFY(canvas.getImage()->write(QFile::encodeName(path).constData()));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray bytes = file.readAll();
+    QVERIFY(bytes.size() > 60);
+    if (kept >= 0)
+        bytes.truncate(kept);
+    for (int i = from; i < from + count; ++i)
+        bytes[i] = '\xff';
+    QVERIFY(file.resize(0) && file.seek(0));
+    file.write(bytes);
+    file.close();
+
+    osg::ImagePtr before = canvas.getImage();
+    QSignalSpy changed(&canvas, &QorImgCanvasView::imageChanged);
+    answerDialog(path);
+    canvas.open();
+    // Either there is a table in spite of it, or nothing has happened.
+    if (changed.isEmpty())
+        QVERIFY(canvas.getImage() == before);
+    else
+        osg::subRefCP(before);
+    QVERIFY(canvas.getImage()->getSize() < 1000000);
+    if (kept >= 0)
+        QCOMPARE(changed.count(), 0);
+    canvas.click(50, 50);
+    QCOMPARE(static_cast<int>(canvas.entries(0).size()), canvas.getImage()->getWidth());
+}
+
+void tst_QorImgCanvasView::openOfAnImageOfAnotherFormKeepsTheTable()
+{
+    QTemporaryDir folder;
+    Canvas canvas(RED);
+    canvas.click(100, 0);
+    const osg::ImagePtr before = canvas.getImage();
+    const std::vector<int> entries = canvas.entries(0);
+    osg::ImagePtr others[] = {makeImage(16, 2), makeImage(16, 1, osg::Image::OSG_RGB_PF),
+                              makeImage(16, 1, osg::Image::OSG_L_PF)};
+    int number = 0;
+    for (osg::ImagePtr& other : others) {
+        const QString path = folder.filePath(QStringLiteral("other%1.png").arg(++number));
+        QVERIFY(other->write(QFile::encodeName(path).constData()));
+        osg::subRefCP(other);
+        QSignalSpy changed(&canvas, &QorImgCanvasView::imageChanged);
+        answerDialog(path);
+        canvas.open();
+        QCOMPARE(changed.count(), 0);
+        QVERIFY(canvas.getImage() == before);
+        QCOMPARE(canvas.entries(0), entries);
     }
 }
 
