@@ -1,10 +1,13 @@
 #include "WorkbenchWindow.h"
 
 #include "CodeDock.h"
+#include "LogDock.h"
 #include "NodeDock.h"
 #include "Picker.h"
 #include "SceneDock.h"
+#include "SceneTreeView.h"
 #include "Selection.h"
+#include "TableDock.h"
 #include "ViewAttendant.h"
 #include <Orvane/Context.h>
 #include <Orvane/GraphLoader.h>
@@ -44,6 +47,14 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     connect(codeDock, &CodeDock::fieldsChanged, nodeDock, &NodeDock::refresh);
     connect(codeDock, &CodeDock::told, statusBar(),
             [this](const QString& text) { statusBar()->showMessage(text); });
+    auto* logDock = new LogDock(this);
+    addDockWidget(Qt::BottomDockWidgetArea, logDock);
+    resizeDocks({logDock}, {150}, Qt::Vertical);
+    // It needs more room than is left beside the view.
+    auto* tableDock = new TableDock(_selection, this);
+    addDockWidget(Qt::LeftDockWidgetArea, tableDock);
+    tableDock->setFloating(true);
+    tableDock->hide();
     statusBar()->addPermanentWidget(_status);
 
     QMenu* file = menuBar()->addMenu(tr("&File"));
@@ -65,6 +76,11 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     view->addAction(_sceneDock->toggleViewAction());
     view->addAction(nodeDock->toggleViewAction());
     view->addAction(codeDock->toggleViewAction());
+    view->addAction(logDock->toggleViewAction());
+
+    menuBar()->addMenu(tr("&Node"))->addAction(tableDock->action());
+    _sceneDock->treeView()->setContextMenuPolicy(Qt::ActionsContextMenu);
+    _sceneDock->treeView()->addAction(tableDock->action());
 
     connect(&_statusTimer, &QTimer::timeout, this, &WorkbenchWindow::updateStatus);
     _statusTimer.start(500);

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <OpenSG/OSGImage.h>
+#include <OpenSG/OSGRefPtr.h>
+#include <QDockWidget>
+#include <memory>
+#include <string>
+
+class QAction;
+class Selection;
+
+namespace Orvane {
+class Node;
+class SFImage;
+namespace Qt4 {
+class QorImgCanvasImpl;
+}
+} // namespace Orvane
+
+/// The panel of the lookup table painter. It opens on an image of one row in a field of the scene, such as
+/// that of a `PixelTexture`, and paints on a copy with four channels, which becomes the field's value with
+/// the first stroke. The painter follows a field that others write to, and rests when its node dies.
+class TableDock : public QDockWidget
+{
+    Q_OBJECT
+
+public:
+    /// \a selection is borrowed.
+    TableDock(Selection* selection, QWidget* parent);
+    ~TableDock() override;
+
+    /// Opens the painter on the table of the selected node; for menus.
+    QAction* action() const { return _action; }
+
+    /// The table that belongs to a node: an image of one row in a field of its own or of a node at most three
+    /// steps below, as a shape has one in the texture of its appearance. Null when there is none.
+    static Orvane::SFImage* findTable(Orvane::Node* node);
+
+    /// Shows the table of a field; it stays when something else is selected. False when the image has more
+    /// rows than one or cannot be painted on.
+    bool open(Orvane::SFImage& field);
+
+private:
+    class FieldObserver;
+
+    void openSelected();
+    Orvane::SFImage* field() const;
+    bool read(const Orvane::SFImage& field);
+    void write();
+    void follow();
+    void rest();
+
+    Selection* _selection;
+    QAction* _action;
+    Orvane::Qt4::QorImgCanvasImpl* _painter;
+    osg::RefPtr<osg::ImagePtr> _table; ///< the painter keeps no reference itself
+    unsigned long long _nodeId = 0;
+    std::string _fieldName;
+    bool _isReading = false;
+    std::unique_ptr<FieldObserver> _observer;
+};
