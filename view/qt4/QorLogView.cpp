@@ -111,7 +111,7 @@ void QorLogView::init()
     levelComboBox->setCurrentIndex(log.getLogLevel());
     textView->ensureCursorVisible();
 
-    // By name: a subclass that declares one of these slots anew is meant to be called.
+    // The slots are virtual, so those of a subclass are called.
     connect(levelComboBox, SIGNAL(activated(int)), this, SLOT(setLevel(int)));
     connect(levelCheck, SIGNAL(toggled(bool)), this, SLOT(enableTypeElement(bool)));
     connect(timeStampCheck, SIGNAL(toggled(bool)), this, SLOT(enableTimeStampElement(bool)));
