@@ -19,7 +19,8 @@ class NodeType;
 /// else stands in the model, the instance that every other one is copied from and that never runs: the values
 /// of its fields are the defaults, its body is the body of the statement, the IS connections of the statement
 /// are its routes of type `Route::IS_RT` to and from nodes of the body, and routes of the statement are
-/// routes between these nodes.
+/// routes between these nodes. Instances of other prototypes in it have no bodies of their own until the
+/// first instance of this one is made.
 struct ProtoDeclaration
 {
     NodeRef model;         ///< empty while the statement is read, or when its file is not there
