@@ -1,16 +1,18 @@
 #include "WorkbenchWindow.h"
 
 #include "CodeDock.h"
+#include "GraphDock.h"
 #include "LogDock.h"
 #include "NodeDock.h"
 #include "Picker.h"
+#include "RouteCanvas.h"
 #include "SceneDock.h"
+#include "SceneSaving.h"
 #include "SceneTreeView.h"
 #include "Selection.h"
 #include "TableDock.h"
 #include "ViewAttendant.h"
 #include <Orvane/Context.h>
-#include <Orvane/GraphLoader.h>
 #include <Orvane/NodeNameSpace.h>
 #include <Orvane/Scene.h>
 #include <QAction>
@@ -19,11 +21,14 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QStatusBar>
+#include <QUndoStack>
+#include <QorFileDialog.h>
 #include <QorRenderView.h>
 #include <QorTools.h>
 #include <QorViewManager.h>
 #include <SAI/SAIBrowserRef.h>
 
+using Orvane::Qt4::QorFileDialog;
 using Orvane::Qt4::QorRenderView;
 using Orvane::Qt4::QorViewManager;
 
@@ -31,7 +36,9 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     : _manager(new QorViewManager(this,
                                   interactive ? QorViewManager::TimerTrigger : QorViewManager::ManualTrigger))
     , _selection(new Selection(this))
+    , _steps(new QUndoStack(this))
     , _sceneDock(new SceneDock(_selection, this))
+    , _graphDock(new GraphDock(_selection, _steps, this))
     , _attendant(new ViewAttendant(_manager, this))
     , _status(new QLabel(this))
 {
@@ -55,6 +62,10 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     addDockWidget(Qt::LeftDockWidgetArea, tableDock);
     tableDock->setFloating(true);
     tableDock->hide();
+    tabifyDockWidget(logDock, _graphDock);
+    _graphDock->hide();
+    connect(_graphDock->canvas(), &RouteCanvas::told, statusBar(),
+            [this](const QString& text) { statusBar()->showMessage(text); });
     statusBar()->addPermanentWidget(_status);
 
     QMenu* file = menuBar()->addMenu(tr("&File"));
@@ -65,9 +76,18 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
             openOrTell(_file);
     });
     reload->setShortcut(QKeySequence::Refresh);
+    QAction* saveAction = file->addAction(tr("Save &as..."), this, &WorkbenchWindow::saveByDialog);
+    saveAction->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
+
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
+    QAction* undo = _steps->createUndoAction(this, tr("&Undo"));
+    undo->setShortcut(QKeySequence::Undo);
+    QAction* redo = _steps->createRedoAction(this, tr("&Redo"));
+    redo->setShortcut(QKeySequence::Redo);
+    edit->addActions({undo, redo});
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addAction((new Picker(_manager, _selection, this))->action());
@@ -77,6 +97,8 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     view->addAction(nodeDock->toggleViewAction());
     view->addAction(codeDock->toggleViewAction());
     view->addAction(logDock->toggleViewAction());
+    view->addAction(_graphDock->toggleViewAction());
+    view->addAction(tr("All &routes"), _graphDock, &GraphDock::showAllRoutes);
 
     menuBar()->addMenu(tr("&Node"))->addAction(tableDock->action());
     _sceneDock->treeView()->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -108,6 +130,7 @@ bool WorkbenchWindow::open(const QString& file)
     const bool ok = _manager->loadContextByURL(path);
     if (ok) {
         _file = path;
+        _steps->clear();
         setWindowTitle(tr("%1 - Orvane workbench").arg(QFileInfo(file).fileName()));
         if (auto* view = _manager->findChild<QorRenderView*>())
             view->setFocus();
@@ -126,16 +149,19 @@ bool WorkbenchWindow::open(const QString& file)
 
 void WorkbenchWindow::openByDialog()
 {
-    std::list<std::string> formats;
-    Orvane::GraphLoader::getFormatList(formats, Orvane::GraphLoader::FILTER_FS);
-    QStringList filters;
-    for (const std::string& format : formats)
-        filters << QString::fromUtf8(format.c_str());
-    filters << tr("All files (*)");
-    const QString file = QFileDialog::getOpenFileName(this, tr("Open scene"), QFileInfo(_file).path(),
-                                                      filters.join(QStringLiteral(";;")));
+    const QString file =
+        QFileDialog::getOpenFileName(this, tr("Open scene"), QFileInfo(_file).path(),
+                                     QorFileDialog::buildFileFilters().join(QStringLiteral(";;")));
     if (!file.isEmpty())
         openOrTell(file);
+}
+
+void WorkbenchWindow::saveByDialog()
+{
+    Orvane::Context* scene = context();
+    const QString told = scene ? saveSceneByDialog(*scene, _file, this) : QString();
+    if (!told.isEmpty())
+        statusBar()->showMessage(told);
 }
 
 void WorkbenchWindow::openOrTell(const QString& file)
@@ -174,6 +200,7 @@ void WorkbenchWindow::updateStatus()
     if (!scene)
         return;
     _sceneDock->setRootNode(sceneRoot());
+    _graphDock->setRootNode(sceneRoot());
     const Orvane::FrameStatistics statistics = scene->frameStatistics();
     _status->setText(tr("%1 frames/s   %L2 triangles")
                          .arg(statistics.framesPerSecond, 0, 'f', 1)

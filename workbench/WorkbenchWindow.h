@@ -4,7 +4,9 @@
 #include <QTimer>
 #include <memory>
 
+class GraphDock;
 class QLabel;
+class QUndoStack;
 class SceneDock;
 class Selection;
 class ViewAttendant;
@@ -42,6 +44,9 @@ public:
     /// What all panels show.
     Selection* selection() const { return _selection; }
 
+    /// What the user did to the scene and can take back; empty after another scene was opened.
+    QUndoStack* steps() const { return _steps; }
+
     Orvane::Qt4::QorViewManager* viewManager() const { return _manager; }
 
     /// Shows or hides the strip of buttons in each view.
@@ -53,13 +58,16 @@ public slots:
 
 private:
     void openByDialog();
+    void saveByDialog();
     void openOrTell(const QString& file);
     Orvane::Context* context() const;
     Orvane::Node* sceneRoot() const;
 
     Orvane::Qt4::QorViewManager* _manager;
     Selection* _selection;
+    QUndoStack* _steps;
     SceneDock* _sceneDock;
+    GraphDock* _graphDock;
     ViewAttendant* _attendant;
     QLabel* _status;
     QTimer _statusTimer;

@@ -1,0 +1,78 @@
+#include "GraphDock.h"
+
+#include "RouteCanvas.h"
+#include "Selection.h"
+#include <Orvane/Node.h>
+#include <QToolBar>
+#include <QVBoxLayout>
+#include <QorGraphNodeView.h>
+
+using namespace Orvane::Qt4;
+
+GraphDock::GraphDock(Selection* selection, QUndoStack* steps, QWidget* parent)
+    : QDockWidget(tr("Routes"), parent)
+    , _selection(selection)
+    , _canvas(new RouteCanvas(steps))
+{
+    setObjectName(QStringLiteral("GraphDock"));
+    auto* bar = new QToolBar;
+    bar->addAction(tr("All routes"), this, &GraphDock::showAllRoutes)
+        ->setToolTip(tr("Shows every node of the scene that has routes"));
+    bar->addAction(tr("Add selected"), this, &GraphDock::addSelected)
+        ->setToolTip(tr("Shows the selected node and those at the other ends of its routes"));
+    bar->addAction(tr("Lay out"), _canvas, &RouteCanvas::layOut)
+        ->setToolTip(tr("Spreads the boxes from left to right"));
+    bar->addAction(tr("Clear"), _canvas, &QorGraphView::clear);
+
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(bar);
+    layout->addWidget(_canvas, 1);
+    _canvas->setMinimumHeight(120);
+    setWidget(content);
+
+    connect(_canvas, &QorGraphView::nodeSelected, _selection, &Selection::selectNode);
+    connect(_canvas, &RouteCanvas::nodeDropped, _selection, &Selection::selectPath);
+    connect(_selection, &Selection::changed, this, &GraphDock::showSelected);
+}
+
+GraphDock::~GraphDock() = default;
+
+void GraphDock::setRootNode(Orvane::Node* root)
+{
+    _rootId = root ? root->ID() : 0;
+}
+
+void GraphDock::showAllRoutes()
+{
+    show();
+    raise();
+    _canvas->showRoutesBelow(Orvane::Node::findNode(_rootId));
+    showSelected(_selection->path());
+}
+
+void GraphDock::addSelected()
+{
+    Orvane::Node* const node = _selection->node();
+    if (!node)
+        return;
+    if (!_canvas->viewOf(node))
+        _canvas->add(node, QPoint(0, 0));
+    _canvas->importDirectNeighboursOf(node);
+    _canvas->layOut();
+    showSelected(_selection->path());
+}
+
+void GraphDock::showSelected(const Orvane::NodePath& path)
+{
+    Orvane::Node* const node = path.node();
+    const QorGraphNodeView* const box = _canvas->viewOf(node);
+    // One of a group that the user has selected here leaves the group as it is.
+    if (box && box->isSelected())
+        return;
+    _canvas->deselectAll();
+    if (box)
+        _canvas->select(node);
+}
