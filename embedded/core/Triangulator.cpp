@@ -97,7 +97,7 @@ bool Triangulator::isConvex(const std::vector<osg::Vec3f>& polygon)
 
 const std::vector<std::uint32_t>& Triangulator::triangulate(const std::vector<osg::Vec3f>& polygon)
 {
-    begin(polygonNormal(polygon), GLU_TESS_WINDING_NONZERO);
+    begin(polygonNormal(polygon));
     addOutline(polygon);
     end();
     return _triangles;
@@ -106,20 +106,20 @@ const std::vector<std::uint32_t>& Triangulator::triangulate(const std::vector<os
 const std::vector<std::uint32_t>&
 Triangulator::triangulate(const std::vector<std::vector<osg::Vec3f>>& outlines, const osg::Vec3f& normal)
 {
-    begin(normal, GLU_TESS_WINDING_ODD);
+    begin(normal);
     for (const std::vector<osg::Vec3f>& outline : outlines)
         addOutline(outline);
     end();
     return _triangles;
 }
 
-void Triangulator::begin(const osg::Vec3f& normal, double windingRule)
+void Triangulator::begin(const osg::Vec3f& normal)
 {
     _coordinates.clear();
     _triangles.clear();
     _crossings.clear();
     _failed = false;
-    gluTessProperty(_tesselator, GLU_TESS_WINDING_RULE, windingRule);
+    gluTessProperty(_tesselator, GLU_TESS_WINDING_RULE, GLU_TESS_WINDING_NONZERO);
     gluTessNormal(_tesselator, normal[0], normal[1], normal[2]);
     gluTessBeginPolygon(_tesselator, this);
 }

@@ -38,8 +38,9 @@ public:
     /// for a polygon without area.
     const std::vector<std::uint32_t>& triangulate(const std::vector<osg::Vec3f>& polygon);
 
-    /// The same for several outlines in one plane, whose normal is given; what an odd number of outlines
-    /// encloses is filled. The corners of all outlines are numbered in order.
+    /// The same for several outlines in one plane, whose normal is given; what they run round a number of times
+    /// other than 0 is filled, so that holes run the other way. The corners of all outlines are numbered in
+    /// order.
     const std::vector<std::uint32_t>& triangulate(const std::vector<std::vector<osg::Vec3f>>& outlines,
                                                   const osg::Vec3f& normal);
 
@@ -48,7 +49,7 @@ public:
 private:
     struct Callbacks;
 
-    void begin(const osg::Vec3f& normal, double windingRule);
+    void begin(const osg::Vec3f& normal);
     void addOutline(const std::vector<osg::Vec3f>& outline);
     void end();
     bool isAt(std::uint32_t corner, const double position[3]) const;

@@ -299,8 +299,11 @@ bool XmlWalk::beginNode(xml_node node, std::string_view type, bool isInstance, b
         return false;
     for (const xml_attribute attribute : node.attributes()) {
         const std::string_view attributeName = attribute.name();
-        if (attributeName == "DEF" || attributeName == "containerField" || saysNothing(attributeName) ||
+        if (attributeName == "DEF" || attributeName == "containerField" ||
             (isInstance && attributeName == "name"))
+            continue;
+        // Some nodes have a field of such a name: "style" of a font.
+        if (saysNothing(attributeName) && _sink.fieldType(attributeName) == NO_DT)
             continue;
         _sink.fieldValue(attributeName, attribute.value(), place(attribute));
     }

@@ -60,6 +60,7 @@ private slots:
     void missingFilesAreTold();
     void anglesComeInTheUnitOfTheFile();
     void otherUnitsAreTold();
+    void generalAttributesThatAreFieldsCount();
     void reportCounts();
     void messagesHaveALimit();
 };
@@ -576,6 +577,13 @@ void tst_SceneBuilder::otherUnitsAreTold()
     QCOMPARE(scene.messages(),
              QStringList(QStringLiteral("1:12 unit: expected the base unit of \"length\", found "
                                         "\"inch\", whose values are taken as they are")));
+}
+
+void tst_SceneBuilder::generalAttributesThatAreFieldsCount()
+{
+    const LoadedText scene("<FontStyle DEF='F' style='BOLD' class='x'/><Group style='color: red'/>");
+    QCOMPARE(scene.messages(), QStringList());
+    QCOMPARE(scene.find("F")->findField("style", Node::EXACT_FSO)->valueToString(), std::string("BOLD"));
 }
 
 void tst_SceneBuilder::reportCounts()
