@@ -38,9 +38,9 @@ public:
     /// for a polygon without area.
     const std::vector<std::uint32_t>& triangulate(const std::vector<osg::Vec3f>& polygon);
 
-    /// The same for several outlines in one plane, whose normal is given; what they run round a number of times
-    /// other than 0 is filled, so that holes run the other way. The corners of all outlines are numbered in
-    /// order.
+    /// The same for several outlines in one plane, whose normal is given; what they run round a number of
+    /// times other than 0 is filled, so that holes run the other way. The corners of all outlines are
+    /// numbered in order.
     const std::vector<std::uint32_t>& triangulate(const std::vector<std::vector<osg::Vec3f>>& outlines,
                                                   const osg::Vec3f& normal);
 
