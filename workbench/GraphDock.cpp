@@ -3,6 +3,7 @@
 #include "RouteCanvas.h"
 #include "Selection.h"
 #include <Orvane/Node.h>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <QorGraphNodeView.h>
@@ -47,10 +48,14 @@ void GraphDock::setRootNode(Orvane::Node* root)
 
 void GraphDock::showAllRoutes()
 {
+    const bool wasHidden = !_canvas->isVisible();
     show();
     raise();
     _canvas->showRoutesBelow(Orvane::Node::findNode(_rootId));
     showSelected(_selection->path());
+    // The window gives the canvas its size only now.
+    if (wasHidden)
+        QTimer::singleShot(0, _canvas, &RouteCanvas::layOut);
 }
 
 void GraphDock::addSelected()
