@@ -79,8 +79,11 @@ void announceRoutes(Node& node)
 Field* addField(Node& node, std::string_view name, NodePartDataType dataType, NodePartType partType)
 {
     Field* const field = addPart(node, name, dataType, partType);
-    if (field)
+    if (field) {
         field->_desc->_data->objExt = true;
+        if (Proc* const proc = node.data()->proc.get())
+            proc->fieldsChanged();
+    }
     return field;
 }
 
@@ -118,6 +121,8 @@ bool removeField(Node& node, Field& field)
     for (auto i = next; i != extras->parts.end(); ++i)
         --i->desc->id;
     field._desc->id = removedPart;
+    if (Proc* const proc = node.data()->proc.get())
+        proc->fieldsChanged();
     announceRoutes(node);
     return true;
 }

@@ -3,6 +3,7 @@
 #include "base/NodeData.h"
 #include <Orvane/EventInSlot.h>
 #include <Orvane/EventOutSlot.h>
+#include <algorithm>
 #include <utility>
 
 namespace Orvane {
@@ -81,13 +82,12 @@ void Cascade::run(double time)
     _isRunning = true;
     ++_serial;
     std::size_t endOfRound = _events.size();
-    for (_next = 0, _round = 0; _next < _events.size(); ++_next) {
-        if (_next == endOfRound) {
-            endOfRound = _events.size();
-            ++_round;
-        }
-        if (Field* field = std::exchange(_events[_next], nullptr))
-            deliver(*field, time);
+    _next = 0;
+    _round = 0;
+    deliverAll(time, endOfRound);
+    while (!_toSettle.empty()) {
+        settleAll(time);
+        deliverAll(time, endOfRound);
     }
     _isRunning = false;
     _events.clear();
@@ -95,6 +95,48 @@ void Cascade::run(double time)
     for (Field* field : _events)
         if (field)
             FieldAccess::marks(*field) &= ~laterMark;
+}
+
+void Cascade::deliverAll(double time, std::size_t& endOfRound)
+{
+    for (; _next < _events.size(); ++_next) {
+        if (_next == endOfRound) {
+            endOfRound = _events.size();
+            ++_round;
+        }
+        if (Field* field = std::exchange(_events[_next], nullptr))
+            deliver(*field, time);
+    }
+}
+
+void Cascade::settleAll(double time)
+{
+    _settling.swap(_toSettle);
+    for (std::size_t i = 0; i < _settling.size(); ++i) {
+        Proc* const proc = std::exchange(_settling[i], nullptr);
+        if (!proc)
+            continue;
+        proc->_settleRequested = 0;
+        const WriterScope writer(*this, proc->node());
+        proc->settle(time);
+    }
+    _settling.clear();
+}
+
+void Cascade::requestSettle(Proc& proc)
+{
+    if (proc._settleRequested)
+        return;
+    proc._settleRequested = 1;
+    _toSettle.push_back(&proc);
+}
+
+void Cascade::forget(Proc& proc)
+{
+    if (!proc._settleRequested)
+        return;
+    std::replace(_toSettle.begin(), _toSettle.end(), &proc, static_cast<Proc*>(nullptr));
+    std::replace(_settling.begin(), _settling.end(), &proc, static_cast<Proc*>(nullptr));
 }
 
 void Cascade::deliver(Field& field, double time)

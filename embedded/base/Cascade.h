@@ -8,6 +8,7 @@ namespace Orvane {
 
 class LiveRoute;
 class Node;
+class Proc;
 
 /// The events of a context. A write marks its field; `run` delivers what is marked, in order, and what comes
 /// of it. However often a field is written, it has one event until that is delivered.
@@ -45,11 +46,16 @@ public:
     /// Delivers all events. Does nothing inside itself.
     void run(double time);
 
+    /// The behaviour wants to be told when the events of the run have been delivered.
+    void requestSettle(Proc& proc);
+
     /// True when events wait for the next run.
-    bool isPending() const { return !_events.empty() || !_later.empty(); }
+    bool isPending() const { return !_events.empty() || !_later.empty() || !_toSettle.empty(); }
 
     /// The field dies, or leaves its node.
     void forget(Field& field);
+    /// The behaviour ends.
+    void forget(Proc& proc);
 
 private:
     void queue(Field& field, bool later, bool own);
@@ -57,9 +63,13 @@ private:
     void followRoutes(Field& field);
     static void keepInStep(LiveRoute& route, const Field& from);
     void queueRouted(Field& field);
+    void deliverAll(double time, std::size_t& endOfRound);
+    void settleAll(double time);
 
-    std::vector<Field*> _events; ///< null where the field has died or the event is delivered
-    std::vector<Field*> _later;  ///< of the next run
+    std::vector<Field*> _events;  ///< null where the field has died or the event is delivered
+    std::vector<Field*> _later;   ///< of the next run
+    std::vector<Proc*> _toSettle; ///< null where one has ended
+    std::vector<Proc*> _settling;
     std::size_t _next = 0;
     unsigned int _round = 0; ///< of the present run: events that earlier events have led to
     std::uint64_t _serial = 0;

@@ -51,7 +51,7 @@ struct Context::Data
 };
 
 /// Keeps released nodes alive as long as it lives; they die at the end of the outermost one.
-class BusyScope
+class ORVANE_API BusyScope
 {
 public:
     explicit BusyScope(Context& context);

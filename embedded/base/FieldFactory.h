@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Orvane/Export.h>
 #include <Orvane/NodePartDataType.h>
 #include <memory>
 
@@ -19,6 +20,6 @@ constexpr bool isValueType(NodePartDataType type)
 std::unique_ptr<Field> makeField(Node& node, NodePartDesc& desc);
 
 /// Makes the field that holds the part's default value and belongs to no node.
-std::unique_ptr<Field> makeDefaultField(NodePartDesc& desc);
+ORVANE_API std::unique_ptr<Field> makeDefaultField(NodePartDesc& desc);
 
 } // namespace Orvane

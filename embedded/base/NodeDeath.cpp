@@ -59,31 +59,72 @@ void endNode(Node& node)
     nodeTable::remove(data.id);
 }
 
+/// The nodes of a context to which a way leads from some of them.
+class Reach
+{
+public:
+    explicit Reach(const std::vector<Node*>& nodes)
+        : _firstId(nodes.front()->ID())
+        , _isReached(nodes.back()->ID() - _firstId + 1, false)
+    {
+    }
+
+    void from(const Node& node)
+    {
+        add(node);
+        while (!_stack.empty()) {
+            const Node* const next = _stack.back();
+            _stack.pop_back();
+            forEachChildLink(*next, [this](GraphLink& link) { add(*link.child()); });
+        }
+    }
+    bool has(const Node& node) const { return _isReached[node.ID() - _firstId]; }
+
+private:
+    void add(const Node& node)
+    {
+        if (has(node))
+            return;
+        _isReached[node.ID() - _firstId] = true;
+        _stack.push_back(&node);
+    }
+
+    UInt64 _firstId;
+    std::vector<bool> _isReached;
+    std::vector<const Node*> _stack;
+};
+
+/// Tells what works outside of the world that it has gone, so that it lets go of what it holds.
+void announceLeave(Context::Data& context)
+{
+    const std::vector<Node*> nodes = nodeTable::nodesOf(context.context);
+    if (nodes.empty())
+        return;
+    Reach reach(nodes);
+    for (const NodeRef& root : context.roots)
+        if (root)
+            reach.from(*root);
+    std::vector<NodeRef> left;
+    for (Node* node : nodes)
+        if (node->data()->proc && !reach.has(*node))
+            left.emplace_back(node);
+    for (const NodeRef& node : left)
+        if (node && node->data()->proc)
+            node->data()->proc->leaveWorld();
+}
+
 /// Releases the nodes to which neither a root nor a holder leads, which are those that only hold each other.
 void releaseCycles(Context::Data& context)
 {
     const std::vector<Node*> nodes = nodeTable::nodesOf(context.context);
     if (nodes.empty())
         return;
-    const UInt64 firstId = nodes.front()->ID();
-    std::vector<bool> isReached(nodes.back()->ID() - firstId + 1, false);
-    std::vector<const Node*> stack;
-    const auto reach = [&](const Node* node) {
-        if (!isReached[node->ID() - firstId]) {
-            isReached[node->ID() - firstId] = true;
-            stack.push_back(node);
-        }
-    };
+    Reach reach(nodes);
     for (const Node* node : nodes)
         if (node->data()->firstRef)
-            reach(node);
-    while (!stack.empty()) {
-        const Node* node = stack.back();
-        stack.pop_back();
-        forEachChildLink(*node, [&reach](GraphLink& link) { reach(link.child()); });
-    }
+            reach.from(*node);
     for (Node* node : nodes) {
-        if (isReached[node->ID() - firstId])
+        if (reach.has(*node))
             continue;
         while (GraphLink* link = node->data()->firstParent)
             link->detach();
@@ -126,8 +167,10 @@ void endReleasedNodes(Context& context)
             if (!isHeld(*node))
                 delete node;
         }
-        if (std::exchange(data.mayHaveCycles, false))
+        if (std::exchange(data.mayHaveCycles, false)) {
+            announceLeave(data);
             releaseCycles(data);
+        }
     } while (!data.released.empty());
     --data.busy;
 }

@@ -6,12 +6,15 @@ namespace Orvane {
 
 Proc::Proc(Node& node)
     : _node(&node)
+    , _updateSlot(0)
+    , _settleRequested(0)
 {
 }
 
 Proc::~Proc()
 {
     contextData(*_node).scheduler.forget(*this);
+    contextData(*_node).cascade.forget(*this);
 }
 
 Context& Proc::context() const
@@ -24,6 +27,14 @@ void Proc::start(double)
 }
 
 void Proc::fieldChanged(Field&, double)
+{
+}
+
+void Proc::settle(double)
+{
+}
+
+void Proc::fieldsChanged()
 {
 }
 
@@ -40,8 +51,17 @@ void Proc::childrenChanged(Field&)
     requestUpdate();
 }
 
+void Proc::leaveWorld()
+{
+}
+
 void Proc::ending()
 {
+}
+
+void Proc::requestSettle()
+{
+    contextData(*_node).cascade.requestSettle(*this);
 }
 
 void Proc::requestUpdate()

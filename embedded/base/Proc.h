@@ -36,6 +36,13 @@ public:
     /// behaviour itself writes to its node as `EVENT_CT` goes out without this call.
     virtual void fieldChanged(Field& field, double time);
 
+    /// The events of the run in which `requestSettle` was called have been delivered. What is written now is
+    /// delivered in the same run.
+    virtual void settle(double time);
+
+    /// A field was added to the node, or taken out of it.
+    virtual void fieldsChanged();
+
     /// Called once a frame before the events while ticking (see `setTicking`).
     virtual void tick(double time);
 
@@ -46,6 +53,9 @@ public:
     /// A child of the node was linked or is about to be unlinked; by default asks for an update.
     virtual void childrenChanged(Field& field);
 
+    /// The world in which the node stood has been replaced, whatever may still hold the node.
+    virtual void leaveWorld();
+
     /// The node is about to die, while it still is of its own class. Not called when a host deletes the node.
     virtual void ending();
 
@@ -53,6 +63,9 @@ public:
     unsigned long pictureVersion() const;
 
 protected:
+    /// Asks for `settle` in the present run of events, or in the next one.
+    void requestSettle();
+
     /// Asks for `update` in this frame (or the next one, outside a frame).
     void requestUpdate();
 
@@ -67,11 +80,13 @@ protected:
     void pictureChanged();
 
 private:
+    friend class Cascade;
     friend class FrameScheduler;
 
     Node* _node;
-    std::uint32_t _tickSlot = 0;   ///< place in the context's list of ticking nodes, 0 when not ticking
-    std::uint32_t _updateSlot = 0; ///< place in the list of updates, 0 when none was asked for
+    std::uint32_t _tickSlot = 0;        ///< place in the context's list of ticking nodes, 0 when not ticking
+    std::uint32_t _updateSlot : 31;     ///< place in the list of updates, 0 when none was asked for
+    std::uint32_t _settleRequested : 1; ///< the end of the run of events is waited for
 };
 
 /// Makes the behaviour of a node of one type.

@@ -49,6 +49,14 @@ public:
 /// messages go where those of `reportMessage` go.
 ORVANE_API bool reloadInline(Node& inlineNode);
 
+/// Reads a scene from \a url, or from \a text when that is not null, as `Context::load` does, but for its
+/// place in the context: its root stands in no list, and nothing runs. Messages go to the log.
+ORVANE_API bool readScene(Context& context, const Relayne::URL& url, const std::string* text,
+                          LoadedScene& scene);
+
+/// Gives the context the roots of a scene in the place of those that it has of the same type.
+ORVANE_API void installScene(Context& context, const LoadedScene& scene);
+
 /// Adds a message to the report of the context's last load and to the log: "WARNING: file:line:column: text".
 /// For faults that show after loading, such as a texture that is no image.
 ORVANE_API void reportMessage(Context& context, const LoadMessage& message);

@@ -121,6 +121,33 @@ SceneLoaderRegistration::SceneLoaderRegistration(SceneReader reader, InlineReade
     loader() = {reader, inlineReader, writer};
 }
 
+bool readScene(Context& context, const Relayne::URL& url, const std::string* text, LoadedScene& scene)
+{
+    if (!loader().reader)
+        return false;
+    const RefGuard guard(context);
+    const BusyScope busy(context);
+    LoadReport report;
+    ++context.data()->loads;
+    const bool ok = loader().reader(context, url, text, scene, report);
+    --context.data()->loads;
+    for (const LoadMessage& message : report.messages)
+        logMessage(message);
+    if (context.data()->loads == 0)
+        startJoinedNodes(context);
+    return ok;
+}
+
+void installScene(Context& context, const LoadedScene& scene)
+{
+    const RefGuard guard(context);
+    {
+        const BusyScope busy(context);
+        replaceRoots(context, scene);
+    }
+    settleWindows(context);
+}
+
 bool reloadInline(Node& inlineNode)
 {
     if (!loader().inlineReader)

@@ -13,7 +13,7 @@ namespace Orvane {
 
 /// A square matrix as scenes write it: row by row, for row vectors.
 template <class T, int N>
-struct SquareMatrix
+struct ORVANE_API SquareMatrix
 {
     std::array<T, static_cast<std::size_t>(N)* N> v = identity();
 
@@ -75,6 +75,8 @@ public:
     bool hasValueOf(const Field& other) const override;
 
     const std::vector<T>& values() const { return _values; }
+    /// The values in place, for who calls `processValueChange` afterwards.
+    std::vector<T>& editValues() { return _values; }
     void setValues(const double& time, std::vector<T> values, CallerType caller);
 
 private:

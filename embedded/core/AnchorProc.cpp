@@ -1,9 +1,8 @@
 #include "core/AnchorProc.h"
-#include "core/BindableProc.h"
-#include <Orvane/Context.h>
+#include "core/OpenAddress.h"
+#include "core/Part.h"
 #include <Orvane/MFString.h>
 #include <Orvane/NodeNameSpace.h>
-#include <Orvane/Scene.h>
 #include <Relayne/URL.h>
 
 namespace Orvane {
@@ -32,35 +31,8 @@ void AnchorProc::deactivate(bool over, double time)
 
 bool AnchorProc::open(double time)
 {
-    const MFString& urls = urlPart.read<MFString>(node());
     const Relayne::URL base = node().nameSpace() ? node().nameSpace()->baseURL() : Relayne::URL();
-    for (unsigned int i = 0; i < urls.size(); ++i) {
-        const Relayne::URL address(urls[static_cast<int>(i)]);
-        const bool isHere = address.scheme().empty() && address.authority().empty() && address.path().empty();
-        if (isHere) {
-            if (bindViewpoint(address.fragment(), node().nameSpace(), time))
-                return true;
-            continue;
-        }
-        const Relayne::URL target = base.resolved(address);
-        if (!context().load(target.toString(), Context::REPLACE_LT, {}))
-            continue;
-        const Node* const scene = context().findRoot(Scene::_type);
-        if (scene && !target.fragment().empty())
-            bindViewpoint(target.fragment(), scene->nameSpace(), time);
-        return true;
-    }
-    return false;
-}
-
-bool AnchorProc::bindViewpoint(const std::string& name, NodeNameSpace* names, double time)
-{
-    Node* const viewpoint = names ? NodeNameSpace::findNode(names, name) : nullptr;
-    auto* const bindable = elementOf<BindableProc>(viewpoint);
-    if (!bindable)
-        return false;
-    bindable->bind(true, time);
-    return true;
+    return openAddress(context(), urlPart.read<MFString>(node()), base, node().nameSpace(), time);
 }
 
 } // namespace Orvane

@@ -25,8 +25,6 @@ public:
     bool open(double time);
 
 private:
-    bool bindViewpoint(const std::string& name, NodeNameSpace* names, double time);
-
     bool _active = false;
 };
 
