@@ -2,6 +2,9 @@
 
 #include "OSGStateChunk.h"
 
+#include <utility>
+#include <vector>
+
 namespace osg {
 
 class PolygonChunk;
@@ -37,6 +40,11 @@ public:
     Real32 getOffsetBias() const { return _offsetBias; }
     void setOffsetBias(Real32 bias) { _offsetBias = bias; }
 
+    /// A pattern of 32 rows, the lowest first, of 32 pixels each, the highest bit leftmost: only pixels whose
+    /// bit is set are drawn. Any other number of rows, as by default: all are.
+    const std::vector<UInt32>& getStipple() const { return _stipple; }
+    void setStipple(std::vector<UInt32> rows) { _stipple = std::move(rows); }
+
     ChunkClass getChunkClass() const override { return POLYGON; }
     void activate(RenderActionBase& action, UInt32 slot) override;
     void deactivate(RenderActionBase& action, UInt32 slot) override;
@@ -51,6 +59,7 @@ private:
     UInt32 _backMode = FILL_MODE;
     Real32 _offsetFactor = 0;
     Real32 _offsetBias = 0;
+    std::vector<UInt32> _stipple;
 };
 
 } // namespace osg

@@ -17,7 +17,16 @@ public:
     using Ptr = StateChunkPtr;
 
     /// The kinds of chunks, in the order in which they are applied.
-    enum ChunkClass : UInt16 { MATERIAL, TEXTURE, TEXTURE_TRANSFORM, BLEND, POLYGON, LINE, POINT };
+    enum ChunkClass : UInt16 {
+        MATERIAL,
+        TEXTURE,
+        TEXTURE_TRANSFORM,
+        TEXTURE_GEN,
+        BLEND,
+        POLYGON,
+        LINE,
+        POINT
+    };
 
     /// A material has at most this many chunks of a class that has slots, such as one per texture unit.
     static constexpr UInt32 MaxSlots = 8;
@@ -30,6 +39,8 @@ public:
     virtual UInt32 getSlotCount() const { return 1; }
     /// Whether what is drawn so lets shine through what is behind.
     virtual bool isTransparent() const { return false; }
+    /// Whether what is drawn so has holes: places whose alpha is below a half do not show.
+    virtual bool hasHoles() const { return false; }
 
     /// Sets the state; a context is current.
     virtual void activate(RenderActionBase& action, UInt32 slot) = 0;

@@ -8,6 +8,7 @@
 namespace osg {
 
 class TextureChunk;
+struct GLLimits;
 using TextureChunkPtr = FCPtr<StateChunkPtr, TextureChunk>;
 
 /// A texture in one of the units: an image, on which a reference is held, and how it is put on a surface. An
@@ -53,6 +54,9 @@ public:
         ENV_DECAL = 0x2101,
         ENV_COMBINE = 0x8570
     };
+    /// A function of ENV_COMBINE beside those of OpenGL: argument 0 times argument 2, plus argument 1. Where
+    /// a context cannot do it, arguments 0 and 1 are added.
+    static constexpr UInt32 COMBINE_MODULATE_ADD = 0x8744;
     /// The arguments of ENV_COMBINE that may be set, under their OpenGL names.
     struct Combine
     {
@@ -98,12 +102,19 @@ public:
     const Combine& getEnvCombine() const { return _combine; }
     void setEnvCombine(const Combine& combine) { _combine = combine; }
 
+    /// Which of a geometry's coordinates the texture takes; those of its own unit by default. A geometry with
+    /// fewer gives its last ones.
+    UInt32 getCoordSet(UInt32 slot) const { return _coordSet < 0 ? slot : static_cast<UInt32>(_coordSet); }
+    /// A set of `MaxSlots` or more counts as the default.
+    void setCoordSet(UInt32 set);
+
     void changed(BitVector whichField, UInt32 origin) override;
 
     ChunkClass getChunkClass() const override { return TEXTURE; }
     UInt32 getSlotCount() const override { return MaxSlots; }
     /// True for an image with shades of alpha; one of alpha all or nothing is drawn through a test.
     bool isTransparent() const override;
+    bool hasHoles() const override;
     void activate(RenderActionBase& action, UInt32 slot) override;
     void deactivate(RenderActionBase& action, UInt32 slot) override;
 
@@ -118,7 +129,7 @@ private:
 
     void setWrap(UInt32 axis, UInt32 wrap);
     Alpha getAlpha() const;
-    void applyEnv() const;
+    void applyEnv(const GLLimits& limits) const;
 
     ImagePtr _image;
     UInt32 _frame = 0;
@@ -130,6 +141,7 @@ private:
     UInt32 _envMode = ENV_MODULATE;
     Color4f _envColor;
     Combine _combine;
+    Int32 _coordSet = -1;
     mutable Alpha _alpha = Alpha::UNKNOWN;
     UInt64 _imageStamp = 0;
     GLSlot _glSlot;

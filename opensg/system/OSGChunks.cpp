@@ -4,6 +4,7 @@
 #include <OpenSG/OSGPointChunk.h>
 #include <OpenSG/OSGPolygonChunk.h>
 #include <OpenSG/OSGRenderActionBase.h>
+#include <OpenSG/OSGTexGenChunk.h>
 #include <OpenSG/OSGTextureTransformChunk.h>
 
 #include "OSGContainerType.h"
@@ -15,6 +16,7 @@ namespace osg {
 
 OSG_CONTAINER_TYPE(StateChunk, AttachmentContainer)
 OSG_CREATABLE_CONTAINER_TYPE(TextureTransformChunk, StateChunk)
+OSG_CREATABLE_CONTAINER_TYPE(TexGenChunk, StateChunk)
 OSG_CREATABLE_CONTAINER_TYPE(BlendChunk, StateChunk)
 OSG_CREATABLE_CONTAINER_TYPE(PolygonChunk, StateChunk)
 OSG_CREATABLE_CONTAINER_TYPE(LineChunk, StateChunk)
@@ -45,6 +47,45 @@ void TextureTransformChunk::deactivate(RenderActionBase&, UInt32 slot)
     glMatrixMode(GL_TEXTURE);
     glLoadIdentity();
     glMatrixMode(GL_MODELVIEW);
+}
+
+namespace {
+
+struct GenCoordinate
+{
+    GLenum name;
+    GLenum capability;
+};
+
+const GenCoordinate genCoordinates[] = {
+    {GL_S, GL_TEXTURE_GEN_S}, {GL_T, GL_TEXTURE_GEN_T}, {GL_R, GL_TEXTURE_GEN_R}, {GL_Q, GL_TEXTURE_GEN_Q}};
+
+} // namespace
+
+void TexGenChunk::activate(RenderActionBase&, UInt32 slot)
+{
+    glActiveTexture(GL_TEXTURE0 + slot);
+    // GL takes planes of the eye through the matrix of the moment.
+    glLoadIdentity();
+    for (UInt32 i = 0; i < 4; ++i) {
+        const UInt32 function = _functions[i];
+        if (function == NO_GEN)
+            continue;
+        const GLenum name = genCoordinates[i].name;
+        glTexGeni(name, GL_TEXTURE_GEN_MODE, static_cast<GLint>(function));
+        if (function == EYE_LINEAR)
+            glTexGenfv(name, GL_EYE_PLANE, _planes[i].getValues());
+        else if (function == OBJECT_LINEAR)
+            glTexGenfv(name, GL_OBJECT_PLANE, _planes[i].getValues());
+        glEnable(genCoordinates[i].capability);
+    }
+}
+
+void TexGenChunk::deactivate(RenderActionBase&, UInt32 slot)
+{
+    glActiveTexture(GL_TEXTURE0 + slot);
+    for (const GenCoordinate& coordinate : genCoordinates)
+        glDisable(coordinate.capability);
 }
 
 void BlendChunk::setDestFactor(UInt32 factor)
@@ -89,6 +130,13 @@ void PolygonChunk::activate(RenderActionBase& action, UInt32)
         glEnable(GL_POLYGON_OFFSET_FILL);
         glPolygonOffset(_offsetFactor, _offsetBias);
     }
+    if (_stipple.size() == 32) {
+        UInt8 mask[128];
+        for (UInt32 i = 0; i < 128; ++i)
+            mask[i] = static_cast<UInt8>(_stipple[i / 4] >> (24 - 8 * (i % 4)));
+        glEnable(GL_POLYGON_STIPPLE);
+        glPolygonStipple(mask);
+    }
 }
 
 void PolygonChunk::deactivate(RenderActionBase& action, UInt32)
@@ -100,6 +148,7 @@ void PolygonChunk::deactivate(RenderActionBase& action, UInt32)
     action.setFrontFace(COUNTERCLOCKWISE);
     glPolygonMode(GL_FRONT_AND_BACK, action.getPolygonMode());
     glDisable(GL_POLYGON_OFFSET_FILL);
+    glDisable(GL_POLYGON_STIPPLE);
 }
 
 void LineChunk::activate(RenderActionBase&, UInt32)

@@ -17,6 +17,7 @@ namespace {
 const UInt32 noLight = ~UInt32(0);
 const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
 const UInt16 blendPlace = StateChunk::BLEND * StateChunk::MaxSlots;
+const UInt32 greater = 0x0204; // of the functions of the alpha test
 
 // Stand for what a material does not have. Never destroyed: pictures may be drawn until the process ends.
 StateChunk* defaultColors()
@@ -28,6 +29,20 @@ StateChunk* defaultColors()
 StateChunk* defaultBlending()
 {
     static const BlendChunkPtr chunk = BlendChunk::create();
+    return chunk.getCPtr();
+}
+
+// What is opaque but for holes.
+StateChunk* defaultHoles()
+{
+    static const BlendChunkPtr chunk = [] {
+        const BlendChunkPtr made = BlendChunk::create();
+        made->setSrcFactor(BlendChunk::ONE);
+        made->setDestFactor(BlendChunk::ZERO);
+        made->setAlphaFunc(greater);
+        made->setAlphaValue(0.5f);
+        return made;
+    }();
     return chunk.getCPtr();
 }
 
@@ -141,10 +156,11 @@ void DrawList::resolveState(Item& item)
     if (!item.material || item.material->getEntries().empty() ||
         item.material->getEntries().front().place != colorPlace)
         _states.push_back({colorPlace, defaultColors()});
-    bool blends = !item.transparent;
+    bool blends = false;
+    bool holes = false;
     const auto addDefaultBlending = [&] {
-        if (!blends)
-            _states.push_back({blendPlace, defaultBlending()});
+        if (!blends && (item.transparent || holes))
+            _states.push_back({blendPlace, item.transparent ? defaultBlending() : defaultHoles()});
         blends = true;
     };
     if (item.material) {
@@ -152,6 +168,7 @@ void DrawList::resolveState(Item& item)
             if (entry.place > blendPlace)
                 addDefaultBlending();
             blends |= entry.place == blendPlace;
+            holes |= entry.chunk->hasHoles();
             _states.push_back({entry.place, entry.chunk.getCPtr()});
         }
     }

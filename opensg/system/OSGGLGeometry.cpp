@@ -37,13 +37,13 @@ void sendIndices(const std::vector<UInt32>& indices, bool asShort)
 
 } // namespace
 
-void VertexArrays::enable(const VertexLayout* layout, Int32 unitCount)
+void VertexArrays::enable(const VertexLayout* layout, const TexCoordSets& wanted, UInt32 unitCount)
 {
     const bool needNormals = layout && layout->normal != VertexLayout::none;
     const bool needColors = layout && layout->color != VertexLayout::none;
     UInt32 needUnits = 0;
-    for (UInt32 unit = 0; layout && unit < layout->units && static_cast<Int32>(unit) < unitCount; ++unit)
-        needUnits |= UInt32(layout->dimensions[unit] > 0) << unit;
+    for (UInt32 unit = 0; layout && unit < Geometry::MaxTexCoords && unit < unitCount; ++unit)
+        needUnits |= UInt32(layout->setFor(unit, wanted) != VertexLayout::none) << unit;
 
     if (needNormals != normals) {
         setClientState(GL_NORMAL_ARRAY, needNormals);
@@ -97,11 +97,11 @@ void GLGeometry::free()
     _buffers[0] = _buffers[1] = 0;
 }
 
-void GLGeometry::bind(VertexArrays& arrays, Int32 unitCount) const
+void GLGeometry::bind(VertexArrays& arrays, const TexCoordSets& wanted, UInt32 unitCount) const
 {
     glBindBuffer(GL_ARRAY_BUFFER, _buffers[0]);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, _buffers[1]);
-    arrays.enable(&_layout, unitCount);
+    arrays.enable(&_layout, wanted, unitCount);
     const GLsizei stride = static_cast<GLsizei>(_layout.stride);
     glVertexPointer(3, GL_FLOAT, stride, at(0));
     if (arrays.normals)
@@ -112,8 +112,9 @@ void GLGeometry::bind(VertexArrays& arrays, Int32 unitCount) const
         if ((arrays.units >> unit & 1) == 0)
             continue;
         glClientActiveTexture(GL_TEXTURE0 + unit);
-        glTexCoordPointer(static_cast<GLint>(_layout.dimensions[unit]), GL_FLOAT, stride,
-                          at(_layout.texCoords[unit]));
+        const UInt32 set = _layout.setFor(unit, wanted);
+        glTexCoordPointer(static_cast<GLint>(_layout.dimensions[set]), GL_FLOAT, stride,
+                          at(_layout.texCoords[set]));
     }
 }
 

@@ -8,6 +8,25 @@ namespace osg {
 
 struct RenderStatistics;
 
+/// Which coordinates of a geometry each texture unit reads: by default those of its own number.
+struct TexCoordSets
+{
+    UInt32 sets = 0x76543210; ///< four bits for each unit
+    UInt32 textured = 0;      ///< a bit for each unit that shows a texture
+
+    void take(UInt32 unit, UInt32 set)
+    {
+        sets = (sets & ~(0xfU << (4 * unit))) | set << (4 * unit);
+        textured |= 1U << unit;
+    }
+    UInt32 get(UInt32 unit) const { return sets >> (4 * unit) & 0xf; }
+    bool isTextured(UInt32 unit) const { return textured >> unit & 1; }
+    bool operator==(const TexCoordSets& other) const
+    {
+        return sets == other.sets && textured == other.textured;
+    }
+};
+
 /// How the vertices of a geometry lie in their buffer: position first, then what else there is.
 struct VertexLayout
 {
@@ -19,6 +38,16 @@ struct VertexLayout
     UInt32 texCoords[Geometry::MaxTexCoords];
     UInt32 dimensions[Geometry::MaxTexCoords] = {}; ///< 0 where there are no coordinates
     UInt32 units = 0;                               ///< up to the last one with coordinates
+
+    /// The coordinates that a unit reads: textures share the last ones when there are too few. `none` when
+    /// there are none for it.
+    UInt32 setFor(UInt32 unit, const TexCoordSets& wanted) const
+    {
+        const UInt32 set = wanted.get(unit);
+        if (set < units && dimensions[set] > 0)
+            return set;
+        return units > 0 && wanted.isTextured(unit) ? units - 1 : none;
+    }
 };
 
 /// The arrays that GL is told to read; shared by what is drawn one after the other.
@@ -29,7 +58,7 @@ struct VertexArrays
     UInt32 units = 0; ///< a bit for each unit
 
     /// Switches arrays on and off so that those of `layout` are on; without a layout, all off.
-    void enable(const VertexLayout* layout, Int32 unitCount);
+    void enable(const VertexLayout* layout, const TexCoordSets& wanted, UInt32 unitCount);
 };
 
 /// A geometry in buffers: points, lines and triangles, one call each.
@@ -41,7 +70,7 @@ public:
     void free() override;
 
     /// Lets GL read from the buffers.
-    void bind(VertexArrays& arrays, Int32 unitCount) const;
+    void bind(VertexArrays& arrays, const TexCoordSets& wanted, UInt32 unitCount) const;
     void draw(RenderStatistics& statistics) const;
 
     /// Whether colours were sent with another alpha than this.

@@ -25,6 +25,7 @@ struct GLLimits
     Int32 textureUnits = 1;
     Real32 anisotropy = 1;
     bool generateMipmap = false;
+    bool combineModulateAdd = false;
 };
 
 /// The GL objects of one window, by the slots of the containers that they are made for. Objects whose slot

@@ -6,6 +6,7 @@
 #include <OpenSG/OSGLight.h>
 #include <OpenSG/OSGMaterialChunk.h>
 #include <OpenSG/OSGRenderAction.h>
+#include <OpenSG/OSGTextureChunk.h>
 #include <OpenSG/OSGWindow.h>
 
 #include <algorithm>
@@ -50,6 +51,7 @@ void Painter::begin()
     _state.clear();
     _stateItem = nullptr;
     _textured = false;
+    _sets = TexCoordSets();
     _scope = 0;
     std::fill_n(_lights, DrawList::lightLimit, noLight);
     _arrays = VertexArrays();
@@ -89,7 +91,7 @@ void Painter::end()
         if (_lights[i] != noLight)
             glDisable(GL_LIGHT0 + i);
     }
-    _arrays.enable(nullptr, 0);
+    _arrays.enable(nullptr, TexCoordSets(), 0);
     glDisableClientState(GL_VERTEX_ARRAY);
     glClientActiveTexture(GL_TEXTURE0);
     glActiveTexture(GL_TEXTURE0);
@@ -166,7 +168,7 @@ void Painter::setState(const Item& item)
     const DrawList::StateEntry* next = _list->getState(item);
     const DrawList::StateEntry* const nextEnd = next + item.stateCount;
     _alpha = static_cast<const MaterialChunk*>(next->chunk)->getDiffuse().alpha();
-    bool textured = false;
+    TexCoordSets sets;
     auto old = _state.begin();
     for (const DrawList::StateEntry* entry = next; entry != nextEnd; ++entry) {
         const UInt32 slot = entry->place % StateChunk::MaxSlots;
@@ -176,7 +178,8 @@ void Painter::setState(const Item& item)
         // Only chunks of texture units have other slots than the first.
         if (slot >= _unitCount)
             continue;
-        textured |= entry->place / StateChunk::MaxSlots == StateChunk::TEXTURE;
+        if (entry->place / StateChunk::MaxSlots == StateChunk::TEXTURE)
+            sets.take(slot, static_cast<const TextureChunk*>(entry->chunk)->getCoordSet(slot));
         if (!has) {
             entry->chunk->activate(*_action, slot);
         } else if (colorsChange && entry->place == colorPlace) {
@@ -189,7 +192,8 @@ void Painter::setState(const Item& item)
     }
     for (; old != _state.end(); ++old)
         old->chunk->deactivate(*_action, old->place % StateChunk::MaxSlots);
-    setTextured(textured);
+    setTextured(sets.textured != 0);
+    _sets = sets;
     _state.clear();
     std::copy_if(next, nextEnd, std::back_inserter(_state), [this](const DrawList::StateEntry& entry) {
         return entry.place % StateChunk::MaxSlots < _unitCount;
@@ -216,7 +220,7 @@ void Painter::setTextured(bool textured)
 
 void Painter::setGeometry(const Item& item)
 {
-    if (item.geometry == _geometry && !_buffers->needsAlpha(_alpha))
+    if (item.geometry == _geometry && !_buffers->needsAlpha(_alpha) && _sets == _boundSets)
         return;
     GLGeometry& buffers = _objects->get<GLGeometry>(item.geometry->getGLSlot(), [&](auto old) {
         auto made = old ? std::move(old) : std::make_unique<GLGeometry>();
@@ -228,7 +232,8 @@ void Painter::setGeometry(const Item& item)
         buffers.build(*item.geometry, _alpha);
         ++_statistics->geometriesBuilt;
     }
-    buffers.bind(_arrays, static_cast<Int32>(_unitCount));
+    buffers.bind(_arrays, _sets, _unitCount);
+    _boundSets = _sets;
     _geometry = item.geometry;
     _buffers = &buffers;
     ++_statistics->geometryChanges;

@@ -43,6 +43,8 @@ private:
     const Item* _stateItem = nullptr;
     Real32 _alpha = 1;
     bool _textured = false;
+    TexCoordSets _sets;      ///< that the present state asks for
+    TexCoordSets _boundSets; ///< that the arrays were set to
     UInt32 _scope = 0;
     UInt32 _lights[DrawList::lightLimit] = {};
     std::vector<UInt32> _chosen;

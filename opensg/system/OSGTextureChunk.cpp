@@ -142,14 +142,28 @@ bool TextureChunk::isTransparent() const
     return getAlpha() == Alpha::SHADES;
 }
 
-void TextureChunk::applyEnv() const
+bool TextureChunk::hasHoles() const
+{
+    return getAlpha() == Alpha::BINARY;
+}
+
+void TextureChunk::setCoordSet(UInt32 set)
+{
+    _coordSet = set < MaxSlots ? static_cast<Int32>(set) : -1;
+}
+
+void TextureChunk::applyEnv(const GLLimits& limits) const
 {
     glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, static_cast<GLint>(_envMode));
     glTexEnvfv(GL_TEXTURE_ENV, GL_TEXTURE_ENV_COLOR, _envColor.getValuesRGBA());
     if (_envMode != ENV_COMBINE)
         return;
-    glTexEnvi(GL_TEXTURE_ENV, GL_COMBINE_RGB, static_cast<GLint>(_combine.rgb));
-    glTexEnvi(GL_TEXTURE_ENV, GL_COMBINE_ALPHA, static_cast<GLint>(_combine.alpha));
+    const auto function = [&limits](UInt32 wanted) {
+        const bool replaced = wanted == COMBINE_MODULATE_ADD && !limits.combineModulateAdd;
+        return static_cast<GLint>(replaced ? GL_ADD : wanted);
+    };
+    glTexEnvi(GL_TEXTURE_ENV, GL_COMBINE_RGB, function(_combine.rgb));
+    glTexEnvi(GL_TEXTURE_ENV, GL_COMBINE_ALPHA, function(_combine.alpha));
     for (GLenum i = 0; i < 3; ++i) {
         glTexEnvi(GL_TEXTURE_ENV, GL_SOURCE0_RGB + i, static_cast<GLint>(_combine.source[0][i]));
         glTexEnvi(GL_TEXTURE_ENV, GL_SOURCE0_ALPHA + i, static_cast<GLint>(_combine.source[1][i]));
@@ -173,20 +187,14 @@ void TextureChunk::activate(RenderActionBase& action, UInt32 slot)
         return;
     texture.bind();
     glEnable(texture.getTarget());
-    applyEnv();
-    if (!action.isTransparentPass() && getAlpha() == Alpha::BINARY) {
-        glEnable(GL_ALPHA_TEST);
-        glAlphaFunc(GL_GREATER, 0.5f);
-    }
+    applyEnv(objects.getLimits());
 }
 
-void TextureChunk::deactivate(RenderActionBase& action, UInt32 slot)
+void TextureChunk::deactivate(RenderActionBase&, UInt32 slot)
 {
     glActiveTexture(GL_TEXTURE0 + slot);
     for (GLenum target : {GL_TEXTURE_2D, GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP})
         glDisable(target);
-    if (!action.isTransparentPass() && getAlpha() == Alpha::BINARY)
-        glDisable(GL_ALPHA_TEST);
 }
 
 } // namespace osg

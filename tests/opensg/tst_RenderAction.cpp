@@ -13,6 +13,7 @@
 #include <OpenSG/OSGSimpleMaterial.h>
 #include <OpenSG/OSGSpotLight.h>
 #include <OpenSG/OSGSwitch.h>
+#include <OpenSG/OSGTexGenChunk.h>
 #include <OpenSG/OSGTextureChunk.h>
 #include <OpenSG/OSGTextureTransformChunk.h>
 #include <OpenSG/OSGVisitSubTree.h>
@@ -289,6 +290,101 @@ private slots:
         const QImage drawn = picture.draw(root);
         COMPARE_COLOR(colorAt(drawn, -0.5F, 0), red);
         COMPARE_COLOR(colorAt(drawn, 0.5F, 0), blue);
+    }
+
+    void holesStayBesideOtherAlphaTests()
+    {
+        GLPicture picture;
+        picture.background->setColor(Color3f(0, 0, 1));
+        const UInt8 pixels[] = {255, 0, 0, 255, 0, 255, 0, 0};
+        const ImagePtr image = Image::create();
+        image->set(Image::OSG_RGBA_PF, 2, 1, 1, 1, 1, 0, pixels);
+        const TextureChunkPtr shared = texture(image);
+        const auto textured = [&shared](bool always) {
+            const SimpleMaterialPtr material = flat(1, 1, 1);
+            material->addChunk(shared);
+            if (always) {
+                const BlendChunkPtr blend = BlendChunk::create();
+                blend->setSrcFactor(BlendChunk::ONE);
+                blend->setDestFactor(BlendChunk::ZERO);
+                blend->setAlphaFunc(0x0207);
+                material->addChunk(blend);
+            }
+            return shape(GeometryBuilder::square(), material);
+        };
+        const NodeRefPtr root =
+            group({at(-3, 0, 0, textured(false)), at(0, 0, 0, textured(true)), at(3, 0, 0, textured(false))});
+        for (int i = 0; i < 2; ++i) {
+            const QImage drawn = picture.draw(root);
+            COMPARE_COLOR(colorAt(drawn, -2.5F, 0), blue);
+            COMPARE_COLOR(colorAt(drawn, 0.5F, 0), green);
+            COMPARE_COLOR(colorAt(drawn, 3.5F, 0), blue);
+        }
+    }
+
+    void texturesTakeTheCoordinatesTheyName()
+    {
+        GLPicture picture;
+        const RefPtr<GeometryPtr> geometry = GeometryBuilder::square();
+        const auto everywhere = [](float s, float t) {
+            const GeoTexCoordsPtr coordinates = GeoTexCoords::create();
+            for (int i = 0; i < 4; ++i)
+                coordinates->addValue(Vec2f(s, t));
+            return coordinates;
+        };
+        geometry->setTexCoords(everywhere(0.25F, 0.25F), 0);
+        geometry->setTexCoords(everywhere(0.75F, 0.25F), 1);
+        const auto colorOf = [&](const TextureChunkPtr& chunk, Int32 unit) {
+            const SimpleMaterialPtr material = flat(1, 1, 1);
+            material->addChunk(chunk, unit);
+            const NodeRefPtr root = shape(geometry.get(), material);
+            return colorAt(picture.draw(root), 0, 0);
+        };
+        COMPARE_COLOR(colorOf(texture(quarters()), 0), red);
+        COMPARE_COLOR(colorOf(texture(quarters()), 1), green);
+        const RefPtr<TextureChunkPtr> chunk = texture(quarters());
+        chunk->setCoordSet(1);
+        COMPARE_COLOR(colorOf(chunk.get(), 0), green);
+        chunk->setCoordSet(0);
+        COMPARE_COLOR(colorOf(chunk.get(), 1), red);
+        // Sets that do not exist: the last one serves.
+        chunk->setCoordSet(7);
+        COMPARE_COLOR(colorOf(chunk.get(), 0), green);
+        geometry->setTexCoords(NullFC, 1);
+        COMPARE_COLOR(colorOf(texture(quarters()), 3), red);
+    }
+
+    void coordinatesAreMadeFromPlaces()
+    {
+        GLPicture picture;
+        const TexGenChunkPtr gen = TexGenChunk::create();
+        gen->setGenFuncS(TexGenChunk::EYE_LINEAR);
+        gen->setGenFuncSPlane(Vec4f(0.5F, 0, 0, 0.5F));
+        gen->setGenFuncT(TexGenChunk::OBJECT_LINEAR);
+        gen->setGenFuncTPlane(Vec4f(0, 0, 0, 0.25F));
+        const RefPtr<SimpleMaterialPtr> material = flat(1, 1, 1);
+        material->addChunk(texture(quarters()));
+        material->addChunk(gen);
+        const NodeRefPtr root = shape(GeometryBuilder::square(), material.get());
+        const QImage drawn = picture.draw(root);
+        COMPARE_COLOR(colorAt(drawn, -0.5F, 0.5F), red);
+        COMPARE_COLOR(colorAt(drawn, 0.5F, 0.5F), green);
+        // Of the eye: the system of the shape does not count.
+        const NodeRefPtr moved = at(1, 0, 0, shape(GeometryBuilder::square(), material.get()));
+        COMPARE_COLOR(colorAt(picture.draw(moved), 0.5F, 0.5F), green);
+    }
+
+    void stippleLeavesPixelsOut()
+    {
+        GLPicture picture;
+        const PolygonChunkPtr polygon = PolygonChunk::create();
+        polygon->setStipple(std::vector<UInt32>(32, 0x80000000U));
+        const SimpleMaterialPtr material = flat(1, 0, 0);
+        material->addChunk(polygon);
+        const NodeRefPtr root = group({shape(GeometryBuilder::square(4), material)});
+        const QImage drawn = picture.draw(root);
+        for (int x = 32; x < 160; ++x)
+            COMPARE_COLOR(drawn.pixelColor(x, 100), x % 32 == 0 ? red : black);
     }
 
     void transparentShapesMixFromBackToFront()
