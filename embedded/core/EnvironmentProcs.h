@@ -1,8 +1,9 @@
 #pragma once
 
 #include "core/BindableProc.h"
+#include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGRefPtr.h>
-#include <OpenSG/OSGSolidBackground.h>
+#include <OpenSG/OSGSkyBackground.h>
 #include <Orvane/Export.h>
 
 namespace Orvane {
@@ -19,7 +20,7 @@ public:
     void describe(SceneView& view) const;
 };
 
-/// Behaviour of a background.
+/// Behaviour of a background: colours, and six pictures that derived classes give.
 class ORVANE_API BackgroundProc : public BindableProc
 {
 public:
@@ -27,11 +28,18 @@ public:
 
     void update() override;
 
-    /// The background as viewports draw it, the same object for the node's life.
-    osg::BackgroundPtr background() const { return osg::BackgroundPtr(_background.get()); }
+    /// The background as viewports draw it, the same object for the node's life. It is turned as the group
+    /// that holds the node is at the moment.
+    osg::BackgroundPtr background() const;
+
+protected:
+    /// The picture on a side; null for none.
+    virtual osg::ImagePtr imageOf(osg::SkyBackground::Side side) = 0;
 
 private:
-    osg::RefPtr<osg::SolidBackgroundPtr> _background;
+    void setImage(osg::SkyBackground::Side side, const osg::ImagePtr& image);
+
+    osg::RefPtr<osg::SkyBackgroundPtr> _sky;
 };
 
 /// Behaviour of a `Fog`.

@@ -1,11 +1,8 @@
 #include "base/ValueFields.h"
-#include "base/ValueOrigin.h"
 #include "core/AppearanceProcs.h"
+#include "core/ImageSource.h"
 #include "core/Part.h"
-#include "core/SceneFiles.h"
-#include "core/SharedTable.h"
 #include "core/UsableValues.h"
-#include <OpenSG/OSGImageFileHandler.h>
 #include <Orvane/MFString.h>
 #include <Orvane/SFBool.h>
 #include <Orvane/SFFloat.h>
@@ -24,17 +21,6 @@ const Part rotationPart("rotation");
 const Part scalePart("scale");
 const Part translationPart("translation");
 const Part urlPart("url");
-
-using ImageRef = osg::RefPtr<osg::ImagePtr>;
-
-/// The image in a file, the same for all textures that name it; null when it cannot be read.
-std::shared_ptr<ImageRef> imageOf(const std::string& file)
-{
-    static SharedTable<std::string, ImageRef> images;
-    return images.get(file, [&file] {
-        return std::make_unique<ImageRef>(osg::ImageFileHandler::the().read(file.c_str()));
-    });
-}
 
 class PictureTextureProc : public TextureProc
 {
@@ -72,57 +58,24 @@ public:
             _isRead = true;
             readImage();
         }
-        if (_image)
-            put(*_image, surface);
+        put(_source.image(), surface);
     }
 
 private:
-    /// Takes the first image of the list of addresses that can be read.
     void readImage()
     {
-        _image.reset();
-        _hasFound = false;
-        const auto& urls = urlPart.read<MFString>(node());
-        if (!loadPart.read<SFBool>(node()).value() || urls.size() == 0)
+        if (!loadPart.read<SFBool>(node()).value()) {
+            _source.clear();
             return;
-        for (int i = 0; i < static_cast<int>(urls.size()); ++i) {
-            _image = imageAt(urls[i]);
-            if (_image && _image->get())
-                return;
         }
-        _image.reset();
-        // The loader has told of files that are not there.
-        if (_isLoaded && !_hasFound)
-            return;
-        std::string found;
-        for (int i = 0; i < static_cast<int>(urls.size()); ++i)
-            found += (i > 0 ? ", \"" : "\"") + shortened(urls[i]) + '"';
-        complain("url", "expected an image in a local file or in the address, found " + found);
+        const auto& urls = urlPart.read<MFString>(node());
+        _source.read(urls);
+        const std::string fault = _source.fault(urls, _isLoaded);
+        if (!fault.empty())
+            complain("url", fault);
     }
 
-    static std::string shortened(const std::string& address)
-    {
-        constexpr std::size_t MaxLength = 80;
-        return address.size() <= MaxLength ? address : address.substr(0, MaxLength) + "...";
-    }
-
-    std::shared_ptr<ImageRef> imageAt(const std::string& address)
-    {
-        std::string mimeType;
-        std::vector<std::uint8_t> data;
-        const bool isData = readDataAddress(address, mimeType, data);
-        const std::string file =
-            isData ? std::string() : localFileOf(valueOrigin(urlPart.edit<MFString>(node())), address);
-        if (isData || !file.empty())
-            _hasFound = true;
-        if (isData)
-            return std::make_shared<ImageRef>(
-                osg::ImageFileHandler::the().decode(data.data(), data.size(), mimeType.c_str()));
-        return file.empty() ? nullptr : imageOf(file);
-    }
-
-    std::shared_ptr<ImageRef> _image;
-    bool _hasFound = false; ///< an address led to something, be it no image
+    ImageSource _source;
     bool _isRead = false;
     bool _isLoaded = true; ///< the addresses are those of the scene's file
 };

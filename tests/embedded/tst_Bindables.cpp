@@ -1,6 +1,6 @@
 #include "CoreScene.h"
 #include "core/SceneProc.h"
-#include <OpenSG/OSGSolidBackground.h>
+#include <OpenSG/OSGSkyBackground.h>
 #include <Orvane/MFNode.h>
 #include <QtTest>
 #include <cmath>
@@ -100,8 +100,8 @@ void tst_Bindables::removedNodeGivesWay()
     static_cast<MFNode&>(scene.field("G", "children")).removeNode(0.0, 0, Field::EXTERNAL_CT);
     scene.context->runFrame();
     QCOMPARE(scene.get("B", "isBound"), std::string("TRUE"));
-    const auto background = osg::SolidBackgroundPtr::dcast(scene.proc().view().background);
-    QCOMPARE(background->getColor(), osg::Color3f(0, 1, 0));
+    const auto background = osg::SkyBackgroundPtr::dcast(scene.proc().view().background);
+    QCOMPARE(background->getSkyColor().at(0), osg::Color3f(0, 1, 0));
 }
 
 void tst_Bindables::laterNodeIsBoundOnlyWhenNoneEverWas()
@@ -213,11 +213,11 @@ void tst_Bindables::viewpointBindsItsNavigationInfo()
 void tst_Bindables::backgroundGivesItsColor()
 {
     CoreScene scene("DEF B Background { skyColor [ 0.1 0.2 0.3, 1 1 1 ] skyAngle 1 transparency 0.25 }");
-    const auto background = osg::SolidBackgroundPtr::dcast(scene.proc().view().background);
-    QCOMPARE(background->getColor(), osg::Color3f(0.1F, 0.2F, 0.3F));
+    const auto background = osg::SkyBackgroundPtr::dcast(scene.proc().view().background);
+    QCOMPARE(background->getSkyColor().at(0), osg::Color3f(0.1F, 0.2F, 0.3F));
     QCOMPARE(background->getAlpha(), 0.75F);
     scene.set("B", "skyColor", "1 0 0");
-    QCOMPARE(background->getColor(), osg::Color3f(1, 0, 0));
+    QCOMPARE(background->getSkyColor().at(0), osg::Color3f(1, 0, 0));
 }
 
 void tst_Bindables::stacksAreApart()
