@@ -29,6 +29,9 @@ private slots:
     void arrowKeepsThePen();
     void labelIsTheIdInTheMiddle();
     void labelHasTheTypeAboveTheId();
+    void labelIsWhatAPainterDraws_data();
+    void labelIsWhatAPainterDraws();
+    void labelFollowsNameAndFont();
     void labelOfADeadNodeIsEmpty();
     void inputMenuHoldsWhatReceives();
     void outputMenuHoldsWhatSends();
@@ -435,6 +438,71 @@ void tst_QorGraphNodeView::labelHasTheTypeAboveTheId()
     // "Routed" is wider than "iii", and each line lies on its side of the middle.
     QVERIFY(inkedIn(50, 80) > inkedIn(82, 110));
     QVERIFY(inkedIn(82, 110) > 0);
+}
+
+void tst_QorGraphNodeView::labelIsWhatAPainterDraws_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QRectF>("place");
+    QTest::addColumn<bool>("hasType");
+    const QRectF usual(50, 50, 80, 20);
+    QTest::newRow("short") << QStringLiteral("Clock") << usual << false;
+    QTest::newRow("one letter") << QStringLiteral("i") << usual << false;
+    QTest::newRow("cut off") << QStringLiteral("A name that is wider than its box") << usual << false;
+    QTest::newRow("between pixels") << QStringLiteral("Clock") << QRectF(50.3, 50.7, 81.6, 21.2) << false;
+    QTest::newRow("low") << QStringLiteral("Clock") << QRectF(50, 50, 36, 9) << false;
+    QTest::newRow("large") << QStringLiteral("Clock") << QRectF(10, 10, 160, 41) << false;
+    QTest::newRow("two lines") << QStringLiteral("Clock") << QRectF(20, 20, 120, 70) << true;
+    QTest::newRow("two lines cut off") << QStringLiteral("Clock") << usual << true;
+    QTest::newRow("two lines almost cut off") << QStringLiteral("Clock") << QRectF(50, 50, 80, 31) << true;
+    QTest::newRow("blanks") << QStringLiteral("  a  b ") << usual << false;
+    QTest::newRow("other letters") << QString::fromUtf8("Zähler µ £") << usual << false;
+}
+
+void tst_QorGraphNodeView::labelIsWhatAPainterDraws()
+{
+    QFETCH(QString, name);
+    QFETCH(QRectF, place);
+    QFETCH(bool, hasType);
+    const auto node = routedNode(name.toLatin1().constData());
+    Box shown(node.get());
+    QFont font(QStringLiteral("Arial"));
+    font.setWeight(75);
+    shown.box.setFont(font);
+    shown.box.move(place.topLeft());
+    shown.box.resize(place.size());
+    shown.box.setNodeTypeVisible(hasType);
+    const QImage image = shown.box.picture();
+
+    Box plain;
+    plain.box.setFont(font);
+    plain.box.move(place.topLeft());
+    plain.box.resize(place.size());
+    QImage expected = plain.box.picture();
+    {
+        QPainter painter(&expected);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QColor(240, 240, 240));
+        painter.setFont(font);
+        const QString text = (hasType ? QStringLiteral("Routed\n") : QString()) + name;
+        painter.drawText(place.toRect(), Qt::AlignHCenter | Qt::AlignVCenter, text);
+    }
+    QCOMPARE(image, expected);
+    QCOMPARE(shown.box.picture(), expected); // from what was laid out before
+}
+
+void tst_QorGraphNodeView::labelFollowsNameAndFont()
+{
+    const auto node = routedNode("first");
+    Box shown(node.get());
+    const QImage first = shown.box.picture();
+    Tiny::setName(node.get(), "other");
+    const QImage other = shown.box.picture();
+    QVERIFY(other != first);
+    QFont large = shown.box.font();
+    large.setPointSize(large.pointSize() + 4);
+    shown.box.setFont(large);
+    QVERIFY(shown.box.picture() != other);
 }
 
 void tst_QorGraphNodeView::labelOfADeadNodeIsEmpty()

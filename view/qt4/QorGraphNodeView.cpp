@@ -1,5 +1,6 @@
 #include "QorGraphNodeView.h"
 
+#include "QorGraphLabel.h"
 #include "QorGraphView.h"
 #include "QorLog.h"
 #include "QorTools.h"
@@ -13,6 +14,7 @@ namespace Orvane::Qt4 {
 QorGraphNodeView::QorGraphNodeView(QorGraphView* view, Orvane::Node* node)
     : QorGraphDrawable(view)
     , _node(node)
+    , _label(std::make_unique<QorGraphLabel>())
 {
     _size = QSizeF(80, 20);
 }
@@ -45,7 +47,7 @@ bool QorGraphNodeView::outputAreaContains(const QPoint& point) const
     return outputAreaRect().contains(QPointF(point));
 }
 
-QString QorGraphNodeView::label() const
+QString QorGraphNodeView::labelText() const
 {
     QString text;
     if (!_node)
@@ -77,7 +79,7 @@ void QorGraphNodeView::paint(QPainter* painter)
 
     painter->setPen(_palette.brush(QPalette::Current, QPalette::WindowText).color());
     painter->setFont(_font);
-    painter->drawText(rect().toRect(), Qt::AlignHCenter | Qt::AlignVCenter, label());
+    _label->draw(painter, rect().toRect(), labelText());
 }
 
 void QorGraphNodeView::paintArrow(QPainter* painter, const QRect& rect, const ArrowDirection& direction,

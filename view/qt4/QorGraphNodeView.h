@@ -1,6 +1,7 @@
 #pragma once
 
 #include "QorGraphDrawable.h"
+#include <memory>
 
 class QKeyEvent;
 class QMenu;
@@ -10,6 +11,8 @@ class Node;
 }
 
 namespace Orvane::Qt4 {
+
+class QorGraphLabel;
 
 /// The box that stands for a node on a graph canvas: a strip at the left for the fields that receive routes,
 /// one at the right for those that send, and the body between them. A press on a strip opens a menu of these
@@ -88,12 +91,13 @@ protected slots:
     void onOutputSlotClicked();
 
 private:
-    QString label() const;
+    QString labelText() const;
 
     Orvane::Node* _node;
     QMenu* _fieldMenu = nullptr;
     bool _nodeTypeVisible = false;
     bool _hovered = false;
+    std::unique_ptr<QorGraphLabel> _label;
 };
 
 } // namespace Orvane::Qt4

@@ -62,13 +62,21 @@ void QorGraphView::paintEvent(QPaintEvent* event)
     paintStatus(&painter, milliseconds);
 }
 
+/// False for what lies beside the canvas; pens reach a little beyond.
+bool QorGraphView::isSeen(const QRectF& place) const
+{
+    constexpr double reach = 4.0;
+    return place.normalized().adjusted(-reach, -reach, reach, reach).intersects(rect());
+}
+
 void QorGraphView::paintBoxes(QPainter* painter)
 {
     const int alpha = alphaIn(_mode);
     for (int i = _nodeViews.size() - 1; i >= 0; --i) {
         QorGraphNodeView* const view = _nodeViews.at(i);
         view->_alpha = alpha;
-        view->paint(painter);
+        if (isSeen(view->rect()))
+            view->paint(painter);
     }
 }
 
@@ -82,7 +90,8 @@ void QorGraphView::paintEdges(QPainter* painter)
         edge->_alpha = alpha;
         // One more each way, as the size of a rectangle has it.
         edge->resize(end.x() - start.x() + 1, end.y() - start.y() + 1);
-        edge->paint(painter);
+        if (isSeen(edge->rect()))
+            edge->paint(painter);
     }
 }
 
