@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <string>
 
-/// Prints one line a benchmark, in the fixed form "case;peer;median;unit;n". A benchmark's name is
-/// "case/peer".
+/// Prints one line a benchmark, in the fixed form "case;peer;median;unit;n", and one for each of its
+/// counters, "case, counter;peer;median;;n". A benchmark's name is "case/peer".
 class LineReporter : public benchmark::BenchmarkReporter
 {
 public:
@@ -26,6 +26,9 @@ public:
             std::printf("%s;%s;%.3f;%s;%ld\n", name.substr(0, slash).c_str(), peer.c_str(),
                         run.GetAdjustedRealTime(), benchmark::GetTimeUnitString(run.time_unit),
                         static_cast<long>(run.repetitions));
+            for (const auto& [counter, value] : run.counters)
+                std::printf("%s, %s;%s;%.3f;;%ld\n", name.substr(0, slash).c_str(), counter.c_str(),
+                            peer.c_str(), value.value, static_cast<long>(run.repetitions));
             std::fflush(stdout);
         }
     }
