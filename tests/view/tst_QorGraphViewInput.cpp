@@ -1,5 +1,6 @@
 #include "GraphOnScreen.h"
 #include <QtWidgets/QLabel>
+#include <algorithm>
 #include <climits>
 
 using namespace Orvane;
@@ -88,6 +89,7 @@ private slots:
     void routeIsAskedForByTwoMenus();
     void controlKeepsTheSelectionWhenARouteStarts();
     void inputMenuAloneMakesNoRoute();
+    void fieldMenuCanBeRead();
     void boxMayLeaveWhileItsMenuIsOpen();
     void nodeMayDieWhileItsMenuIsOpen();
     void canvasMayDieWhileAMenuIsOpen_data();
@@ -1161,6 +1163,27 @@ void tst_QorGraphViewInput::inputMenuAloneMakesNoRoute()
     QCOMPARE(log.take(), QByteArrayList{"2 QorGraphView::onInputSlotClicked: sender is 0.\n"});
     QCOMPARE(shown.canvas.mode(), QorGraphView::DEFAULT_M);
     QCOMPARE(shown.selectedNames(), QByteArrayList{"b"});
+}
+
+void tst_QorGraphViewInput::fieldMenuCanBeRead()
+{
+    GraphOnScreen shown;
+    shown.addPair();
+    QImage image;
+    whenMenuOpens(&shown.canvas, [&] {
+        image = openMenu()->grab().toImage();
+        openMenu()->close();
+    });
+    shown.press(outputA);
+    // A light text on a dark ground.
+    QMap<QRgb, int> colors;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            ++colors[image.pixel(x, y)];
+    }
+    const auto most = std::max_element(colors.cbegin(), colors.cend());
+    QVERIFY2(qGray(most.key()) < 140, qPrintable(QColor(most.key()).name()));
+    QVERIFY(colors.contains(qRgb(240, 240, 240)));
 }
 
 void tst_QorGraphViewInput::boxMayLeaveWhileItsMenuIsOpen()

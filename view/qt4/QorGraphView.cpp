@@ -80,6 +80,8 @@ void QorGraphView::setUpColors()
     set(_nodePalette, QPalette::Highlight, 147, 147, 0);
     set(_nodePalette, QPalette::WindowText, 240, 240, 240);
     set(_nodePalette, QPalette::Text, 240, 240, 240);
+    // Field menus take these colours, and some styles paint menus on the base.
+    set(_nodePalette, QPalette::Base, 120, 120, 120);
     _nodeFont.setFamily(QStringLiteral("Arial"));
     _nodeFont.setWeight(QFont::Bold);
 }
