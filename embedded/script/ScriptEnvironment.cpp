@@ -137,7 +137,10 @@ duk_ret_t ScriptEnvironment::runSafely(duk_context* engine, void* data)
     }
     if (!request.found)
         return 0;
-    pushNode(engine, request.environment._node);
+    if (request.environment._mentionsThis)
+        pushNode(engine, request.environment._node);
+    else
+        duk_push_undefined(engine);
     if (request.field) {
         pushCopy(engine, *request.field);
         duk_push_number(engine, request.time);
@@ -221,6 +224,8 @@ ScriptFault ScriptEnvironment::load(std::string_view code, double time)
     updateVariables();
     const std::string text = coding::toFile(code);
     const std::string guarded = guardLoops(text);
+    _mentionsThis = text.find("this") != std::string::npos;
+    _mentionsEventsProcessed = text.find("eventsProcessed") != std::string::npos;
     Request request{*this, guarded, nullptr, nullptr, nullptr, time, false};
     return run(request, time);
 }

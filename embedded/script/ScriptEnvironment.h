@@ -44,6 +44,9 @@ public:
     /// Brings the variables in step with the fields of the node.
     void updateVariables();
 
+    /// False when the word of a function does not stand in the code at all.
+    bool mentionsEventsProcessed() const { return _mentionsEventsProcessed; }
+
     /// The node dies: the variables are no more.
     void leaveNode() { _node = nullptr; }
     bool hasLeft() const { return !_node; }
@@ -66,6 +69,8 @@ private:
     duk_context* const _thread;
     std::vector<Field*> _variables; ///< null where one has gone
     unsigned int _depth = 0;
+    bool _mentionsThis = false; ///< so that the object of the node is made for calls
+    bool _mentionsEventsProcessed = false;
 };
 
 /// Writes the value at \a index to a field, and sends it as an event of the running script.

@@ -2,6 +2,7 @@
 
 #include "base/NodeRef.h"
 #include "script/FieldTuples.h"
+#include <Orvane/Image.h>
 #include <Orvane/Types.h>
 #include <cstddef>
 #include <duktape.h>
@@ -91,9 +92,10 @@ public:
     /// The objects of the nodes that scripts hold, by the nodes' ids. Emptied when memory runs short, as the
     /// engine then takes objects away before it says so; who asks for one of them gets a new one.
     std::unordered_map<UInt64, void*> wrappers;
-    /// A text and a node that outlive an error of the engine.
+    /// A text, a node and an image that outlive an error of the engine.
     std::string text;
     NodeRef node;
+    Image image;
 
 private:
     explicit ScriptHeap(Context& context);

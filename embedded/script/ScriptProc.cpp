@@ -78,7 +78,8 @@ void ScriptProc::fieldChanged(Field& field, double time)
     if (!_isLoaded)
         load(time);
     const Environment environment = _environment;
-    if (environment && survives(environment, environment->receive(field, time)))
+    if (environment && survives(environment, environment->receive(field, time)) &&
+        environment->mentionsEventsProcessed())
         requestSettle();
 }
 

@@ -6,6 +6,7 @@
 #include "script/FieldHandle.h"
 #include "script/FieldTuples.h"
 #include "script/ScriptHeap.h"
+#include "script/ScriptImages.h"
 #include "script/ScriptLists.h"
 #include "script/ScriptNodes.h"
 #include <Orvane/FieldType.h>
@@ -16,7 +17,6 @@
 #include <Orvane/SFNode.h>
 #include <Orvane/SFString.h>
 #include <cmath>
-#include <cstdlib>
 
 namespace Orvane {
 
@@ -46,13 +46,6 @@ const char* kindOf(duk_context* engine, duk_idx_t index)
                : duk_is_function(engine, index) ? "a function"
                                                 : "an object";
     }
-}
-
-[[noreturn]] void refuse(duk_context* engine, duk_idx_t index, NodePartDataType type)
-{
-    (void)duk_type_error(engine, "expected %s, found %s", FieldType::dataTypeName(type).c_str(),
-                         kindOf(engine, index));
-    __builtin_unreachable();
 }
 
 // ---- Numbers
@@ -109,9 +102,9 @@ double takeNumber(duk_context* engine, duk_idx_t index, NodePartDataType type)
     } else if (duk_is_string(engine, -1) && duk_get_length(engine, -1) > 0) {
         number = duk_to_number(engine, -1);
         if (std::isnan(number))
-            refuse(engine, index, type);
+            refuseValue(engine, index, type);
     } else {
-        refuse(engine, index, type);
+        refuseValue(engine, index, type);
     }
     duk_pop(engine);
     return number;
@@ -156,14 +149,14 @@ void takeTuple(duk_context* engine, duk_idx_t index, NodePartDataType type, doub
         return;
     }
     if (!duk_is_object(engine, index))
-        refuse(engine, index, elementType(type));
+        refuseValue(engine, index, elementType(type));
     const bool isTaken =
         shape.keys ? takeProperties(engine, index, shape.size, shape.keys, numbers) ||
                          (duk_is_array(engine, index) && duk_get_length(engine, index) == shape.size &&
                           takeProperties(engine, index, shape.size, nullptr, numbers))
                    : takeRows(engine, index, shape.size == 9 ? 3 : 4, numbers);
     if (!isTaken)
-        refuse(engine, index, elementType(type));
+        refuseValue(engine, index, elementType(type));
 }
 
 // ---- Texts
@@ -179,7 +172,7 @@ void pushText(duk_context* engine, const std::string& text)
 const std::string& takeText(duk_context* engine, duk_idx_t index, NodePartDataType type)
 {
     if (duk_is_null_or_undefined(engine, index) || duk_is_symbol(engine, index))
-        refuse(engine, index, type);
+        refuseValue(engine, index, type);
     duk_dup(engine, index);
     duk_size_t length = 0;
     const char* const text = duk_to_lstring(engine, -1, &length);
@@ -187,105 +180,6 @@ const std::string& takeText(duk_context* engine, duk_idx_t index, NodePartDataTy
     kept = coding::toGraph(std::string_view(text, length));
     duk_pop(engine);
     return kept;
-}
-
-// ---- Images, by the text form of their fields
-
-/// Pushes the image in the heap's place for text.
-void pushImage(duk_context* engine)
-{
-    ScriptHeap& heap = ScriptHeap::of(engine);
-    const char* at = heap.text.c_str();
-    const auto next = [&at] {
-        char* end = nullptr;
-        const unsigned long value = std::strtoul(at, &end, 0);
-        at = end;
-        return static_cast<double>(value);
-    };
-    duk_push_object(engine);
-    heap.pushPrototype(engine, SFIMAGE_DT);
-    duk_set_prototype(engine, -2);
-    double pixels = 1.0;
-    for (const char* key : {"width", "height", "comp"}) {
-        const double value = next();
-        pixels *= key[0] == 'c' ? 1.0 : value;
-        duk_push_number(engine, value);
-        duk_put_prop_string(engine, -2, key);
-    }
-    duk_push_array(engine);
-    for (duk_uarridx_t i = 0; i < pixels && *at; ++i) {
-        duk_push_number(engine, next());
-        duk_put_prop_index(engine, -2, i);
-    }
-    duk_put_prop_string(engine, -2, "array");
-}
-
-double imagePart(duk_context* engine, duk_idx_t index, const char* key)
-{
-    duk_get_prop_string(engine, index, key);
-    if (!duk_is_number(engine, -1))
-        refuse(engine, index, SFIMAGE_DT);
-    const double value = duk_get_number(engine, -1);
-    duk_pop(engine);
-    if (!(value >= 0.0 && value <= 65535.0))
-        (void)duk_range_error(engine, "SFImage: expected a %s from 0 to 65535, found %g", key, value);
-    return std::floor(value);
-}
-
-/// Leaves the text form in the heap's place for it.
-const std::string& takeImage(duk_context* engine, duk_idx_t index)
-{
-    if (!duk_is_object(engine, index))
-        refuse(engine, index, SFIMAGE_DT);
-    std::string& text = ScriptHeap::of(engine).text;
-    const double width = imagePart(engine, index, "width");
-    const double height = imagePart(engine, index, "height");
-    const double components = imagePart(engine, index, "comp");
-    duk_get_prop_string(engine, index, "array");
-    if (!duk_is_object(engine, -1))
-        refuse(engine, index, SFIMAGE_DT);
-    duk_get_prop_string(engine, -1, "length");
-    const double given = duk_get_number_default(engine, -1, 0.0);
-    duk_pop(engine);
-    if (width * height > given)
-        (void)duk_range_error(engine, "SFImage: expected %.0f pixels, found %.0f", width * height, given);
-    text.clear();
-    text.append(std::to_string(static_cast<int>(width))).append(" ");
-    text.append(std::to_string(static_cast<int>(height))).append(" ");
-    text.append(std::to_string(static_cast<int>(components)));
-    for (duk_uarridx_t i = 0; i < width * height; ++i) {
-        duk_get_prop_index(engine, -1, i);
-        const duk_uint_t pixel = duk_to_uint32(engine, -1);
-        duk_pop(engine);
-        text.append(" ").append(std::to_string(pixel));
-    }
-    duk_pop(engine);
-    return text;
-}
-
-/// Reads the image in the heap's place for text into \a put; raises an error with the reason when it cannot.
-template <class Put>
-void parseImage(duk_context* engine, NodePartDesc& desc, Put put)
-{
-    std::string& text = ScriptHeap::of(engine).text;
-    bool isParsed = false;
-    {
-        SFImage image(nullptr, &desc);
-        std::string error;
-        isParsed = image.parseValue(text, error);
-        if (isParsed)
-            put(image.image());
-        text = error;
-    }
-    if (!isParsed)
-        (void)duk_type_error(engine, "SFImage: %s", text.c_str());
-}
-
-std::string imageText(const MFImage& images, unsigned int index)
-{
-    SFImage image(nullptr, images._desc);
-    image.setValue(0.0, images.values()[index], Field::LOADER_CT);
-    return image.valueToString();
 }
 
 // ---- Lists
@@ -380,6 +274,13 @@ duk_ret_t setPart(duk_context* engine)
 
 } // namespace
 
+void refuseValue(duk_context* engine, duk_idx_t index, NodePartDataType type)
+{
+    (void)duk_type_error(engine, "expected %s, found %s", FieldType::dataTypeName(type).c_str(),
+                         kindOf(engine, index));
+    __builtin_unreachable();
+}
+
 void pushViewPrototypeOf(duk_context* engine, NodePartDataType type)
 {
     const TupleShape shape = tupleShape(type);
@@ -429,8 +330,8 @@ void pushCopy(duk_context* engine, const Field& field)
     } else if (type == SFNODE_DT) {
         pushNode(engine, FieldAccess::link(static_cast<const SFNode&>(field)).child());
     } else if (type == SFIMAGE_DT) {
-        ScriptHeap::of(engine).text = field.valueToString();
-        pushImage(engine);
+        const auto& image = static_cast<const SFImage&>(field);
+        pushImage(engine, ScriptHeap::of(engine).image = image.image(), *field._desc);
     } else {
         double numbers[longestTuple];
         readTuple(field, 0, numbers);
@@ -458,8 +359,8 @@ void pushElement(duk_context* engine, const View& list, unsigned int index)
     } else if (type == MFSTRING_DT) {
         pushText(engine, static_cast<const MFString&>(*list.value->field())[static_cast<int>(index)]);
     } else if (type == MFIMAGE_DT) {
-        ScriptHeap::of(engine).text = imageText(static_cast<const MFImage&>(*list.value->field()), index);
-        pushImage(engine);
+        const auto& images = static_cast<const MFImage&>(*list.value->field());
+        pushImage(engine, images.values()[index], *images._desc);
     } else {
         double numbers[longestTuple];
         readTuple(*list.value->field(), index, numbers);
@@ -479,14 +380,12 @@ void takeValue(duk_context* engine, duk_idx_t index, Field& field)
     } else if (type == SFNODE_DT) {
         Node* node = nullptr;
         if (!takeNode(engine, index, node))
-            refuse(engine, index, type);
+            refuseValue(engine, index, type);
         if (!static_cast<SFNode&>(field).setNode(0.0, node, Field::LOADER_CT))
             (void)duk_type_error(engine, "expected a node of this world");
     } else if (type == SFIMAGE_DT) {
-        takeImage(engine, index);
-        parseImage(engine, *field._desc, [&field](const Image& image) {
-            static_cast<SFImage&>(field).setValue(0.0, image, Field::LOADER_CT);
-        });
+        const Image& image = takeImage(engine, index, *field._desc);
+        static_cast<SFImage&>(field).setValue(0.0, image, Field::LOADER_CT);
     } else {
         double numbers[longestTuple];
         takeTuple(engine, index, type, numbers);
@@ -494,6 +393,7 @@ void takeValue(duk_context* engine, duk_idx_t index, Field& field)
     }
 }
 
+/// What a script's own conversion of the value does may have made the list shorter meanwhile.
 void takeElement(duk_context* engine, duk_idx_t index, const View& list, unsigned int element)
 {
     FieldHandle& value = *list.value;
@@ -501,20 +401,22 @@ void takeElement(duk_context* engine, duk_idx_t index, const View& list, unsigne
     if (type == MFNODE_DT) {
         Node* node = nullptr;
         if (!takeNode(engine, index, node))
-            refuse(engine, index, SFNODE_DT);
+            refuseValue(engine, index, SFNODE_DT);
         if (!value.setNode(element, node))
             (void)duk_type_error(engine, "expected a node of this world");
     } else if (type == MFSTRING_DT) {
-        static_cast<MFString&>(*value.field()).elem(static_cast<int>(element)) =
-            takeText(engine, index, SFSTRING_DT);
+        const std::string& text = takeText(engine, index, SFSTRING_DT);
+        growList(engine, value, element + 1.0);
+        static_cast<MFString&>(*value.field()).elem(static_cast<int>(element)) = text;
     } else if (type == MFIMAGE_DT) {
-        takeImage(engine, index);
         auto& images = static_cast<MFImage&>(*value.field());
-        parseImage(engine, *images._desc,
-                   [&images, element](const Image& image) { images.editValues()[element] = image; });
+        const Image& image = takeImage(engine, index, *images._desc);
+        growList(engine, value, element + 1.0);
+        images.editValues()[element] = image;
     } else {
         double numbers[longestTuple];
         takeTuple(engine, index, type, numbers);
+        growList(engine, value, element + 1.0);
         writeTuple(*value.field(), element, numbers);
     }
 }

@@ -26,6 +26,9 @@ void takeValue(duk_context* engine, duk_idx_t index, Field& field);
 /// Takes over the value at \a index as an element of a list, which is long enough, without an event.
 void takeElement(duk_context* engine, duk_idx_t index, const View& list, unsigned int element);
 
+/// Raises a `TypeError`: what stands at \a index is no value of the type.
+[[noreturn]] void refuseValue(duk_context* engine, duk_idx_t index, NodePartDataType type);
+
 /// Adds the classes of values of which fields show themselves to the heap.
 void pushViewPrototypeOf(duk_context* engine, NodePartDataType type);
 

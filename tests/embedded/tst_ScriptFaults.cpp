@@ -43,6 +43,7 @@ private slots:
     void accessOfFieldsIsKept();
     void guardedCodeMeansTheSame_data();
     void guardedCodeMeansTheSame();
+    void listThatShrinksWhileItIsWritten();
     void anyBytesAreHarmless_data();
     void anyBytesAreHarmless();
 };
@@ -447,6 +448,20 @@ void tst_ScriptFaults::guardedCodeMeansTheSame()
     code.replace('\\', "\\\\").replace('"', "\\\"");
     ScriptWorld world(ScriptWorld::script("", code.toStdString()));
     QCOMPARE(world.log(), Lines({value}));
+}
+
+void tst_ScriptFaults::listThatShrinksWhileItIsWritten()
+{
+    ScriptWorld world(
+        ScriptWorld::script("outputOnly MFString texts outputOnly MFFloat numbers",
+                            "function evil(list) { return {valueOf: function () { list.length = 0; return 7; "
+                            "}, toString: function () "
+                            "{ list.length = 0; return 'seven'; }}; } texts[3000] = ''; texts[2999] = "
+                            "evil(texts); numbers[3000] = 0; "
+                            "numbers[2999] = evil(numbers); var own = new MFInt32(1, 2, 3); own[2000] = "
+                            "evil(own); print(texts.length, "
+                            "texts[2999], numbers.length, numbers[2999], own.length, own[2000]);"));
+    QCOMPARE(world.log(), Lines({"3000 seven 3000 7 2001 7"}));
 }
 
 void tst_ScriptFaults::anyBytesAreHarmless_data()
