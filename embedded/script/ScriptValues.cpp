@@ -1,6 +1,6 @@
 #include "script/ScriptValues.h"
 
-#include "base/NodeData.h"
+#include "base/Graph.h"
 #include "base/TextCoding.h"
 #include "base/ValueFields.h"
 #include "script/FieldHandle.h"
@@ -328,7 +328,7 @@ void pushCopy(duk_context* engine, const Field& field)
     } else if (type == SFSTRING_DT) {
         pushText(engine, static_cast<const SFString&>(field).value());
     } else if (type == SFNODE_DT) {
-        pushNode(engine, FieldAccess::link(static_cast<const SFNode&>(field)).child());
+        pushNode(engine, readNode(*field.node(), field._desc->id));
     } else if (type == SFIMAGE_DT) {
         const auto& image = static_cast<const SFImage&>(field);
         pushImage(engine, ScriptHeap::of(engine).image = image.image(), *field._desc);

@@ -16,7 +16,7 @@ private slots:
     {
         System::the().init(0, nullptr, 382);
         scriptLimits().seconds = 0.2;
-        scriptLimits().bytes = std::size_t(24) << 20;
+        scriptLimits().bytes = std::size_t(8) << 20;
     }
     void cleanupTestCase() { System::the().exit(); }
 
