@@ -1,6 +1,7 @@
 // The panels of the workbench at work on one scene, by mouse and by a running graph.
 #include "CodeDock.h"
 #include "NodeDock.h"
+#include "RouteCanvas.h"
 #include "SceneDock.h"
 #include "SceneTreeView.h"
 #include "Selection.h"
@@ -20,6 +21,7 @@
 #include <QLineEdit>
 #include <QStatusBar>
 #include <QTemporaryDir>
+#include <QUndoStack>
 #include <QorCodeWidget.h>
 #include <QorNodeItem.h>
 #include <QorNodePathMimeData.h>
@@ -59,6 +61,7 @@ private slots:
     void nodesAreDraggedOutOfTheTree();
     void aDroppedNodeIsSelected();
     void aSelectedScriptOpensItsCode();
+    void aRouteCanBeTakenBackUntilAnotherSceneIsOpened();
 
 private:
     void open(const char* text);
@@ -456,6 +459,31 @@ void tst_WorkbenchWindow::aSelectedScriptOpensItsCode()
     open(twoShapes);
     QVERIFY(!code->codeWidget()->codeNode());
     QVERIFY(!code->codeWidget()->isEnabled());
+}
+
+void tst_WorkbenchWindow::aRouteCanBeTakenBackUntilAnotherSceneIsOpened()
+{
+    const Node* from = nodeCalled("G");
+    const Node* to = nodeCalled("H");
+    Field* field = to->findField("visible", Node::EXACT_FSO);
+    QVERIFY(field);
+    auto* canvas = _window->findChild<RouteCanvas*>();
+    const auto partOf = [](const Node* node) {
+        return static_cast<unsigned int>(node->findEventOutSlotID("visible_changed"));
+    };
+    emit canvas->wantsCreateRoute(from->ID(), partOf(from), to->ID(), partOf(to));
+    QCOMPARE(field->inRouteCount(true, false), 1U);
+    QAction* undo = nullptr;
+    for (QAction* action : _window->findChildren<QAction*>()) {
+        if (action->shortcut() == QKeySequence(QKeySequence::Undo))
+            undo = action;
+    }
+    QVERIFY(undo && undo->isEnabled());
+    undo->trigger();
+    QCOMPARE(field->inRouteCount(true, false), 0U);
+    QVERIFY(_window->steps()->canRedo());
+    open(twoShapes);
+    QCOMPARE(_window->steps()->count(), 0);
 }
 
 QTEST_MAIN(tst_WorkbenchWindow)

@@ -23,6 +23,7 @@ private slots:
     void equalScaleDoesNothing();
     void scaleThatIsNoNumberIsIgnored();
     void translationThatIsNoNumberIsIgnored();
+    void anyScaleCanBePainted();
     void scaleMovesAndScalesBoxes();
     void scaleThereAndBackKeepsBoxes();
     void translationMovesBoxes();
@@ -224,6 +225,24 @@ void tst_QorGraphView::translationThatIsNoNumberIsIgnored()
     shown.canvas.setTranslation(QPointF(0, std::numeric_limits<double>::infinity()));
     QCOMPARE(shown.canvas.translation(), QPointF(200, 150));
     QCOMPARE(shown.boxA->pos(), QPointF(50, 50));
+}
+
+void tst_QorGraphView::anyScaleCanBePainted()
+{
+    GraphOnScreen shown;
+    shown.addPair();
+    // One box lies over the origin, so that it covers the canvas in the end.
+    shown.boxA->move(QPointF(170, 140));
+    for (double scale : {0.1, 50.0, 1e4, 1e7, 1e10, 1e100, 1e150}) {
+        shown.canvas.setScale(scale);
+        shown.canvas.grab();
+        shown.move(QPoint(100, 100));
+        shown.move(QPoint(101, 100));
+        shown.click(QPoint(110, 110), Qt::BackButton);
+    }
+    QCOMPARE(shown.canvas.scale(), 1e150);
+    shown.canvas.setScale(1.0);
+    QVERIFY(std::isfinite(shown.boxA->pos().x()));
 }
 
 void tst_QorGraphView::scaleMovesAndScalesBoxes()
