@@ -1,128 +1,213 @@
 #include "core/AppearanceProcs.h"
-#include "base/ValueFields.h"
 #include "core/Part.h"
 #include "core/UsableValues.h"
 #include <Orvane/SFFloat.h>
+#include <Orvane/SFString.h>
 #include <algorithm>
 
 namespace Orvane {
 
 namespace {
 
-const Part ambientIntensityPart("ambientIntensity");
-const Part diffuseColorPart("diffuseColor");
-const Part emissiveColorPart("emissiveColor");
+const Part alphaCutoffPart("alphaCutoff");
+const Part alphaModePart("alphaMode");
+const Part backMaterialPart("backMaterial");
+const Part fillPropertiesPart("fillProperties");
+const Part linePropertiesPart("lineProperties");
 const Part materialPart("material");
-const Part shininessPart("shininess");
-const Part specularColorPart("specularColor");
+const Part pointPropertiesPart("pointProperties");
 const Part texturePart("texture");
 const Part textureTransformPart("textureTransform");
-const Part transparencyPart("transparency");
-
-float fraction(const Part& part, const Node& node)
-{
-    return std::clamp(usableNumber(part.read<SFFloat>(node).value(), 0.0F), 0.0F, 1.0F);
-}
-
-osg::Color3f scaled(const osg::Color3f& color, float factor)
-{
-    return osg::Color3f(color.red() * factor, color.green() * factor, color.blue() * factor);
-}
-
-/// Behaviour of a `Material`, and of the front of a `TwoSidedMaterial`.
-class LitMaterialProc : public MaterialProc
-{
-public:
-    using MaterialProc::MaterialProc;
-
-    void describe(Surface& surface) const override
-    {
-        const osg::Color3f& diffuse = diffuseColorPart.read<SFColor>(node()).value();
-        const osg::Color3f& emission = emissiveColorPart.read<SFColor>(node()).value();
-        surface.alpha = 1.0F - fraction(transparencyPart, node());
-        if (surface.kind != Surface::FACES) {
-            surface.diffuse = emission;
-            return;
-        }
-        surface.lit = true;
-        surface.ambient = scaled(diffuse, fraction(ambientIntensityPart, node()));
-        surface.diffuse = diffuse;
-        surface.emission = emission;
-        surface.specular = specularColorPart.read<SFColor>(node()).value();
-        surface.shininess = fraction(shininessPart, node()) * 128.0F;
-    }
-};
-
-/// Behaviour of an `UnlitMaterial`.
-class UnlitMaterialProc : public MaterialProc
-{
-public:
-    using MaterialProc::MaterialProc;
-
-    void describe(Surface& surface) const override
-    {
-        surface.diffuse = emissiveColorPart.read<SFColor>(node()).value();
-        surface.alpha = 1.0F - fraction(transparencyPart, node());
-    }
-};
 
 const ProcRegistration appearance("Appearance", makeProc<AppearanceProc>);
-const ProcRegistration material("Material", makeProc<LitMaterialProc>);
-const ProcRegistration twoSidedMaterial("TwoSidedMaterial", makeProc<LitMaterialProc>);
-const ProcRegistration unlitMaterial("UnlitMaterial", makeProc<UnlitMaterialProc>);
+
+/// What becomes of colours below an image that has colours: the ambient share stays.
+void whiten(SurfaceColors& colors, bool lit)
+{
+    if (lit) {
+        const float diffuse = colors.diffuse.red() + colors.diffuse.green() + colors.diffuse.blue();
+        const float ambient = colors.ambient.red() + colors.ambient.green() + colors.ambient.blue();
+        const float share = diffuse > 0.0F ? std::min(ambient / diffuse, 1.0F) : 0.0F;
+        colors.ambient = osg::Color3f(share, share, share);
+    }
+    colors.diffuse = osg::Color3f(1.0F, 1.0F, 1.0F);
+}
 
 /// What X3D says of the channels of a texture: grey takes part in the colour, red, green and blue are the
 /// colour; alpha is the transparency.
 void applyChannels(Surface& surface)
 {
-    const osg::ImagePtr image = surface.image;
-    const bool colored = image->hasColorChannel();
-    if (colored) {
-        if (surface.lit) {
-            // The ambient share of the material's colour stays.
-            const float diffuse = surface.diffuse.red() + surface.diffuse.green() + surface.diffuse.blue();
-            const float ambient = surface.ambient.red() + surface.ambient.green() + surface.ambient.blue();
-            const float share = diffuse > 0.0F ? std::min(ambient / diffuse, 1.0F) : 0.0F;
-            surface.ambient = osg::Color3f(share, share, share);
-        }
-        surface.diffuse = osg::Color3f(1.0F, 1.0F, 1.0F);
+    const osg::ImagePtr image = surface.textures.back().image;
+    if (image->hasColorChannel()) {
+        whiten(surface, surface.lit);
+        if (surface.back)
+            whiten(*surface.back, surface.lit);
         surface.vertexColors = Surface::NO_COLORS;
     }
-    if (image->hasAlphaChannel())
+    if (image->hasAlphaChannel()) {
         surface.alpha = 1.0F;
+        if (surface.back)
+            surface.back->alpha = 1.0F;
+    }
+}
+
+/// Has the last texture add light of its own, as bright as the emissive colour was, to what is below.
+void emitTexture(Surface& surface)
+{
+    constexpr osg::UInt32 Texture = 0x1702;
+    constexpr osg::UInt32 Constant = 0x8576;
+    constexpr osg::UInt32 Previous = 0x8578;
+    constexpr osg::UInt32 Color = 0x0300;
+    constexpr osg::UInt32 Alpha = 0x0302;
+    SurfaceTexture& texture = surface.textures.back();
+    texture.envMode = osg::TextureChunk::ENV_COMBINE;
+    texture.combine.rgb = osg::TextureChunk::COMBINE_MODULATE_ADD;
+    texture.combine.alpha = osg::TextureChunk::ENV_REPLACE;
+    const osg::UInt32 sources[] = {Texture, Previous, Constant};
+    std::copy_n(sources, 3, texture.combine.source[0]);
+    std::fill_n(texture.combine.operand[0], 3, Color);
+    texture.combine.source[1][0] = Previous;
+    texture.combine.operand[1][0] = Alpha;
+    const osg::Color3f& emission = surface.emission;
+    texture.factor = osg::Color4f(emission.red(), emission.green(), emission.blue(), 1.0F);
+    surface.emission = osg::Color3f();
+}
+
+/// Gives the textures of \a surface from \a first on the coordinates that they ask for.
+void findCoordinates(Surface& surface, std::size_t first, const std::string& mapping,
+                     TextureTransformProc* transform, const std::vector<TexChannel>& channels)
+{
+    const auto named = std::find_if(channels.begin(), channels.end(), [&mapping](const TexChannel& channel) {
+        return !mapping.empty() && channel.mapping == mapping;
+    });
+    for (std::size_t i = first; i < surface.textures.size(); ++i) {
+        SurfaceTexture& texture = surface.textures[i];
+        if (transform)
+            texture.transform = transform->matrixFor(texture.coordSet, mapping);
+        if (channels.empty()) {
+            texture.coordSet = 0;
+            continue;
+        }
+        if (named != channels.end())
+            texture.coordSet = static_cast<unsigned int>(named - channels.begin());
+        texture.coordSet = std::min(texture.coordSet, static_cast<unsigned int>(channels.size() - 1));
+        texture.coordinates = channels[texture.coordSet].coordinates;
+    }
 }
 
 } // namespace
 
-void AppearanceProc::describe(Surface& surface)
+osg::ImagePtr TextureProc::image()
+{
+    Surface surface;
+    describe(surface);
+    return surface.textures.empty() ? osg::ImagePtr() : osg::ImagePtr(surface.textures.front().image.get());
+}
+
+void AppearanceProc::describe(Surface& surface, const std::vector<TexChannel>& channels)
 {
     auto* const material = elementOf<MaterialProc>(materialPart.readNode(node()));
     _material.set(*this, material);
     if (material)
         material->describe(surface);
+    describeLooks(surface);
+    describeAlpha(surface);
     if (surface.kind == Surface::FACES)
-        describeTexture(surface);
+        describeTextures(surface, material, channels);
 }
 
-void AppearanceProc::describeTexture(Surface& surface)
+bool AppearanceProc::describeOverlay(Surface& surface)
+{
+    auto* const fill = _looks ? static_cast<LookProc*>(_looks->fill.element()) : nullptr;
+    return fill && fill->describeOverlay(surface);
+}
+
+void AppearanceProc::describeAlpha(Surface& surface)
+{
+    const std::string& mode = alphaModePart.read<SFString>(node()).value();
+    if (mode == "OPAQUE")
+        surface.alphaMode = Surface::NO_ALPHA;
+    else if (mode == "BLEND")
+        surface.alphaMode = Surface::BLENDED_ALPHA;
+    else if (mode == "MASK") {
+        surface.alphaMode = Surface::MASKED_ALPHA;
+        const float cutoff = usableNumber(alphaCutoffPart.read<SFFloat>(node()).value(), 0.5F);
+        surface.alphaCutoff = std::clamp(cutoff, 0.0F, 1.0F);
+    } else if (mode != "AUTO" && !mode.empty())
+        complain("alphaMode",
+                 "expected AUTO, OPAQUE, MASK or BLEND, found \"" + mode + "\"; it counts as AUTO");
+}
+
+void AppearanceProc::describeLooks(Surface& surface)
+{
+    auto* const back = elementOf<MaterialProc>(backMaterialPart.readNode(node()));
+    auto* const fill = elementOf<LookProc>(fillPropertiesPart.readNode(node()));
+    auto* const line = elementOf<LookProc>(linePropertiesPart.readNode(node()));
+    auto* const point = elementOf<LookProc>(pointPropertiesPart.readNode(node()));
+    if (!back && !fill && !line && !point) {
+        _looks.reset();
+        return;
+    }
+    if (!_looks)
+        _looks = std::make_unique<Looks>();
+    _looks->backMaterial.set(*this, back);
+    _looks->fill.set(*this, fill);
+    _looks->line.set(*this, line);
+    _looks->point.set(*this, point);
+    for (LookProc* const look : {fill, line, point}) {
+        if (look)
+            look->describe(surface);
+    }
+    if (back)
+        describeBack(surface);
+}
+
+void AppearanceProc::describeBack(Surface& surface)
+{
+    Surface back;
+    back.kind = surface.kind;
+    static_cast<MaterialProc*>(_looks->backMaterial.element())->describe(back);
+    if (!surface.lit || !back.lit) {
+        complain("backMaterial", "expected two materials that take light, found others; the front's counts");
+        return;
+    }
+    surface.back = static_cast<const SurfaceColors&>(back);
+}
+
+void AppearanceProc::describeTextures(Surface& surface, MaterialProc* material,
+                                      const std::vector<TexChannel>& channels)
 {
     auto* const texture = elementOf<TextureProc>(texturePart.readNode(node()));
     auto* const transform = elementOf<TextureTransformProc>(textureTransformPart.readNode(node()));
-    if (!texture && !transform) {
+    if (!texture && !transform)
         _texturing.reset();
-        return;
-    }
-    if (!_texturing)
+    else if (!_texturing)
         _texturing = std::make_unique<Texturing>();
-    _texturing->texture.set(*this, texture);
-    _texturing->transform.set(*this, transform);
-    if (texture)
+    if (_texturing) {
+        _texturing->texture.set(*this, texture);
+        _texturing->transform.set(*this, transform);
+    }
+    const MaterialTexture color = material ? material->colorTexture() : MaterialTexture();
+    if (color.proc) {
+        color.proc->describe(surface);
+        findCoordinates(surface, 0, color.mapping, transform, channels);
+    } else if (texture) {
         texture->describe(surface);
-    if (!surface.image)
+        if (!surface.textures.empty() && !texture->hasStages() && !(material && material->tintsTextures()))
+            applyChannels(surface);
+        findCoordinates(surface, 0, std::string(), transform, channels);
+    }
+    const MaterialTexture emission =
+        material && surface.lit ? material->emissionTexture() : MaterialTexture();
+    if (!emission.proc)
         return;
-    applyChannels(surface);
-    if (transform)
-        surface.textureTransform = transform->matrix();
+    const std::size_t before = surface.textures.size();
+    emission.proc->describe(surface);
+    if (surface.textures.size() == before + 1) {
+        emitTexture(surface);
+        findCoordinates(surface, before, emission.mapping, transform, channels);
+    } else
+        surface.textures.resize(before);
 }
 
 } // namespace Orvane

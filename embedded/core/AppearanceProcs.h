@@ -5,8 +5,41 @@
 #include <OpenSG/OSGMatrix.h>
 #include <Orvane/Export.h>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace Orvane {
+
+/// Coordinates of a geometry, by the name that textures know them by.
+struct TexChannel
+{
+    std::string mapping;
+    SurfaceTexture::Coordinates coordinates = SurfaceTexture::GIVEN;
+};
+
+/// Behaviour of a texture, of one image or of several.
+class ORVANE_API TextureProc : public DescriptionProc
+{
+public:
+    using DescriptionProc::DescriptionProc;
+
+    /// Appends what \a surface needs of the texture; nothing when it has no image. The set of coordinates of
+    /// each is its number in the texture.
+    virtual void describe(Surface& surface) = 0;
+    /// True when it says itself how its colours join those of the material.
+    virtual bool hasStages() const { return false; }
+
+    /// The (first) image; null when there is none.
+    osg::ImagePtr image();
+};
+
+/// A texture of a material, with the name of the coordinates that it takes.
+struct MaterialTexture
+{
+    TextureProc* proc = nullptr; ///< null when there is none
+    std::string mapping;
+};
 
 /// Behaviour of a material: the colours of a surface.
 class ORVANE_API MaterialProc : public DescriptionProc
@@ -16,16 +49,13 @@ public:
 
     /// Fills the colours of \a surface, whose kind is known.
     virtual void describe(Surface& surface) const = 0;
-};
 
-/// Behaviour of a texture of one image.
-class ORVANE_API TextureProc : public DescriptionProc
-{
-public:
-    using DescriptionProc::DescriptionProc;
-
-    /// Fills what \a surface needs of the texture; nothing when it has no image.
-    virtual void describe(Surface& surface) = 0;
+    /// The texture that the diffuse colour, or that of an unlit surface, is multiplied with.
+    virtual MaterialTexture colorTexture() { return {}; }
+    /// The texture of the emissive colour of a lit surface.
+    virtual MaterialTexture emissionTexture() { return {}; }
+    /// True when coloured textures of the appearance are multiplied with the colour, not shown in its place.
+    virtual bool tintsTextures() const { return false; }
 };
 
 /// Behaviour of a transformation of texture coordinates.
@@ -34,7 +64,21 @@ class ORVANE_API TextureTransformProc : public DescriptionProc
 public:
     using DescriptionProc::DescriptionProc;
 
-    virtual osg::Matrix matrix() const = 0;
+    /// The matrix for texture \a stage of the appearance, and for a texture with the name \a mapping; none
+    /// when the coordinates stay as they are.
+    virtual std::optional<osg::Matrix> matrixFor(unsigned int stage, const std::string& mapping) = 0;
+};
+
+/// Behaviour of a node that tells how lines, points or faces are drawn.
+class ORVANE_API LookProc : public DescriptionProc
+{
+public:
+    using DescriptionProc::DescriptionProc;
+
+    /// Fills the part of \a surface that it tells of.
+    virtual void describe(Surface& surface) = 0;
+    /// Makes \a surface the one that is drawn over the first. False when there is none.
+    virtual bool describeOverlay(Surface& /*surface*/) { return false; }
 };
 
 /// Behaviour of an `Appearance`.
@@ -43,8 +87,12 @@ class ORVANE_API AppearanceProc : public DescriptionProc
 public:
     using DescriptionProc::DescriptionProc;
 
-    /// Fills a surface of which the kind, `solid` and the vertex colours are known.
-    void describe(Surface& surface);
+    /// Fills a surface of which the kind, `solid` and the vertex colours are known. \a channels are the
+    /// coordinates that the geometry has for textures.
+    void describe(Surface& surface, const std::vector<TexChannel>& channels);
+    /// Fills the surface that is drawn over that of `describe`, which was called before. False when there is
+    /// none.
+    bool describeOverlay(Surface& surface);
 
 private:
     /// What few appearances have.
@@ -53,11 +101,22 @@ private:
         Use texture;
         Use transform;
     };
+    struct Looks
+    {
+        Use backMaterial;
+        Use fill;
+        Use line;
+        Use point;
+    };
 
-    void describeTexture(Surface& surface);
+    void describeAlpha(Surface& surface);
+    void describeBack(Surface& surface);
+    void describeLooks(Surface& surface);
+    void describeTextures(Surface& surface, MaterialProc* material, const std::vector<TexChannel>& channels);
 
     Use _material;
     std::unique_ptr<Texturing> _texturing;
+    std::unique_ptr<Looks> _looks;
 };
 
 } // namespace Orvane

@@ -82,10 +82,7 @@ protected:
     {
         auto* const texture = elementOf<TextureProc>(textureParts[side].readNode(node()));
         _uses[side].set(*this, texture);
-        Surface surface;
-        if (texture)
-            texture->describe(surface);
-        return surface.image;
+        return texture ? texture->image() : osg::ImagePtr();
     }
 
 private:

@@ -58,6 +58,12 @@ void setMesh(const osg::GeometryPtr& geometry, MeshData&& mesh, Surface::Kind ki
     osg::endEditCP(geometry);
 }
 
+const std::vector<TexChannel>& GeometryProc::texChannels() const
+{
+    static const std::vector<TexChannel> none;
+    return none;
+}
+
 MeshProc::MeshProc(Node& node)
     : GeometryProc(node)
     , _geometry(makeGeometry())

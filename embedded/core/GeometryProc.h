@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/AppearanceProcs.h"
 #include "core/ElementProc.h"
 #include "core/MeshData.h"
 #include "core/Surface.h"
@@ -29,6 +30,8 @@ public:
     /// False when both sides of faces are seen.
     virtual bool isSolid() const { return true; }
     virtual bool hasColors() const { return false; }
+    /// What textures may take as coordinates, by sets of the core; empty when it has the usual one alone.
+    virtual const std::vector<TexChannel>& texChannels() const;
     /// A texture is put on the geometry: from now on it has texture coordinates, whatever the scene gives.
     virtual void needTexCoords() {}
 };

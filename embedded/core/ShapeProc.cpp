@@ -2,7 +2,9 @@
 #include "core/AppearanceProcs.h"
 #include "core/GeometryProc.h"
 #include "core/Part.h"
+#include <OpenSG/OSGGroup.h>
 #include <Orvane/SFBool.h>
+#include <algorithm>
 
 namespace Orvane {
 
@@ -13,6 +15,15 @@ const Part geometryPart("geometry");
 const Part visiblePart("visible");
 
 const ProcRegistration shape("Shape", makeProc<ShapeProc>);
+
+/// Has \a node show \a geometry alone, with the state of \a surface.
+void hang(const osg::NodePtr& node, const SurfaceCore& surface, const osg::GeometryPtr& geometry)
+{
+    node->setCore(surface.core);
+    if (node->getNChildren() == 0)
+        node->addChild(osg::Node::create());
+    node->getChild(0)->setCore(osg::NodeCorePtr(geometry));
+}
 
 } // namespace
 
@@ -32,7 +43,8 @@ void ShapeProc::update()
     _appearanceUse.set(*this, appearance);
     const osg::GeometryPtr core = geometry ? geometry->geometry() : osg::GeometryPtr();
     if (!core) {
-        _tree->subChild(0);
+        while (_tree->getNChildren() > 0)
+            _tree->subChild(0);
         return;
     }
 
@@ -40,16 +52,40 @@ void ShapeProc::update()
     surface.kind = geometry->kind();
     surface.solid = geometry->isSolid();
     surface.vertexColors = geometry->hasColors() ? Surface::DIFFUSE_COLORS : Surface::NO_COLORS;
+    Surface overlay;
+    overlay.kind = surface.kind;
+    overlay.solid = surface.solid;
     if (appearance)
-        appearance->describe(surface);
-    if (surface.image)
+        appearance->describe(surface, geometry->texChannels());
+    const bool hasOverlay = appearance && appearance->describeOverlay(overlay);
+    const auto takesCoordinates = [](const SurfaceTexture& texture) {
+        return texture.coordinates == SurfaceTexture::GIVEN;
+    };
+    if (std::any_of(surface.textures.begin(), surface.textures.end(), takesCoordinates))
         geometry->needTexCoords();
-    _surface = surfaceCore(surface);
-    _tree->setCore(_surface->core);
+    show(surface, hasOverlay ? &overlay : nullptr, core);
+}
 
-    if (_tree->getNChildren() == 0)
+void ShapeProc::show(const Surface& surface, const Surface* overlay, const osg::GeometryPtr& geometry)
+{
+    _surface = surfaceCore(surface);
+    _overlay = overlay ? surfaceCore(*overlay) : nullptr;
+    const bool isLayered = _tree->getNChildren() > 1;
+    if (isLayered != static_cast<bool>(_overlay)) {
+        while (_tree->getNChildren() > 0)
+            _tree->subChild(0);
+    }
+    if (!_overlay) {
+        hang(_tree.get(), *_surface, geometry);
+        return;
+    }
+    if (_tree->getNChildren() == 0) {
+        _tree->setCore(osg::NodeCorePtr(osg::Group::create()));
         _tree->addChild(osg::Node::create());
-    _tree->getChild(0)->setCore(osg::NodeCorePtr(core));
+        _tree->addChild(osg::Node::create());
+    }
+    hang(_tree->getChild(0), *_surface, geometry);
+    hang(_tree->getChild(1), *_overlay, geometry);
 }
 
 } // namespace Orvane

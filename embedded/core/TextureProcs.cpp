@@ -2,24 +2,18 @@
 #include "core/AppearanceProcs.h"
 #include "core/ImageSource.h"
 #include "core/Part.h"
-#include "core/UsableValues.h"
 #include <Orvane/MFString.h>
 #include <Orvane/SFBool.h>
-#include <Orvane/SFFloat.h>
 #include <Orvane/SFImage.h>
 
 namespace Orvane {
 
 namespace {
 
-const Part centerPart("center");
 const Part imagePart("image");
 const Part loadPart("load");
 const Part repeatSPart("repeatS");
 const Part repeatTPart("repeatT");
-const Part rotationPart("rotation");
-const Part scalePart("scale");
-const Part translationPart("translation");
 const Part urlPart("url");
 
 class PictureTextureProc : public TextureProc
@@ -32,9 +26,15 @@ protected:
     {
         if (!image || image->getWidth() < 1 || !image->getData())
             return;
-        surface.image = image;
-        surface.repeatS = repeatSPart.read<SFBool>(node()).value();
-        surface.repeatT = repeatTPart.read<SFBool>(node()).value();
+        SurfaceTexture texture;
+        texture.image = image;
+        const auto wrap = [this](const Part& part) {
+            return part.read<SFBool>(node()).value() ? osg::TextureChunk::REPEAT
+                                                     : osg::TextureChunk::CLAMP_TO_EDGE;
+        };
+        texture.wrap[0] = wrap(repeatSPart);
+        texture.wrap[1] = wrap(repeatTPart);
+        surface.textures.push_back(std::move(texture));
     }
 };
 
@@ -88,40 +88,8 @@ public:
     void describe(Surface& surface) override { put(imagePart.read<SFImage>(node()).image().rco(), surface); }
 };
 
-class FlatTextureTransformProc : public TextureTransformProc
-{
-public:
-    using TextureTransformProc::TextureTransformProc;
-
-    /// -center, scale, rotation, center and translation, the last one applied first to a coordinate.
-    osg::Matrix matrix() const override
-    {
-        const auto pair = [this](const Part& part, float fallback) {
-            const osg::Vec2f& v = part.read<SFVec2f>(node()).value();
-            return osg::Vec3f(usableNumber(v[0], fallback), usableNumber(v[1], fallback), 0.0F);
-        };
-        const osg::Vec3f center = pair(centerPart, 0.0F);
-        osg::Vec3f scale = pair(scalePart, 1.0F);
-        scale[2] = 1.0F;
-        osg::Matrix result;
-        result.setTranslate(-center[0], -center[1], 0.0F);
-        osg::Matrix step;
-        step.setScale(scale[0], scale[1], scale[2]);
-        result.mult(step);
-        step.setIdentity();
-        step.setRotate(toQuaternion(Rotation(0.0F, 0.0F, 1.0F, rotationPart.read<SFFloat>(node()).value())));
-        result.mult(step);
-        step.setIdentity();
-        const osg::Vec3f shift = center + pair(translationPart, 0.0F);
-        step.setTranslate(shift[0], shift[1], 0.0F);
-        result.mult(step);
-        return result;
-    }
-};
-
 const ProcRegistration imageTexture("ImageTexture", makeProc<ImageTextureProc>);
 const ProcRegistration pixelTexture("PixelTexture", makeProc<PixelTextureProc>);
-const ProcRegistration textureTransform("TextureTransform", makeProc<FlatTextureTransformProc>);
 
 } // namespace
 

@@ -1,0 +1,236 @@
+#include "base/ValueFields.h"
+#include "core/AppearanceProcs.h"
+#include "core/Part.h"
+#include "core/UsableValues.h"
+#include <Orvane/SFBool.h>
+#include <Orvane/SFFloat.h>
+#include <Orvane/SFString.h>
+#include <algorithm>
+#include <cmath>
+
+namespace Orvane {
+
+namespace {
+
+const Part ambientIntensityPart("ambientIntensity");
+const Part backAmbientIntensityPart("backAmbientIntensity");
+const Part backDiffuseColorPart("backDiffuseColor");
+const Part backEmissiveColorPart("backEmissiveColor");
+const Part backShininessPart("backShininess");
+const Part backSpecularColorPart("backSpecularColor");
+const Part backTransparencyPart("backTransparency");
+const Part baseColorPart("baseColor");
+const Part baseTexturePart("baseTexture");
+const Part baseTextureMappingPart("baseTextureMapping");
+const Part diffuseColorPart("diffuseColor");
+const Part diffuseTexturePart("diffuseTexture");
+const Part diffuseTextureMappingPart("diffuseTextureMapping");
+const Part emissiveColorPart("emissiveColor");
+const Part emissiveTexturePart("emissiveTexture");
+const Part emissiveTextureMappingPart("emissiveTextureMapping");
+const Part metallicPart("metallic");
+const Part roughnessPart("roughness");
+const Part separateBackColorPart("separateBackColor");
+const Part shininessPart("shininess");
+const Part specularColorPart("specularColor");
+const Part transparencyPart("transparency");
+
+constexpr float MaxExponent = 128.0F; ///< of a highlight, in OpenGL
+
+/// Textures that fixed lighting cannot use.
+struct UnusedTexture
+{
+    const char* name;
+    Part part;
+};
+const UnusedTexture unusedTextures[] = {{"ambientTexture", Part("ambientTexture")},
+                                        {"metallicRoughnessTexture", Part("metallicRoughnessTexture")},
+                                        {"normalTexture", Part("normalTexture")},
+                                        {"occlusionTexture", Part("occlusionTexture")},
+                                        {"shininessTexture", Part("shininessTexture")},
+                                        {"specularTexture", Part("specularTexture")}};
+
+float fraction(const Part& part, const Node& node)
+{
+    return std::clamp(usableNumber(part.read<SFFloat>(node).value(), 0.0F), 0.0F, 1.0F);
+}
+
+osg::Color3f color(const Part& part, const Node& node)
+{
+    const osg::Color3f& value = part.read<SFColor>(node).value();
+    return osg::Color3f(usableNumber(value.red(), 0.0F), usableNumber(value.green(), 0.0F),
+                        usableNumber(value.blue(), 0.0F));
+}
+
+osg::Color3f scaled(const osg::Color3f& color, float factor)
+{
+    return osg::Color3f(color.red() * factor, color.green() * factor, color.blue() * factor);
+}
+
+/// A material with textures of its own.
+class TexturedMaterialProc : public MaterialProc
+{
+public:
+    using MaterialProc::MaterialProc;
+
+    MaterialTexture emissionTexture() override
+    {
+        return use(1, emissiveTexturePart, emissiveTextureMappingPart);
+    }
+
+protected:
+    /// The texture of a field, of which changes are followed from now on.
+    MaterialTexture use(std::size_t place, const Part& texturePart, const Part& mappingPart)
+    {
+        MaterialTexture result;
+        result.proc = elementOf<TextureProc>(texturePart.readNode(node()));
+        if (!result.proc && !_uses[place].element())
+            return result;
+        _uses[place].set(*this, result.proc);
+        result.mapping = mappingPart.read<SFString>(node()).value();
+        return result;
+    }
+
+    /// Says of textures that are not drawn that they are not.
+    void tellUnused()
+    {
+        for (const UnusedTexture& unused : unusedTextures) {
+            if (unused.part.readNode(node()))
+                complain(unused.name, "expected textures of the colour and of the light of a surface, found "
+                                      "another one; it is not drawn");
+        }
+    }
+
+private:
+    Use _uses[2];
+};
+
+/// Behaviour of a `Material`.
+class LitMaterialProc : public TexturedMaterialProc
+{
+public:
+    using TexturedMaterialProc::TexturedMaterialProc;
+
+    void describe(Surface& surface) const override
+    {
+        const osg::Color3f diffuse = color(diffuseColorPart, node());
+        const osg::Color3f emission = color(emissiveColorPart, node());
+        surface.alpha = 1.0F - fraction(transparencyPart, node());
+        if (surface.kind != Surface::FACES) {
+            surface.diffuse = emission;
+            return;
+        }
+        surface.lit = true;
+        surface.ambient = scaled(diffuse, fraction(ambientIntensityPart, node()));
+        surface.diffuse = diffuse;
+        surface.emission = emission;
+        surface.specular = color(specularColorPart, node());
+        surface.shininess = fraction(shininessPart, node()) * MaxExponent;
+    }
+
+    MaterialTexture colorTexture() override
+    {
+        tellUnused();
+        return use(0, diffuseTexturePart, diffuseTextureMappingPart);
+    }
+};
+
+/// Behaviour of a `TwoSidedMaterial`.
+class TwoSidedMaterialProc : public LitMaterialProc
+{
+public:
+    using LitMaterialProc::LitMaterialProc;
+
+    void describe(Surface& surface) const override
+    {
+        LitMaterialProc::describe(surface);
+        if (surface.kind != Surface::FACES || !separateBackColorPart.read<SFBool>(node()).value())
+            return;
+        SurfaceColors back;
+        back.diffuse = color(backDiffuseColorPart, node());
+        back.ambient = scaled(back.diffuse, fraction(backAmbientIntensityPart, node()));
+        back.emission = color(backEmissiveColorPart, node());
+        back.specular = color(backSpecularColorPart, node());
+        back.shininess = fraction(backShininessPart, node()) * MaxExponent;
+        back.alpha = 1.0F - fraction(backTransparencyPart, node());
+        surface.back = back;
+    }
+
+    // These have no textures.
+    MaterialTexture colorTexture() override { return {}; }
+    MaterialTexture emissionTexture() override { return {}; }
+};
+
+/// Behaviour of an `UnlitMaterial`.
+class UnlitMaterialProc : public TexturedMaterialProc
+{
+public:
+    using TexturedMaterialProc::TexturedMaterialProc;
+
+    void describe(Surface& surface) const override
+    {
+        surface.diffuse = color(emissiveColorPart, node());
+        surface.alpha = 1.0F - fraction(transparencyPart, node());
+    }
+
+    MaterialTexture colorTexture() override
+    {
+        return use(0, emissiveTexturePart, emissiveTextureMappingPart);
+    }
+    MaterialTexture emissionTexture() override { return {}; }
+    bool tintsTextures() const override { return true; }
+};
+
+/// Behaviour of a `PhysicalMaterial`, shown by the lighting of OpenGL: what is rough scatters light, what is
+/// smooth and metallic throws it back in its own colour.
+class PhysicalMaterialProc : public TexturedMaterialProc
+{
+public:
+    using TexturedMaterialProc::TexturedMaterialProc;
+
+    void describe(Surface& surface) const override
+    {
+        const osg::Color3f base = color(baseColorPart, node());
+        const osg::Color3f emission = color(emissiveColorPart, node());
+        surface.alpha = 1.0F - fraction(transparencyPart, node());
+        if (surface.kind != Surface::FACES) {
+            surface.diffuse = emission;
+            return;
+        }
+        // Smooth metals show little but their surroundings, for which a share of the light stands in.
+        constexpr float MirroredShare = 0.6F;
+        constexpr float AmbientShare = 0.2F;
+        constexpr float PlainReflectance = 0.04F; ///< of what is no metal, looked at straight
+        const float metallic = fraction(metallicPart, node());
+        const float roughness = std::max(fraction(roughnessPart, node()), 0.05F);
+        const float smoothness = 1.0F - roughness;
+        surface.lit = true;
+        surface.diffuse = scaled(base, 1.0F - MirroredShare * metallic * smoothness);
+        surface.ambient = scaled(surface.diffuse, AmbientShare);
+        surface.emission = emission;
+        // Blinn's exponent for the width of the highlight, and its brightness for that exponent.
+        const float exponent = 2.0F / std::pow(roughness, 4.0F) - 2.0F;
+        surface.shininess = std::clamp(exponent, 0.0F, MaxExponent);
+        const float gain = smoothness * std::min((surface.shininess + 8.0F) / 8.0F, 16.0F);
+        for (osg::UInt32 i = 0; i < 3; ++i) {
+            const float reflectance = PlainReflectance + (base[i] - PlainReflectance) * metallic;
+            surface.specular[i] = std::clamp(reflectance * gain, 0.0F, 1.0F);
+        }
+    }
+
+    MaterialTexture colorTexture() override
+    {
+        tellUnused();
+        return use(0, baseTexturePart, baseTextureMappingPart);
+    }
+    bool tintsTextures() const override { return true; }
+};
+
+const ProcRegistration material("Material", makeProc<LitMaterialProc>);
+const ProcRegistration physicalMaterial("PhysicalMaterial", makeProc<PhysicalMaterialProc>);
+const ProcRegistration twoSidedMaterial("TwoSidedMaterial", makeProc<TwoSidedMaterialProc>);
+const ProcRegistration unlitMaterial("UnlitMaterial", makeProc<UnlitMaterialProc>);
+
+} // namespace
+
+} // namespace Orvane
