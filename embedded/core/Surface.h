@@ -66,10 +66,10 @@ struct ORVANE_API Surface : SurfaceColors
     AlphaMode alphaMode = AUTO_ALPHA;
     float alphaCutoff = 0.5F;
 
-    bool filled = true;                   ///< else faces are not drawn
-    std::uint8_t hatchStyle = 0;          ///< of ISO 9592, of which the faces are drawn alone; 0 for none
-    float lineWidth = 1.0F;               ///< in pixels
-    std::uint16_t linePattern = 0xFFFF;   ///< see `osg::LineChunk`
+    bool filled = true;                 ///< else faces are not drawn
+    std::uint8_t hatchStyle = 0;        ///< of ISO 9592, of which the faces are drawn alone; 0 for none
+    float lineWidth = 1.0F;             ///< in pixels
+    std::uint16_t linePattern = 0xFFFF; ///< see `osg::LineChunk`
     std::optional<PointLook> pointLook;
 
     std::vector<SurfaceTexture> textures; ///< by texture unit

@@ -115,8 +115,8 @@ osg::MaterialChunkPtr materialChunk(const Surface& surface)
 osg::TexGenChunkPtr genChunk(SurfaceTexture::Coordinates coordinates)
 {
     static constexpr osg::UInt32 Functions[] = {
-        osg::TexGenChunk::NO_GEN,         osg::TexGenChunk::NORMAL_MAP, osg::TexGenChunk::NORMAL_MAP,
-        osg::TexGenChunk::EYE_LINEAR,     osg::TexGenChunk::REFLECTION_MAP, osg::TexGenChunk::SPHERE_MAP,
+        osg::TexGenChunk::NO_GEN,        osg::TexGenChunk::NORMAL_MAP,     osg::TexGenChunk::NORMAL_MAP,
+        osg::TexGenChunk::EYE_LINEAR,    osg::TexGenChunk::REFLECTION_MAP, osg::TexGenChunk::SPHERE_MAP,
         osg::TexGenChunk::OBJECT_LINEAR,
     };
     if (coordinates == SurfaceTexture::GIVEN)
