@@ -28,8 +28,11 @@ protected:
     /// The stack has made the node its top, or taken that from it.
     virtual void setBound(bool bound, double time);
 
+    /// Null before the node runs.
+    SceneState* scene() const { return _scene.get(); }
+
 private:
-    std::shared_ptr<SceneState> _scene; ///< null before the node runs
+    std::shared_ptr<SceneState> _scene;
     BindableKind _kind;
 };
 

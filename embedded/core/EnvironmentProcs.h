@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/BindableProc.h"
+#include <OpenSG/OSGFog.h>
 #include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGRefPtr.h>
 #include <OpenSG/OSGSkyBackground.h>
@@ -47,6 +48,19 @@ class ORVANE_API FogProc : public BindableProc
 {
 public:
     explicit FogProc(Node& node);
+    ~FogProc() override;
+
+    void update() override;
+
+    /// The fog as it stands over the scene, the same object for the node's life. Its range is in the system
+    /// of the group that holds the node at the moment.
+    osg::NodeCorePtr core() const;
+
+protected:
+    void setBound(bool bound, double time) override;
+
+private:
+    osg::RefPtr<osg::FogPtr> _fog;
 };
 
 } // namespace Orvane

@@ -1,7 +1,7 @@
 #include "core/GroupProc.h"
-#include "core/LightProc.h"
 #include "core/PointingSensorProc.h"
 #include "core/SceneState.h"
+#include "core/ScopedProc.h"
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGVisitSubTree.h>
 #include <Orvane/MFNode.h>
@@ -124,7 +124,7 @@ void GroupProc::collectSensors(std::vector<PointingSensorProc*>& sensors) const
 {
     std::size_t left = _sensorCount;
     for (auto entry = _entries.begin(); left > 0 && entry != _entries.end(); ++entry) {
-        if (!entry->unseen || entry->unseen->light)
+        if (!entry->unseen || entry->unseen->scoped)
             continue;
         --left;
         if (auto* const sensor = dynamic_cast<PointingSensorProc*>(entry->use.element()))
@@ -186,8 +186,8 @@ GroupProc::Entry GroupProc::makeEntry(Node* child, std::size_t place)
     entry.use.set(*this, element);
     if (!element)
         return entry;
-    if (auto* const light = dynamic_cast<LightProc*>(element)) {
-        entry.unseen = std::make_unique<Unseen>(Unseen{light, {}});
+    if (auto* const scoped = dynamic_cast<ScopedProc*>(element)) {
+        entry.unseen = std::make_unique<Unseen>(Unseen{scoped, {}});
         _lightsChanged = true;
     } else if (dynamic_cast<PointingSensorProc*>(element)) {
         entry.unseen = std::make_unique<Unseen>();
@@ -220,17 +220,13 @@ void GroupProc::syncLights()
     std::vector<osg::NodeCorePtr> global;
     collectLights(own);
     for (Entry& entry : _entries) {
-        if (!entry.unseen || !entry.unseen->light)
+        if (!entry.unseen || !entry.unseen->scoped)
             continue;
-        Unseen& lamp = *entry.unseen;
-        if (!lamp.core)
-            lamp.core = osg::NodeCorePtr(lamp.light->makeLight());
-        const osg::LightPtr light = osg::LightPtr::dcast(lamp.core.get());
-        lamp.light->apply(light);
-        // A light over the group's content stands in the system of that, wherever the group is shown.
-        const bool isGlobal = lamp.light->isGlobal();
-        light->setBeacon(isGlobal ? _tree.get() : osg::NodePtr());
-        (isGlobal ? global : own).push_back(lamp.core);
+        Unseen& unseen = *entry.unseen;
+        if (!unseen.core)
+            unseen.core = unseen.scoped->makeCore();
+        unseen.scoped->apply(unseen.core, _tree);
+        (unseen.scoped->isGlobal() ? global : own).push_back(unseen.core);
     }
     hangBelow(own);
     if (global.empty() && !(_lighting && _lighting->scene))
@@ -287,7 +283,7 @@ void GroupProc::removeEntries(std::size_t first, std::size_t last)
     std::size_t place = shownBefore(last);
     for (std::size_t i = last; i-- > first;) {
         const Entry& entry = _entries[i];
-        if (entry.unseen && entry.unseen->light)
+        if (entry.unseen && entry.unseen->scoped)
             _lightsChanged = true;
         else if (entry.unseen)
             --_sensorCount;

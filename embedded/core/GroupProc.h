@@ -11,9 +11,9 @@
 
 namespace Orvane {
 
-class LightProc;
 class PointingSensorProc;
 class SceneState;
+class ScopedProc;
 
 /// Behaviour of a node that shows its children together, and base of all that do more with them. An edit of
 /// the list of children touches only what it changed.
@@ -48,7 +48,7 @@ protected:
 
     /// Fills \a nodes with the nodes that are shown, in order.
     virtual void collectChildren(std::vector<Node*>& nodes) const;
-    /// Adds the lights, other than those of the children, that shine on the content.
+    /// Adds the lights and the like, other than those of the children, that act on the content.
     virtual void collectLights(std::vector<osg::NodeCorePtr>& lights) const;
     /// The list of what is shown has changed.
     virtual void contentChanged() {}
@@ -59,11 +59,11 @@ protected:
     int shownPlace(std::size_t index) const;
 
 private:
-    /// A child that is not drawn: a light, or a sensor for the pointer.
+    /// A child that is not drawn: a light or the like, or a sensor for the pointer.
     struct Unseen
     {
-        LightProc* light;                   ///< null for a sensor
-        osg::RefPtr<osg::NodeCorePtr> core; ///< what the light shines with here
+        ScopedProc* scoped;                 ///< null for a sensor
+        osg::RefPtr<osg::NodeCorePtr> core; ///< what acts here for the node
     };
 
     /// One element of the list of children.
@@ -72,7 +72,7 @@ private:
         Node* node = nullptr;            ///< only compared: it may have died
         Use use;                         ///< empty when the node shows nothing and shines on nothing
         osg::RefPtr<osg::NodePtr> shown; ///< the element's tree, or what refers to it; null when it has none
-        std::unique_ptr<Unseen> unseen;  ///< null for other nodes than lights and sensors
+        std::unique_ptr<Unseen> unseen;  ///< null for other nodes
     };
 
     void syncChildren();

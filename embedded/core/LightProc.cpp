@@ -38,9 +38,9 @@ public:
 
     osg::LightPtr makeLight() const override { return osg::DirectionalLight::create(); }
 
-    void apply(const osg::LightPtr& light) const override
+    void applyTo(const osg::LightPtr& light) const override
     {
-        LightProc::apply(light);
+        LightProc::applyTo(light);
         // X3D says where the light goes, OpenSG where it comes from.
         const osg::Vec3f direction = usableVector(directionPart.read<SFVec3f>(node()).value());
         const auto directional = osg::DirectionalLightPtr::dcast(light);
@@ -55,9 +55,9 @@ public:
 
     osg::LightPtr makeLight() const override { return osg::PointLight::create(); }
 
-    void apply(const osg::LightPtr& light) const override
+    void applyTo(const osg::LightPtr& light) const override
     {
-        LightProc::apply(light);
+        LightProc::applyTo(light);
         const auto point = osg::PointLightPtr::dcast(light);
         point->setPosition(osg::Pnt3f(usableVector(locationPart.read<SFVec3f>(node()).value())));
         const osg::Vec3f factors = usableVector(attenuationPart.read<SFVec3f>(node()).value());
@@ -78,9 +78,9 @@ public:
 
     osg::LightPtr makeLight() const override { return osg::SpotLight::create(); }
 
-    void apply(const osg::LightPtr& light) const override
+    void applyTo(const osg::LightPtr& light) const override
     {
-        PointLightProc::apply(light);
+        PointLightProc::applyTo(light);
         const auto spot = osg::SpotLightPtr::dcast(light);
         const osg::Vec3f direction = usableVector(directionPart.read<SFVec3f>(node()).value());
         spot->setDirection(isNull(direction) ? osg::Vec3f(0.0F, 0.0F, -1.0F) : direction);
@@ -114,7 +114,15 @@ bool LightProc::isGlobal() const
     return globalPart.read<SFBool>(node()).value();
 }
 
-void LightProc::apply(const osg::LightPtr& light) const
+void LightProc::apply(const osg::NodeCorePtr& core, const osg::NodePtr& group) const
+{
+    const osg::LightPtr light = osg::LightPtr::dcast(core);
+    applyTo(light);
+    // A light over the group's content stands in the system of that, wherever the group is shown.
+    light->setBeacon(isGlobal() ? group : osg::NodePtr());
+}
+
+void LightProc::applyTo(const osg::LightPtr& light) const
 {
     const osg::Color3f& color = colorPart.read<SFColor>(node()).value();
     const float intensity = usableNumber(intensityPart.read<SFFloat>(node()).value(), 1.0F);

@@ -66,6 +66,8 @@ void SceneProc::start(double time)
 void SceneProc::collectLights(std::vector<osg::NodeCorePtr>& lights) const
 {
     _state->collectLights(lights);
+    if (const auto* fog = static_cast<const FogProc*>(stack(BindableKind::Fog).bound()))
+        lights.push_back(fog->core());
 }
 
 SceneView SceneProc::view() const

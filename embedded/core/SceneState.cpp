@@ -2,6 +2,7 @@
 #include "core/GroupProc.h"
 #include "core/KeyDeviceProc.h"
 #include "core/SceneProc.h"
+#include "core/ViewFollower.h"
 #include <Orvane/Node.h>
 #include <algorithm>
 #include <unordered_map>
@@ -132,6 +133,25 @@ bool SceneState::isBoxSeen(const osg::Matrix& toWorld, const osg::Vec3f& center,
         toClip.mult(toWorld);
         return mayShowBox(toClip, center, size);
     });
+}
+
+void SceneState::removeViewFollower(ViewFollower& follower)
+{
+    _viewFollowers.erase(std::remove(_viewFollowers.begin(), _viewFollowers.end(), &follower),
+                         _viewFollowers.end());
+}
+
+void SceneState::followView(const DrawnView& view)
+{
+    // What stands below one that turned has to look again. More levels than this keep the rest for the next
+    // picture.
+    constexpr int MostLevels = 8;
+    bool changed = true;
+    for (int level = 0; changed && level < MostLevels; ++level) {
+        changed = false;
+        for (ViewFollower* const follower : _viewFollowers)
+            changed |= follower->follow(view);
+    }
 }
 
 void SceneState::removeKeyDevice(KeyDeviceProc& device)

@@ -17,6 +17,8 @@ class KeyDeviceProc;
 class Node;
 class Proc;
 class SceneProc;
+class ViewFollower;
+struct DrawnView;
 
 enum class BindableKind { Viewpoint, NavigationInfo, Background, Fog };
 
@@ -54,6 +56,11 @@ public:
     /// Changes when the views show another part of the world.
     unsigned long viewVersion() const { return _viewVersion; }
 
+    void addViewFollower(ViewFollower& follower) { _viewFollowers.push_back(&follower); }
+    void removeViewFollower(ViewFollower& follower);
+    /// Suits to a view, before its picture is drawn, what depends on it.
+    void followView(const DrawnView& view);
+
     void addKeyDevice(KeyDeviceProc& device) { _keyDevices.push_back(&device); }
     void removeKeyDevice(KeyDeviceProc& device);
     /// Hands a key to all sensors of the keyboard that are switched on. True when one of them keeps it to the
@@ -73,9 +80,10 @@ public:
     /// Adds the lights of those groups that are shown.
     void collectLights(std::vector<osg::NodeCorePtr>& lights) const;
 
-private:
+    /// The lights over the whole scene, or its fog, have changed.
     void askForLights();
 
+private:
     struct GroupLights
     {
         const GroupProc* group;
@@ -92,6 +100,7 @@ private:
     unsigned long _viewVersion = 0;
     std::vector<std::pair<const Proc*, osg::Matrix>> _viewVolumes;
     std::vector<KeyDeviceProc*> _keyDevices;
+    std::vector<ViewFollower*> _viewFollowers;
 };
 
 } // namespace Orvane

@@ -4,6 +4,7 @@
 #include "base/Graph.h"
 #include "base/ValueFields.h"
 #include "core/SceneProc.h"
+#include "core/ViewFollower.h"
 #include "core/ViewpointProc.h"
 #include <OpenSG/OSGDynamicVolume.h>
 #include <Orvane/Context.h>
@@ -34,6 +35,22 @@ const Parts& parts(const Node& node)
                                 static_cast<unsigned int>(partIndex(*node.type(), "size")),
                                 static_cast<unsigned int>(partIndex(*node.type(), "viewpoint"))};
     return table;
+}
+
+/// The angle of view over the height of a viewport: that of the view is of the smaller direction.
+float verticalAngle(const SceneView& view, const osg::Vec2f& size)
+{
+    if (size[0] >= size[1])
+        return view.fieldOfView;
+    return 2.0F * std::atan(std::tan(view.fieldOfView * 0.5F) * size[1] / size[0]);
+}
+
+/// The height of what a view without perspective shows: all of its window in space.
+float verticalSize(const SceneView& view, const osg::Vec2f& size)
+{
+    const float* const low = view.fieldOfViewMin;
+    const float* const high = view.fieldOfViewMax;
+    return std::max(high[1] - low[1], (high[0] - low[0]) * size[1] / size[0]);
 }
 
 /// Depth buffers have 24 bits; beyond this ratio of far to near plane surfaces begin to flicker.
@@ -246,6 +263,7 @@ void ViewareaBehaviour::prepare()
     if (_input)
         _input->aim(view);
     shown->state().setViewer(*this, &view.viewpoint);
+    followView(view);
     _port->setBackground(view.background);
     _headlight->setOn(view.headlight);
     aimCamera(view, sceneRoot);
@@ -254,29 +272,41 @@ void ViewareaBehaviour::prepare()
     shown->state().setViewVolume(*this, &toClip);
 }
 
+osg::Vec2f ViewareaBehaviour::pixels() const
+{
+    return osg::Vec2f(static_cast<float>(std::max(_port->getPixelWidth(), 1)),
+                      static_cast<float>(std::max(_port->getPixelHeight(), 1)));
+}
+
+void ViewareaBehaviour::followView(const SceneView& view)
+{
+    const osg::Vec2f size = pixels();
+    DrawnView drawn;
+    drawn.cameraToWorld = view.viewpoint;
+    drawn.hasPerspective = !view.orthographic;
+    drawn.pixelSize = view.orthographic ? verticalSize(view, size) / size[1]
+                                        : 2.0F * std::tan(verticalAngle(view, size) * 0.5F) / size[1];
+    scene()->state().followView(drawn);
+}
+
 void ViewareaBehaviour::aimCamera(const SceneView& view, const osg::NodePtr& sceneRoot)
 {
-    const float width = static_cast<float>(std::max(_port->getPixelWidth(), 1));
-    const float height = static_cast<float>(std::max(_port->getPixelHeight(), 1));
+    const osg::Vec2f size = pixels();
     osg::Matrix place = view.viewpoint;
     const DepthRange range = depthRange(view, sceneRoot);
     if (view.orthographic) {
-        // All of the window in space is seen, and its middle is the middle of the viewport.
+        // The middle of the window in space is the middle of the viewport.
         const float* const low = view.fieldOfViewMin;
         const float* const high = view.fieldOfViewMax;
         osg::Matrix aside;
         aside.setTranslate((low[0] + high[0]) * 0.5F, (low[1] + high[1]) * 0.5F, 0.0F);
         place.mult(aside);
-        _parallelCamera->setVerticalSize(std::max(high[1] - low[1], (high[0] - low[0]) * height / width));
+        _parallelCamera->setVerticalSize(verticalSize(view, size));
         _parallelCamera->setNear(range.nearPlane);
         _parallelCamera->setFar(range.farPlane);
         _port->setCamera(osg::CameraPtr(_parallelCamera.get()));
     } else {
-        // The field of view is that of the smaller direction, the camera's that of the height.
-        float vertical = view.fieldOfView;
-        if (width < height)
-            vertical = 2.0F * std::atan(std::tan(vertical * 0.5F) * height / width);
-        _camera->setFov(vertical);
+        _camera->setFov(verticalAngle(view, size));
         _camera->setNear(range.nearPlane);
         _camera->setFar(range.farPlane);
         _port->setCamera(osg::CameraPtr(_camera.get()));

@@ -82,6 +82,8 @@ public:
 
 private:
     void placeViewport();
+    osg::Vec2f pixels() const;
+    void followView(const SceneView& view);
     void aimCamera(const SceneView& view, const osg::NodePtr& sceneRoot);
 
     osg::RefPtr<osg::ViewportPtr> _port;

@@ -45,13 +45,17 @@ public:
     /// follows that core's node.
     const MFNodePtr& getHitPath() const { return _hitPath; }
 
-    /// For cores: the ray in the system of the present node. Points of the ray have the same t there as in
-    /// the world. False when the node is squeezed flat.
+    /// For cores: the ray in the system of the present node, from where hits begin to count. False when the
+    /// node is squeezed flat.
     bool getLocalRay(Pnt3d& origin, Vec3d& direction) const;
-    /// For cores: the t that a hit must stay below.
-    Real64 getNearest() const { return _nearest; }
-    /// For cores: takes a hit that is nearer than all before.
+    /// For cores: the t on the local ray that a hit must stay below.
+    Real64 getNearest() const;
+    /// For cores: takes a hit at a t of the local ray that is nearer than all before.
     void setHit(Real64 t, Int32 triangle, const Vec3f& normal);
+    /// For cores: until taken back, only points of the present node's system with a x + b y + c z + d >= 0
+    /// count.
+    void pushHalfSpace(const Vec4f& plane);
+    void popHalfSpace() { _spans.pop_back(); }
 
 protected:
     IntersectAction() = default;
@@ -62,9 +66,17 @@ private:
     int enter(Node& node, const Matrix& parentToWorld, int parentMark);
     void visit(NodeCore& core);
     bool select(Node& node, std::vector<UInt32>& chosen);
-    void leave(NodeCore&) {}
+    void leave(NodeCore& core);
+
+    /// The part of the line on which hits count.
+    struct Span
+    {
+        Real64 from;
+        Real64 until;
+    };
 
     Line _line;
+    std::vector<Span> _spans;
     Real32 _maxDist = Inf;
     Real64 _nearest = 0;
 

@@ -49,8 +49,9 @@ public:
     /// Takes part in drawing: before and after what is below the node.
     virtual void renderEnter(RenderAction& action);
     virtual void renderLeave(RenderAction& action);
-    /// Takes part in picking.
+    /// Takes part in picking: before and after what is below the node.
     virtual void intersect(IntersectAction& action);
+    virtual void intersectLeave(IntersectAction& action);
 
     /// To be called when the core covers another part of space: the volumes of its nodes are out of date.
     void invalidateVolume();

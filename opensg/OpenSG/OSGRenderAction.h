@@ -8,7 +8,9 @@
 
 namespace osg {
 
+class ClipPlane;
 class DrawList;
+class Fog;
 class FrustumVolume;
 class Geometry;
 class Light;
@@ -49,6 +51,11 @@ public:
     /// For cores: a light that shines on all that is added until it is taken away.
     void pushLight(Light& light);
     void popLight();
+    /// For cores: a fog, or a plane that cuts, for all that is added until it is taken away.
+    void pushFog(const Fog& fog);
+    void popFog();
+    void pushClipPlane(const ClipPlane& plane);
+    void popClipPlane();
     /// For cores: a material that stands in for those of all that is added until it is taken away, if none
     /// does so already; may be null.
     void pushMaterial(const Material* material);

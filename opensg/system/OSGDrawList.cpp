@@ -1,6 +1,7 @@
 #include "OSGDrawList.h"
 
 #include <OpenSG/OSGBlendChunk.h>
+#include <OpenSG/OSGFog.h>
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGLight.h>
 #include <OpenSG/OSGMaterial.h>
@@ -14,7 +15,6 @@ namespace osg {
 
 namespace {
 
-const UInt32 noLight = ~UInt32(0);
 const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
 const UInt16 blendPlace = StateChunk::BLEND * StateChunk::MaxSlots;
 const UInt32 greater = 0x0204; // of the functions of the alpha test
@@ -59,14 +59,16 @@ UInt32 sortableBits(Real32 value)
 void DrawList::clear()
 {
     _lights.clear();
+    _fogs.clear();
+    _planes.clear();
     _items.clear();
     _states.clear();
     _boxes.clear();
     _opaque.clear();
     _transparent.clear();
-    // The outermost scope, without lights.
+    // The outermost scope, where nothing acts.
     _scopes.clear();
-    _scopes.push_back({0, noLight, true, false, {}});
+    _scopes.push_back({0, none, none, none, true});
     _openScopes.assign(1, 0);
     _openMaterials.assign(1, nullptr);
 }
@@ -77,9 +79,26 @@ void DrawList::pushLight(const Light& light, const Matrix& toWorld)
         _openScopes.push_back(_openScopes.back());
         return;
     }
-    _scopes.push_back({_openScopes.back(), static_cast<UInt32>(_lights.size()), false, false, {}});
-    _openScopes.push_back(static_cast<UInt32>(_scopes.size() - 1));
+    openScope(static_cast<UInt32>(_lights.size()), _scopes[_openScopes.back()].fog, none);
     _lights.push_back({&light, toWorld, toWorld, light.getSource() != nullptr, Pnt3f(), light.getRange()});
+}
+
+void DrawList::pushFog(const Fog& fog, const Matrix& toWorld)
+{
+    openScope(none, static_cast<UInt32>(_fogs.size()), none);
+    _fogs.push_back({&fog, toWorld, toWorld});
+}
+
+void DrawList::pushClipPlane(const ClipPlane& plane, const Matrix& toWorld)
+{
+    openScope(none, _scopes[_openScopes.back()].fog, static_cast<UInt32>(_planes.size()));
+    _planes.push_back({&plane, toWorld});
+}
+
+void DrawList::openScope(UInt32 light, UInt32 fog, UInt32 plane)
+{
+    _scopes.push_back({_openScopes.back(), light, fog, plane});
+    _openScopes.push_back(static_cast<UInt32>(_scopes.size() - 1));
 }
 
 void DrawList::placeLights()
@@ -95,6 +114,10 @@ void DrawList::placeLights()
             scale = osgMax(scale, Vec3f(placed.toWorld[c]).length());
         placed.range = osgMin(placed.light->getRange() * scale, Inf);
     }
+    for (PlacedFog& placed : _fogs) {
+        const NodePtr& beacon = placed.fog->getBeacon();
+        placed.toWorld = beacon ? beacon->getToWorld() : placed.pathToWorld;
+    }
 }
 
 void DrawList::pushMaterial(const Material* material)
@@ -105,12 +128,17 @@ void DrawList::pushMaterial(const Material* material)
 
 void DrawList::gather(Scope& scope)
 {
-    for (const Scope* place = &scope; place->light != noLight; place = &_scopes[place->outer]) {
-        scope.lights.push_back(place->light);
-        scope.choose |= _lights[place->light].range < Inf;
+    for (const Scope* place = &scope; place != &_scopes[0]; place = &_scopes[place->outer]) {
+        if (place->light != none) {
+            scope.lights.push_back(place->light);
+            scope.choose |= _lights[place->light].range < Inf;
+        }
+        if (place->plane != none)
+            scope.planes.push_back(place->plane);
     }
     // The outermost first.
     std::reverse(scope.lights.begin(), scope.lights.end());
+    std::reverse(scope.planes.begin(), scope.planes.end());
     scope.choose |= scope.lights.size() > lightLimit;
     scope.gathered = true;
 }

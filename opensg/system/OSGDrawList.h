@@ -8,6 +8,8 @@
 
 namespace osg {
 
+class ClipPlane;
+class Fog;
 class Geometry;
 class Light;
 class Material;
@@ -46,15 +48,34 @@ public:
         Real32 range;
     };
 
-    /// The lights at a place: one more than at the place around it.
+    struct PlacedFog
+    {
+        const Fog* fog;
+        Matrix pathToWorld; ///< of the fog's own node
+        Matrix toWorld;
+    };
+
+    struct PlacedPlane
+    {
+        const ClipPlane* plane;
+        Matrix toWorld;
+    };
+
+    /// What acts on shapes at a place: what does so at the place around it, and a light, a fog or a plane.
     struct Scope
     {
         UInt32 outer;
         UInt32 light;
-        bool gathered;
-        bool choose; ///< not all of the lights may shine on each shape
-        std::vector<UInt32> lights;
+        UInt32 fog; ///< the innermost one
+        UInt32 plane;
+        bool gathered = false;
+        bool choose = false; ///< not all of the lights may shine on each shape
+        std::vector<UInt32> lights = {};
+        std::vector<UInt32> planes = {};
     };
+
+    /// Stands for no light, fog or plane.
+    static constexpr UInt32 none = ~UInt32(0);
 
     struct Order
     {
@@ -69,7 +90,10 @@ public:
     void clear();
 
     void pushLight(const Light& light, const Matrix& toWorld);
-    void popLight() { _openScopes.pop_back(); }
+    void pushFog(const Fog& fog, const Matrix& toWorld);
+    void pushClipPlane(const ClipPlane& plane, const Matrix& toWorld);
+    /// Takes away what was pushed last of the three above.
+    void popScope() { _openScopes.pop_back(); }
     void pushMaterial(const Material* material);
     void popMaterial() { _openMaterials.pop_back(); }
     void add(const Geometry& geometry, const Matrix& toWorld);
@@ -78,7 +102,7 @@ public:
     /// also laid out in that order, with a box for each item.
     void arrange(bool keep);
 
-    /// Puts the lights where their beacons are now.
+    /// Puts lights and fogs where their beacons are now.
     void placeLights();
     /// Orders the transparent items as they are seen, the farthest first.
     void sortTransparent(const Matrix& viewing);
@@ -92,11 +116,14 @@ public:
     const BoxVolume& getBox() const { return _box; }
     const StateEntry* getState(const Item& item) const { return _states.data() + item.firstState; }
     const PlacedLight& getLight(UInt32 index) const { return _lights[index]; }
+    const PlacedFog& getFog(UInt32 index) const { return _fogs[index]; }
+    const PlacedPlane& getPlane(UInt32 index) const { return _planes[index]; }
     const Scope& getScope(const Item& item) const { return _scopes[item.scope]; }
     const std::vector<Order>& getOpaque() const { return _opaque; }
     const std::vector<Order>& getTransparent() const { return _transparent; }
 
 private:
+    void openScope(UInt32 light, UInt32 fog, UInt32 plane);
     void gather(Scope& scope);
     void resolveState(Item& item);
     UInt64 stateKey(const Item& item) const;
@@ -105,6 +132,8 @@ private:
     BoxVolume boxOf(UInt32 item) const { return _boxes.empty() ? computeBox(_items[item]) : _boxes[item]; }
 
     std::vector<PlacedLight> _lights;
+    std::vector<PlacedFog> _fogs;
+    std::vector<PlacedPlane> _planes;
     std::vector<Scope> _scopes;
     std::vector<UInt32> _openScopes;
     std::vector<const Material*> _openMaterials; ///< the last one counts; null for the geometries' own

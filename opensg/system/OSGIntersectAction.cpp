@@ -74,6 +74,7 @@ Action::ResultE IntersectAction::apply(const NodePtr& node)
     }
     // The largest distance counts as a hit still.
     _nearest = std::nextafter(Real64(_maxDist), Real64(Inf) * 2);
+    _spans.assign(1, {0, Real64(Inf) * 2});
     Traversal traversal;
     _traversal = &traversal;
     traversal.run(node, getTravMask(), *this);
@@ -103,13 +104,47 @@ bool IntersectAction::select(Node& node, std::vector<UInt32>& chosen)
     if (node.getNChildren() < ChildTree::fewestChildren || node.getVolume().isStatic() ||
         !getLocalRay(origin, direction))
         return false;
-    node.childTree().collect(origin, direction, _nearest, chosen);
+    node.childTree().collect(origin, direction, getNearest(), chosen);
     return true;
 }
 
 void IntersectAction::visit(NodeCore& core)
 {
     core.intersect(*this);
+}
+
+void IntersectAction::leave(NodeCore& core)
+{
+    core.intersectLeave(*this);
+}
+
+Real64 IntersectAction::getNearest() const
+{
+    const Span& span = _spans.back();
+    return osgMax(0.0, osgMin(_nearest, span.until) - span.from);
+}
+
+void IntersectAction::pushHalfSpace(const Vec4f& plane)
+{
+    Span span = _spans.back();
+    Pnt3d origin;
+    Vec3d direction;
+    if (getLocalRay(origin, direction)) {
+        Real64 height = plane[3];
+        Real64 rise = 0;
+        for (UInt32 i = 0; i < 3; ++i) {
+            height += Real64(plane[i]) * origin[i];
+            rise += Real64(plane[i]) * direction[i];
+        }
+        const Real64 t = span.from - height / rise;
+        if (rise > 0)
+            span.from = osgMax(span.from, t);
+        else if (rise < 0)
+            span.until = osgMin(span.until, t);
+        else if (height < 0)
+            span.until = span.from;
+    }
+    _spans.push_back(span);
 }
 
 bool IntersectAction::getLocalRay(Pnt3d& origin, Vec3d& direction) const
@@ -122,11 +157,14 @@ bool IntersectAction::getLocalRay(Pnt3d& origin, Vec3d& direction) const
         return false;
     toLocal.multMatrixPnt(Pnt3d(_line.getPosition()), origin);
     toLocal.multMatrixVec(Vec3d(_line.getDirection()), direction);
+    for (UInt32 i = 0; i < 3; ++i)
+        origin[i] += direction[i] * _spans.back().from;
     return true;
 }
 
 void IntersectAction::setHit(Real64 t, Int32 triangle, const Vec3f& normal)
 {
+    t += _spans.back().from;
     _nearest = t;
     _hitT = t;
     _hitTriangle = triangle;

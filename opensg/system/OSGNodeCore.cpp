@@ -39,6 +39,10 @@ void NodeCore::intersect(IntersectAction&)
 {
 }
 
+void NodeCore::intersectLeave(IntersectAction&)
+{
+}
+
 void NodeCore::invalidateVolume()
 {
     for (const NodePtr& node : _parents)

@@ -2,6 +2,8 @@
 
 #include "OSGGLObjects.h"
 
+#include <OpenSG/OSGClipPlane.h>
+#include <OpenSG/OSGFog.h>
 #include <OpenSG/OSGFrustumVolume.h>
 #include <OpenSG/OSGLight.h>
 #include <OpenSG/OSGMaterialChunk.h>
@@ -17,7 +19,9 @@ namespace osg {
 namespace {
 
 const Real32 cornerSize = 3;
-const UInt32 noLight = ~UInt32(0);
+const UInt32 noLight = DrawList::none;
+/// Planes that every GL has.
+const std::size_t mostPlanes = 6;
 const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
 
 } // namespace
@@ -54,6 +58,8 @@ void Painter::begin()
     _sets = TexCoordSets();
     _scope = 0;
     std::fill_n(_lights, DrawList::lightLimit, noLight);
+    _fog = DrawList::none;
+    _planes.clear();
     _arrays = VertexArrays();
     _geometry = nullptr;
     _buffers = nullptr;
@@ -91,6 +97,8 @@ void Painter::end()
         if (_lights[i] != noLight)
             glDisable(GL_LIGHT0 + i);
     }
+    setFog(DrawList::none);
+    setPlanes({});
     _arrays.enable(nullptr, TexCoordSets(), 0);
     glDisableClientState(GL_VERTEX_ARRAY);
     glClientActiveTexture(GL_TEXTURE0);
@@ -115,7 +123,7 @@ void Painter::drawItems(const std::vector<DrawList::Order>& order, const Frustum
         }
         const Item& item = _list->getItems()[entry.item];
         if (item.scope != _scope || _list->getScope(item).choose)
-            setLights(item);
+            setScope(item);
         if (!_stateItem || item.firstState != _stateItem->firstState ||
             item.vertexColors != _stateItem->vertexColors)
             setState(item);
@@ -126,9 +134,46 @@ void Painter::drawItems(const std::vector<DrawList::Order>& order, const Frustum
     }
 }
 
-void Painter::setLights(const Item& item)
+void Painter::setScope(const Item& item)
 {
     _scope = item.scope;
+    setLights(item);
+    setFog(_list->getScope(item).fog);
+    setPlanes(_list->getScope(item).planes);
+}
+
+void Painter::setFog(UInt32 fog)
+{
+    if (fog == _fog)
+        return;
+    _fog = fog;
+    const DrawList::PlacedFog* placed = fog == DrawList::none ? nullptr : &_list->getFog(fog);
+    if (placed && placed->fog->activate(placed->toWorld))
+        glEnable(GL_FOG);
+    else
+        glDisable(GL_FOG);
+}
+
+void Painter::setPlanes(const std::vector<UInt32>& planes)
+{
+    if (planes == _planes)
+        return;
+    _planes = planes;
+    for (std::size_t i = 0; i < mostPlanes; ++i) {
+        const DrawList::PlacedPlane* placed = i < planes.size() ? &_list->getPlane(planes[i]) : nullptr;
+        if (!placed || !placed->plane->getOn()) {
+            glDisable(GL_CLIP_PLANE0 + static_cast<GLenum>(i));
+            continue;
+        }
+        Matrix toEye = _action->getViewing();
+        toEye.mult(placed->toWorld);
+        placed->plane->activate(static_cast<UInt32>(i), toEye);
+        glEnable(GL_CLIP_PLANE0 + static_cast<GLenum>(i));
+    }
+}
+
+void Painter::setLights(const Item& item)
+{
     const std::vector<UInt32>* wanted = &_list->getScope(item).lights;
     if (_list->getScope(item).choose) {
         _chosen.clear();

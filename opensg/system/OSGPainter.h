@@ -25,7 +25,10 @@ private:
     void begin();
     void end();
     void drawItems(const std::vector<DrawList::Order>& order, const FrustumVolume* frustum);
+    void setScope(const Item& item);
     void setLights(const Item& item);
+    void setFog(UInt32 fog);
+    void setPlanes(const std::vector<UInt32>& planes);
     void setState(const Item& item);
     void clearState();
     void setTextured(bool textured);
@@ -48,6 +51,8 @@ private:
     UInt32 _scope = 0;
     UInt32 _lights[DrawList::lightLimit] = {};
     std::vector<UInt32> _chosen;
+    UInt32 _fog = DrawList::none;
+    std::vector<UInt32> _planes;
     VertexArrays _arrays;
     const Geometry* _geometry = nullptr;
     const GLGeometry* _buffers = nullptr;

@@ -167,7 +167,27 @@ void RenderAction::pushLight(Light& light)
 
 void RenderAction::popLight()
 {
-    _target->popLight();
+    _target->popScope();
+}
+
+void RenderAction::pushFog(const Fog& fog)
+{
+    _target->pushFog(fog, getToWorld());
+}
+
+void RenderAction::popFog()
+{
+    _target->popScope();
+}
+
+void RenderAction::pushClipPlane(const ClipPlane& plane)
+{
+    _target->pushClipPlane(plane, getToWorld());
+}
+
+void RenderAction::popClipPlane()
+{
+    _target->popScope();
 }
 
 void RenderAction::pushMaterial(const Material* material)
