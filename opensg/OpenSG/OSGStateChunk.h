@@ -25,7 +25,8 @@ public:
         BLEND,
         POLYGON,
         LINE,
-        POINT
+        POINT,
+        PROGRAM
     };
 
     /// A material has at most this many chunks of a class that has slots, such as one per texture unit.

@@ -118,6 +118,10 @@ public:
     void activate(RenderActionBase& action, UInt32 slot) override;
     void deactivate(RenderActionBase& action, UInt32 slot) override;
 
+    /// Puts the texture into a unit without having fixed drawing use it. Answers its kind, such as
+    /// GL_TEXTURE_2D; 0 when there is nothing to show, and the unit stays as it is.
+    UInt32 bind(RenderActionBase& action, UInt32 unit);
+
 protected:
     TextureChunk() = default;
     ~TextureChunk() override;

@@ -111,6 +111,9 @@ void GLObjects::readLimits()
     if (epoxy_has_gl_extension("GL_EXT_texture_filter_anisotropic"))
         glGetFloatv(GL_MAX_TEXTURE_MAX_ANISOTROPY_EXT, &_limits.anisotropy);
     _limits.combineModulateAdd = epoxy_has_gl_extension("GL_ATI_texture_env_combine3");
+    _limits.programs = epoxy_gl_version() >= 20;
+    if (_limits.programs)
+        glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS, &_limits.imageUnits);
     _limits.generateMipmap = epoxy_gl_version() >= 30 || epoxy_has_gl_extension("GL_ARB_framebuffer_object");
 }
 

@@ -26,6 +26,8 @@ struct GLLimits
     Real32 anisotropy = 1;
     bool generateMipmap = false;
     bool combineModulateAdd = false;
+    bool programs = false; ///< and the images that these reach
+    Int32 imageUnits = 1;
 };
 
 /// The GL objects of one window, by the slots of the containers that they are made for. Objects whose slot

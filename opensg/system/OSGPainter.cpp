@@ -239,6 +239,10 @@ void Painter::setState(const Item& item)
         old->chunk->deactivate(*_action, old->place % StateChunk::MaxSlots);
     setTextured(sets.textured != 0);
     _sets = sets;
+    // Programs find the colour of vertices without one in the same variable.
+    const bool isProgrammed = (nextEnd - 1)->place / StateChunk::MaxSlots == StateChunk::PROGRAM;
+    if (isProgrammed && !item.vertexColors)
+        glColor4fv(static_cast<const MaterialChunk*>(next->chunk)->getDiffuse().getValuesRGBA());
     _state.clear();
     std::copy_if(next, nextEnd, std::back_inserter(_state), [this](const DrawList::StateEntry& entry) {
         return entry.place % StateChunk::MaxSlots < _unitCount;

@@ -174,20 +174,27 @@ void TextureChunk::applyEnv(const GLLimits& limits) const
     glTexEnvf(GL_TEXTURE_ENV, GL_ALPHA_SCALE, _combine.alphaScale);
 }
 
-void TextureChunk::activate(RenderActionBase& action, UInt32 slot)
+UInt32 TextureChunk::bind(RenderActionBase& action, UInt32 unit)
 {
     GLObjects& objects = action.getWindow()->getGLObjects();
-    glActiveTexture(GL_TEXTURE0 + slot);
+    glActiveTexture(GL_TEXTURE0 + unit);
     const GLTexture& texture = objects.get<GLTexture>(_glSlot, [&](auto old) {
         auto made = old ? std::move(old) : std::make_unique<GLTexture>();
         made->build(*this, objects.getLimits());
         return made;
     });
-    if (!texture.getTarget())
+    if (texture.getTarget())
+        texture.bind();
+    return texture.getTarget();
+}
+
+void TextureChunk::activate(RenderActionBase& action, UInt32 slot)
+{
+    const UInt32 target = bind(action, slot);
+    if (!target)
         return;
-    texture.bind();
-    glEnable(texture.getTarget());
-    applyEnv(objects.getLimits());
+    glEnable(target);
+    applyEnv(action.getWindow()->getGLObjects().getLimits());
 }
 
 void TextureChunk::deactivate(RenderActionBase&, UInt32 slot)

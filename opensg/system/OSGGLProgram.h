@@ -1,0 +1,46 @@
+#pragma once
+
+#include "OSGGLObjects.h"
+
+#include <OpenSG/OSGSHLChunk.h>
+
+namespace osg {
+
+/// A program in a GL context, and what its uniforms were set to last.
+class GLProgram : public GLObject
+{
+public:
+    /// Compiles and links, and tells the program how it went.
+    void build(SHLProgram& program, const GLLimits& limits);
+    void free() override;
+
+    bool isGood() const { return _name != 0; }
+
+    /// Has GL draw by the program, with the values of a chunk. Only values that differ from what was set
+    /// last are sent.
+    void use(const SHLChunk& chunk, RenderActionBase& action, const GLLimits& limits);
+
+private:
+    struct Variable
+    {
+        SHLProgram::Uniform uniform;
+        Int32 location;
+        std::vector<UInt8> sent; ///< empty before anything was sent
+    };
+
+    bool compile(UInt32 stage, const std::string& text, std::string& log);
+    bool link(std::string& log);
+    void findVariables();
+    void sendValues(const SHLChunk& chunk);
+    void sendSamplers(const SHLChunk& chunk, RenderActionBase& action, const GLLimits& limits);
+    static void sendReals(Variable& variable, const SHLChunk::Value& value);
+    static void sendIntegers(Variable& variable, const std::vector<Int32>& values, UInt32 components);
+
+    UInt32 _name = 0;
+    std::vector<Variable> _variables;
+    UInt32 _sentChunk = 0; ///< whose values were sent last
+    UInt64 _sentStamp = 0;
+    bool _toldOfUnits = false;
+};
+
+} // namespace osg
