@@ -26,7 +26,10 @@ Field* addPart(Node& node, std::string_view name, NodePartDataType dataType, Nod
     part.desc->name = name;
     part.desc->dataType = dataType;
     part.desc->partType = partType;
-    part.desc->_data->behaviour = node.type()->data()->behaviour;
+    // Of the nodes of unknown types few have a behaviour, and that takes no events by name.
+    const TypeBehaviour* const behaviour = node.type()->data()->behaviour;
+    if (behaviour != &behaviourOf(anyUnknownType))
+        part.desc->_data->behaviour = behaviour;
     part.field = makeField(node, *part.desc);
     part.desc->defaultValue = part.field->valueToString();
     std::vector<AddedPart>& parts = node.data()->makeExtras().parts;

@@ -167,6 +167,7 @@ NodeType* unknownType(std::string_view name)
     NodeType* type = new NodeType("");
     types.emplace(name, type);
     type->name = name;
+    type->data()->behaviour = &behaviourOf(anyUnknownType);
     return type;
 }
 

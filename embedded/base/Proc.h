@@ -89,8 +89,11 @@ private:
     std::uint32_t _settleRequested : 1; ///< the end of the run of events is waited for
 };
 
-/// Makes the behaviour of a node of one type.
+/// Makes the behaviour of a node of one type; null when the node is to have none.
 using ProcFactory = Proc* (*)(Node& node);
+
+/// In place of a type's name: all types that the catalogue does not have.
+constexpr const char* anyUnknownType = "*";
 
 /// Registers the behaviour of the type called \a typeName. Pools do so when they are loaded, one line a type:
 /// `static const ProcRegistration box("Box", makeProc<BoxProc>);`

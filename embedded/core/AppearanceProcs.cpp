@@ -1,6 +1,8 @@
 #include "core/AppearanceProcs.h"
 #include "core/Part.h"
+#include "core/ShaderProc.h"
 #include "core/UsableValues.h"
+#include <Orvane/MFNode.h>
 #include <Orvane/SFFloat.h>
 #include <Orvane/SFString.h>
 #include <algorithm>
@@ -16,6 +18,7 @@ const Part fillPropertiesPart("fillProperties");
 const Part linePropertiesPart("lineProperties");
 const Part materialPart("material");
 const Part pointPropertiesPart("pointProperties");
+const Part shadersPart("shaders");
 const Part texturePart("texture");
 const Part textureTransformPart("textureTransform");
 
@@ -104,6 +107,12 @@ osg::ImagePtr TextureProc::image()
     return surface.textures.empty() ? osg::ImagePtr() : osg::ImagePtr(surface.textures.front().image.get());
 }
 
+AppearanceProc::~AppearanceProc()
+{
+    if (_shading)
+        selectShader(nullptr);
+}
+
 void AppearanceProc::describe(Surface& surface, const std::vector<TexChannel>& channels)
 {
     auto* const material = elementOf<MaterialProc>(materialPart.readNode(node()));
@@ -114,6 +123,43 @@ void AppearanceProc::describe(Surface& surface, const std::vector<TexChannel>& c
     describeAlpha(surface);
     if (surface.kind == Surface::FACES)
         describeTextures(surface, material, channels);
+    describeShader(surface);
+}
+
+void AppearanceProc::describeShader(Surface& surface)
+{
+    const auto& shaders = shadersPart.read<MFNode>(node());
+    if (shaders.size() == 0) {
+        if (_shading)
+            selectShader(nullptr);
+        _shading.reset();
+        return;
+    }
+    if (!_shading)
+        _shading = std::make_unique<Shading>();
+    _shading->shaders.resize(shaders.size());
+    ShaderProc* selected = nullptr;
+    for (unsigned int i = 0; i < shaders.size(); ++i) {
+        auto* const shader = elementOf<ShaderProc>(shaders.elem(static_cast<int>(i)).directNode());
+        _shading->shaders[i].set(*this, shader);
+        if (shader && !selected && shader->isUsable())
+            selected = shader;
+    }
+    selectShader(selected);
+    if (selected)
+        surface.program = osg::StateChunkPtr(selected->chunk());
+}
+
+void AppearanceProc::selectShader(ShaderProc* shader)
+{
+    auto* const last = static_cast<ShaderProc*>(_shading->selected.element());
+    if (last == shader)
+        return;
+    if (last)
+        last->deselect();
+    if (shader)
+        shader->select();
+    _shading->selected.set(*this, shader);
 }
 
 bool AppearanceProc::describeOverlay(Surface& surface)

@@ -11,6 +11,8 @@
 
 namespace Orvane {
 
+class ShaderProc;
+
 /// Coordinates of a geometry, by the name that textures know them by.
 struct TexChannel
 {
@@ -86,6 +88,7 @@ class ORVANE_API AppearanceProc : public DescriptionProc
 {
 public:
     using DescriptionProc::DescriptionProc;
+    ~AppearanceProc() override;
 
     /// Fills a surface of which the kind, `solid` and the vertex colours are known. \a channels are the
     /// coordinates that the geometry has for textures.
@@ -109,14 +112,24 @@ private:
         Use point;
     };
 
+    /// The shaders, of which the first usable one draws.
+    struct Shading
+    {
+        std::vector<Use> shaders;
+        Use selected;
+    };
+
     void describeAlpha(Surface& surface);
     void describeBack(Surface& surface);
     void describeLooks(Surface& surface);
+    void describeShader(Surface& surface);
     void describeTextures(Surface& surface, MaterialProc* material, const std::vector<TexChannel>& channels);
+    void selectShader(ShaderProc* shader);
 
     Use _material;
     std::unique_ptr<Texturing> _texturing;
     std::unique_ptr<Looks> _looks;
+    std::unique_ptr<Shading> _shading;
 };
 
 } // namespace Orvane

@@ -3,6 +3,7 @@
 #include "core/GeometryProc.h"
 #include "core/Part.h"
 #include <OpenSG/OSGGroup.h>
+#include <Orvane/MFNode.h>
 #include <Orvane/SFBool.h>
 #include <algorithm>
 
@@ -11,6 +12,7 @@ namespace Orvane {
 namespace {
 
 const Part appearancePart("appearance");
+const Part attribPart("attrib");
 const Part geometryPart("geometry");
 const Part visiblePart("visible");
 
@@ -61,8 +63,11 @@ void ShapeProc::update()
     const auto takesCoordinates = [](const SurfaceTexture& texture) {
         return texture.coordinates == SurfaceTexture::GIVEN;
     };
-    if (std::any_of(surface.textures.begin(), surface.textures.end(), takesCoordinates))
+    if (surface.program || std::any_of(surface.textures.begin(), surface.textures.end(), takesCoordinates))
         geometry->needTexCoords();
+    const Node& shown = geometry->node();
+    if (surface.program && attribPart.isIn(shown) && attribPart.read<MFNode>(shown).size() > 0)
+        complain("geometry", "the values of \"attrib\" do not reach shaders");
     show(surface, hasOverlay ? &overlay : nullptr, core);
 }
 

@@ -74,6 +74,8 @@ struct ORVANE_API Surface : SurfaceColors
 
     std::vector<SurfaceTexture> textures; ///< by texture unit
 
+    osg::RefPtr<osg::StateChunkPtr> program; ///< draws in place of the fixed steps; null when there is none
+
     bool operator==(const Surface& other) const;
     std::size_t hash() const;
 };

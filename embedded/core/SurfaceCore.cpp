@@ -242,6 +242,8 @@ std::shared_ptr<SurfaceCore> surfaceCore(const Surface& surface)
             addLineLook(*material, surface);
         if (surface.kind == Surface::POINTS && surface.pointLook)
             addPointLook(*material, *surface.pointLook);
+        if (surface.program)
+            material->addChunk(surface.program.get());
         const osg::MaterialGroupPtr group = osg::MaterialGroup::create();
         group->setMaterial(material);
         result->core = osg::NodeCorePtr(group);

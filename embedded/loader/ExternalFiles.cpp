@@ -30,7 +30,10 @@ bool holdsContent(std::string_view address)
     for (const std::string_view scheme : schemes)
         if (address.substr(begin, scheme.size()) == scheme)
             return true;
-    return address.find('\n') != std::string_view::npos;
+    // Code on one line has both of these; names of files do not.
+    const bool isCode =
+        address.find('(') != std::string_view::npos && address.find('{') != std::string_view::npos;
+    return isCode || address.find('\n') != std::string_view::npos;
 }
 
 bool namesFiles(const Node& node, const NodePartDesc& desc)

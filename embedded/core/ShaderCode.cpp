@@ -1,0 +1,130 @@
+#include "core/ShaderCode.h"
+#include "base/ValueOrigin.h"
+#include "base/ValueText.h"
+#include "core/SceneFiles.h"
+#include <Orvane/MFString.h>
+#include <Orvane/Node.h>
+#include <Orvane/SFString.h>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+namespace Orvane {
+
+namespace {
+
+/// No compiler is made for more.
+constexpr std::size_t largestText = std::size_t(1024) * 1024;
+
+/// No name of a file is longer.
+constexpr std::size_t longestAddress = 4096;
+
+bool readFile(const std::string& path, std::string& text, std::string& fault)
+{
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    const std::streamoff size = file ? static_cast<std::streamoff>(file.tellg()) : -1;
+    if (size < 0 || size > static_cast<std::streamoff>(largestText)) {
+        fault = size < 0 ? "cannot be read" : "is larger than 1 MB";
+        return false;
+    }
+    file.seekg(0);
+    text.assign(std::istreambuf_iterator<char>(file), {});
+    if (text.find('\0') != std::string::npos) {
+        fault = "is no text";
+        return false;
+    }
+    return true;
+}
+
+/// True when the value of an address list is code, which then is in \a text.
+bool takeInline(const std::string& value, std::string& text, std::string& fault)
+{
+    const std::size_t begin = value.find_first_not_of(" \t\r\n");
+    if (begin != std::string::npos && value.compare(begin, 5, "data:") == 0) {
+        std::string mimeType;
+        std::vector<std::uint8_t> data;
+        if (!readDataAddress(value.substr(begin), mimeType, data)) {
+            fault = "holds no sound data";
+            return false;
+        }
+        text.assign(data.begin(), data.end());
+    } else if (value.find_first_of("\n{;#") != std::string::npos) {
+        text = value;
+    } else {
+        fault = "is neither a readable local file nor GLSL";
+        return false;
+    }
+    if (text.size() > largestText)
+        fault = "is larger than 1 MB";
+    else if (text.find('\0') != std::string::npos)
+        fault = "is no text";
+    else
+        return true;
+    return false;
+}
+
+std::string shortened(const std::string& value)
+{
+    constexpr std::size_t longest = 60;
+    const std::string line = value.substr(0, value.find_first_of("\r\n"));
+    return line.size() <= longest && line.size() == value.size() ? line : line.substr(0, longest) + "...";
+}
+
+/// The values of a list. A node of an unknown type has it as it was written, when its file does not say what
+/// it is.
+std::vector<std::string> valuesOf(const Field& addresses)
+{
+    std::vector<std::string> values;
+    if (const auto* list = dynamic_cast<const MFString*>(&addresses)) {
+        for (int i = 0; i < static_cast<int>(list->size()); ++i)
+            values.push_back((*list)[i]);
+        return values;
+    }
+    const std::string& written = static_cast<const SFString&>(addresses).value();
+    const std::size_t begin = written.find_first_not_of(" \t\r\n");
+    if (begin == std::string::npos)
+        return values;
+    if (written[begin] != '[' && written[begin] != '"')
+        return {written};
+    text::Reader reader(written);
+    reader.openList();
+    std::string value;
+    while (!reader.atEnd() && reader.read(value))
+        values.push_back(value);
+    return values;
+}
+
+} // namespace
+
+Field* shaderCodeField(const Node& node)
+{
+    auto* const url = dynamic_cast<MFString*>(node.findField("url", Node::EXACT_FSO));
+    if (url && url->size() > 0)
+        return url;
+    Field* const shaderUrl = node.findField("shaderUrl", Node::EXACT_FSO);
+    const bool isList =
+        shaderUrl && (shaderUrl->dataType() == MFSTRING_DT || shaderUrl->dataType() == SFSTRING_DT);
+    return isList ? shaderUrl : url;
+}
+
+ShaderCode findShaderCode(Field& addresses)
+{
+    ShaderCode code;
+    for (const std::string& value : valuesOf(addresses)) {
+        std::string fault;
+        const bool mayBeFile = value.size() < longestAddress && value.find('\n') == std::string::npos &&
+                               value.compare(0, 5, "data:") != 0;
+        const std::string file = mayBeFile ? localFileOf(valueOrigin(addresses), value) : std::string();
+        if (file.empty() ? takeInline(value, code.text, fault) : readFile(file, code.text, fault)) {
+            code.file = file;
+            code.isFound = true;
+            code.fault.clear();
+            return code;
+        }
+        code.fault += (code.fault.empty() ? "\"" : ", \"") + shortened(value) + "\" " + fault;
+    }
+    code.text.clear();
+    return code;
+}
+
+} // namespace Orvane
