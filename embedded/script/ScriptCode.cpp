@@ -35,6 +35,12 @@ std::string_view withoutBlanks(std::string_view text)
     return begin == std::string_view::npos ? std::string_view() : text.substr(begin);
 }
 
+/// Editors end the last line, that of a file's name too.
+std::string_view withoutLineEnd(std::string_view text)
+{
+    return text.substr(0, text.find_last_not_of("\r\n") + 1);
+}
+
 /// Line ends in front of the code, so that its lines are numbered from the first of the whole text.
 std::string lineEnds(std::string_view text)
 {
@@ -60,7 +66,7 @@ bool takeInline(std::string_view value, std::string& code)
         code.assign(data.begin(), data.end());
         return true;
     }
-    if (text.find('\n') == std::string_view::npos)
+    if (withoutLineEnd(value).find('\n') == std::string_view::npos)
         return false;
     code = value;
     return true;
@@ -102,7 +108,7 @@ ScriptCode findScriptCode(const Node& script)
             code.isFound = true;
             break;
         }
-        const LocalFile file = findLocalFile(base, value);
+        const LocalFile file = findLocalFile(base, std::string(withoutLineEnd(value)));
         std::string reason = "is no readable local file";
         if (!file.path.empty() && readFile(file.path, code.text, reason)) {
             // What a file says in front of its code is none.
@@ -110,6 +116,11 @@ ScriptCode findScriptCode(const Node& script)
             if (!takeInline(whole, code.text))
                 code.text = whole;
             code.file = file.path;
+            code.isFound = true;
+            break;
+        }
+        if (value.find('\n') != std::string::npos) {
+            code.text = value; // a line of code alone
             code.isFound = true;
             break;
         }

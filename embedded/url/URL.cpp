@@ -176,6 +176,12 @@ bool URL::isLocalFile() const
     return _scheme == "file" && (_authority.empty() || _authority == "localhost");
 }
 
+/// True for an address such as "file:b.x3d", which means a file beside the one that it stands in.
+bool URL::isRelativeFile() const
+{
+    return _scheme == "file" && !_hasAuthority && !_path.empty() && _path[0] != '/';
+}
+
 std::string URL::localFile() const
 {
     return isLocalFile() ? unescaped(_path) : std::string();
@@ -184,6 +190,10 @@ std::string URL::localFile() const
 URL URL::resolved(const URL& reference) const
 {
     URL target(reference);
+    if (isLocalFile() && reference.isRelativeFile()) {
+        target._scheme.clear();
+        return resolved(target);
+    }
     if (!reference._scheme.empty()) {
         // What does not begin with a slash is no path but data or source code.
         if (reference._path.compare(0, 1, "/") == 0)

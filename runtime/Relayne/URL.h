@@ -38,10 +38,13 @@ public:
     /// Name of the file that a local address means, with percent escapes undone; empty when it is not local.
     std::string localFile() const;
 
-    /// The address that \a reference means when it stands in a file at this address.
+    /// The address that \a reference means when it stands in a file at this address. In a local file
+    /// "file:b.x3d" means the same as "b.x3d".
     URL resolved(const URL& reference) const;
 
 private:
+    bool isRelativeFile() const;
+
     std::string _scheme;
     std::string _authority;
     std::string _path;

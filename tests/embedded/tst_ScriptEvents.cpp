@@ -29,6 +29,7 @@ private slots:
     void urlMayBeginWith_data();
     void urlMayBeginWith();
     void firstUsableValueOfTheUrlCounts();
+    void fileIsReadBesideTheScene_data();
     void fileIsReadBesideTheScene();
     void writingTheUrlRunsTheNewCode();
     void writingTheUrlReadsTheFileAgain();
@@ -202,6 +203,7 @@ void tst_ScriptEvents::urlMayBeginWith_data()
     QTest::newRow("data") << QByteArray("data:application/javascript,print('here')");
     QTest::newRow("data with escapes") << QByteArray("data:text/ecmascript,print(%27here%27)");
     QTest::newRow("lines of code alone") << QByteArray("var a = 1;\nprint('here')");
+    QTest::newRow("ended line of code alone") << QByteArray("print('here')\n");
 }
 
 void tst_ScriptEvents::urlMayBeginWith()
@@ -226,14 +228,24 @@ void tst_ScriptEvents::firstUsableValueOfTheUrlCounts()
     QVERIFY2(log[0].contains("Script \"S\""), log[0].constData());
 }
 
+void tst_ScriptEvents::fileIsReadBesideTheScene_data()
+{
+    QTest::addColumn<QByteArray>("url");
+    QTest::newRow("name") << QByteArray("code äé.js");
+    QTest::newRow("name with its line ended") << QByteArray("code äé.js\n");
+    QTest::newRow("scheme") << QByteArray("file:code äé.js");
+    QTest::newRow("scheme and folder") << QByteArray("file:./none/../code%20äé.js");
+}
+
 void tst_ScriptEvents::fileIsReadBesideTheScene()
 {
+    QFETCH(QByteArray, url);
     QTemporaryDir folder;
     QFile file(folder.filePath(QStringLiteral("code äé.js")));
     QVERIFY(file.open(QFile::WriteOnly));
     file.write("\xEF\xBB\xBF// code\r\nfunction initialize() {\r\n print('from a file');\r\n}\r\n");
     file.close();
-    ScriptWorld world("DEF S Script { url \"code äé.js\" }",
+    ScriptWorld world("DEF S Script { url \"" + url.toStdString() + "\" }",
                       folder.filePath(QStringLiteral("scene.x3dv")).toStdString());
     QCOMPARE(world.log(), Lines({"from a file"}));
 }

@@ -108,7 +108,13 @@ void tst_URL::resolves_data()
                                   {"http://h", "b.png", "http://h/b.png"},
                                   {"a/x.x3d", "..//b", "b"},
                                   {"s/a.x3d", "data:text/plain,a/./b/../c", "data:text/plain,a/./b/../c"},
-                                  {"s/a.x3d", "http://h/a/../b", "http://h/b"}};
+                                  {"s/a.x3d", "http://h/a/../b", "http://h/b"},
+                                  {"s/a.x3d", "file:b c.js", "s/b c.js"},
+                                  {"file:///s/a.x3d", "FILE:../b.js#c", "file:///b.js#c"},
+                                  {"s/a.x3d", "file:/b.js", "file:/b.js"},
+                                  {"s/a.x3d", "file://h/../b.js", "file://h/b.js"},
+                                  {"s/a.x3d", "file:", "file:"},
+                                  {"http://h/s/a.x3d", "file:b.js", "file:b.js"}};
     for (const auto& row : own)
         QTest::addRow("%s + %s", row[0], row[1]) << row[0] << row[1] << row[2];
 }
