@@ -29,6 +29,9 @@ bool readFile(const std::string& path, std::string& text, std::string& fault)
     }
     file.seekg(0);
     text.assign(std::istreambuf_iterator<char>(file), {});
+    static const std::string mark = "\xEF\xBB\xBF";
+    if (text.compare(0, mark.size(), mark) == 0)
+        text.erase(0, mark.size());
     if (text.find('\0') != std::string::npos) {
         fault = "is no text";
         return false;

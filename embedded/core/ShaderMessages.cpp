@@ -113,6 +113,8 @@ void ShaderMessages::say(LoadMessage message)
         ORVANE_LOG(osg::LOG_WARNING, "%s: %s\n",
                    message.severity == LoadMessage::ERROR_LM ? "ERROR" : "WARNING", key.c_str());
     ++_reported;
+    if (_said.size() == mostReported)
+        _said.clear();
     _said.push_back(std::move(key));
 }
 

@@ -205,8 +205,11 @@ void ShaderProc::collectUniforms(const std::vector<ShaderTextProc*>& parts, Shar
         }
     }
     _textures.end();
-    for (const auto& entry : values)
-        key.uniforms.push_back(entry.first);
+    // Samplers are set anew whenever the program is used.
+    for (const auto& entry : values) {
+        if (entry.second.textures.empty())
+            key.uniforms.push_back(entry.first);
+    }
     _chunk->setValues(std::move(values));
 }
 

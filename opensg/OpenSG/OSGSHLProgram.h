@@ -67,8 +67,7 @@ public:
     /// The variables of a good program.
     const std::vector<Uniform>& getUniforms() const { return _uniforms; }
 
-    /// Is called within a frame when a window has tried the program and it came out otherwise than before.
-    /// Null for none.
+    /// Is called within a frame each time that a window has tried the program. Null for none.
     void setListener(std::function<void()> listener) { _listener = std::move(listener); }
 
     const GLSlot& getGLSlot() const { return _glSlot; }

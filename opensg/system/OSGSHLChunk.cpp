@@ -92,11 +92,10 @@ void SHLProgram::setSources(std::vector<Source> sources)
 
 void SHLProgram::setOutcome(Status status, std::vector<Message> messages, std::vector<Uniform> uniforms)
 {
-    const bool isNew = status != _status;
     _status = status;
     _messages = std::move(messages);
     _uniforms = std::move(uniforms);
-    if (isNew && _listener)
+    if (_listener)
         _listener();
 }
 
