@@ -89,6 +89,9 @@ void findCoordinates(Surface& surface, std::size_t first, const std::string& map
             texture.transform = transform->matrixFor(texture.coordSet, mapping);
         if (channels.empty()) {
             texture.coordSet = 0;
+            // Flat coordinates lead nowhere in a cube: it is mirrored.
+            if (texture.image->getSideCount() == 6)
+                texture.coordinates = SurfaceTexture::CAMERA_REFLECTION;
             continue;
         }
         if (named != channels.end())

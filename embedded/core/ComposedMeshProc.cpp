@@ -1,5 +1,6 @@
 #include "core/ComposedMeshProc.h"
 #include "core/Part.h"
+#include "core/TexCoordProcs.h"
 #include <Orvane/MFColor.h>
 #include <Orvane/MFColorRGBA.h>
 #include <Orvane/MFInt32.h>
@@ -25,7 +26,6 @@ const ProcRegistration colorRGBA("ColorRGBA", makeProc<DescriptionProc>);
 const ProcRegistration coordinate("Coordinate", makeProc<DescriptionProc>);
 const ProcRegistration coordinateDouble("CoordinateDouble", makeProc<DescriptionProc>);
 const ProcRegistration normal("Normal", makeProc<DescriptionProc>);
-const ProcRegistration textureCoordinate("TextureCoordinate", makeProc<DescriptionProc>);
 
 /// The field that the event "set_x" of a geometry writes: "x", which sends no event of its own.
 Field* targetOf(const Field& event)
@@ -57,6 +57,18 @@ const std::vector<osg::Vec3f>& pointsOf(Node* coord, std::vector<osg::Vec3f>& co
     return converted;
 }
 
+ComposedMeshProc::ComposedMeshProc(Node& node)
+    : MeshProc(node)
+{
+}
+
+ComposedMeshProc::~ComposedMeshProc() = default;
+
+const std::vector<TexChannel>& ComposedMeshProc::texChannels() const
+{
+    return _texCoordSets ? _texCoordSets->channels() : MeshProc::texChannels();
+}
+
 void ComposedMeshProc::fieldChanged(Field& field, double time)
 {
     if (Field* const target = targetOf(field)) {
@@ -80,7 +92,16 @@ void ComposedMeshProc::update()
 
     std::vector<osg::Vec3f> converted;
     MeshFaults faults(listName());
+    auto* const texCoords = procAs<TexCoordProc>(_texCoordNode);
+    if (!texCoords || !TexCoordSets::areNeeded(*texCoords))
+        _texCoordSets.reset();
+    else if (!_texCoordSets)
+        _texCoordSets = std::make_unique<TexCoordSets>();
+    if (_texCoordSets)
+        _texCoordSets->read(*texCoords);
     MeshData mesh = build(pointsOf(coordNode, converted), faults);
+    if (_texCoordSets)
+        _texCoordSets->complete(mesh);
     MeshAttribute<osg::Color3f> rgb;
     MeshAttribute<osg::Color4f> rgba;
     bindColors(rgb, rgba);
@@ -105,7 +126,9 @@ void ComposedMeshProc::bindValues(MeshSource& source) const
     bindColors(source.colors, source.colorsRGBA);
     if (_normalNode && vectorPart.isIn(*_normalNode))
         source.normals.values = &vectorPart.read<MFVec3f>(*_normalNode).values();
-    if (_texCoordNode && pointPart.isIn(*_texCoordNode)) {
+    if (_texCoordSets)
+        source.texCoordSets = &_texCoordSets->views();
+    else if (_texCoordNode && pointPart.isIn(*_texCoordNode)) {
         const Field& field = readField(*_texCoordNode, pointPart.in(*_texCoordNode));
         if (field.dataType() == MFVEC2F_DT)
             source.texCoords.values = &static_cast<const MFVec2f&>(field).values();

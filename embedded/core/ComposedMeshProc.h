@@ -4,9 +4,12 @@
 #include "core/MeshBuilder.h"
 #include <OpenSG/OSGVector.h>
 #include <Orvane/Export.h>
+#include <memory>
 #include <vector>
 
 namespace Orvane {
+
+class TexCoordSets;
 
 /// The points of a `Coordinate` or `CoordinateDouble` node; empty for any other node and for null. Points in
 /// double precision are converted into \a converted, else the result is the field's own list.
@@ -16,8 +19,10 @@ ORVANE_API const std::vector<osg::Vec3f>& pointsOf(Node* coord, std::vector<osg:
 class ORVANE_API ComposedMeshProc : public MeshProc
 {
 public:
-    using MeshProc::MeshProc;
+    explicit ComposedMeshProc(Node& node);
+    ~ComposedMeshProc() override;
 
+    const std::vector<TexChannel>& texChannels() const override;
     void fieldChanged(Field& field, double time) override;
     void update() override;
 
@@ -38,7 +43,8 @@ private:
     Use _coord;
     Use _normal;
     Use _texCoord;
-    Node* _colorNode = nullptr; ///< good during an update only, like the two below
+    std::unique_ptr<TexCoordSets> _texCoordSets; ///< null when one plain list serves
+    Node* _colorNode = nullptr;                  ///< good during an update only, like the two below
     Node* _normalNode = nullptr;
     Node* _texCoordNode = nullptr;
 };

@@ -55,7 +55,7 @@ protected:
         bindValues(source);
         source.colors.perVertex = source.colorsRGBA.perVertex = flag(colorPerVertexPart);
         source.normals.perVertex = flag(normalPerVertexPart);
-        if (!source.texCoords.isGiven())
+        if (!source.texCoords.isGiven() && !source.texCoordSets)
             source.texCoords.values = &texCoords;
         return buildMesh(source, faults);
     }

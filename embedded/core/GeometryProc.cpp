@@ -9,6 +9,27 @@ namespace {
 /// Vertices of one drawing call; OpenGL counts them in 32 bits.
 constexpr std::size_t MaxVertices = std::numeric_limits<osg::UInt32>::max() / 2;
 
+void setTexCoords(const osg::GeometryPtr& geometry, MeshData&& mesh)
+{
+    const auto made = [](unsigned int dimension, std::vector<float>&& values) {
+        osg::GeoTexCoordsPtr texCoords;
+        if (!values.empty()) {
+            texCoords = osg::GeoTexCoords::create(dimension);
+            texCoords->editField() = std::move(values);
+        }
+        return texCoords;
+    };
+    const std::size_t sets = mesh.texCoordSets.size();
+    geometry->setTexCoords(sets > 0
+                               ? made(mesh.texCoordSets[0].dimension, std::move(mesh.texCoordSets[0].values))
+                               : made(2, std::move(mesh.texCoords)));
+    for (osg::UInt32 i = 1; i < osg::Geometry::MaxTexCoords; ++i)
+        geometry->setTexCoords(
+            i < sets ? made(mesh.texCoordSets[i].dimension, std::move(mesh.texCoordSets[i].values))
+                     : osg::GeoTexCoordsPtr(),
+            i);
+}
+
 } // namespace
 
 osg::GeometryPtr makeGeometry()
@@ -43,12 +64,7 @@ void setMesh(const osg::GeometryPtr& geometry, MeshData&& mesh, Surface::Kind ki
         colors->setHasAlpha(hasAlpha);
     }
     geometry->setColors(colors);
-    osg::GeoTexCoordsPtr texCoords;
-    if (!mesh.texCoords.empty()) {
-        texCoords = osg::GeoTexCoords::create();
-        texCoords->editField() = std::move(mesh.texCoords);
-    }
-    geometry->setTexCoords(texCoords);
+    setTexCoords(geometry, std::move(mesh));
     osg::GeoIndicesPtr indices;
     if (!mesh.indices.empty()) {
         indices = osg::GeoIndices::create();

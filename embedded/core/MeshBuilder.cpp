@@ -25,6 +25,14 @@ public:
         if (!attribute.isGiven())
             return;
         _values = attribute.values;
+        bindIndex(attribute, coordIndex, _values->size());
+    }
+    /// Binds indices of \a count values that stand elsewhere.
+    void bindIndex(const MeshAttribute<Value>& attribute, const std::vector<int>& coordIndex,
+                   std::size_t count)
+    {
+        _isGiven = true;
+        _count = count;
         const bool indexed = attribute.index && !attribute.index->empty();
         if (indexed && !(attribute.perVertex && *attribute.index == coordIndex))
             _index = attribute.index;
@@ -37,14 +45,14 @@ public:
         _made = std::move(places);
     }
 
-    bool isGiven() const { return _values; }
-    bool isPerPoint() const { return !_values || _kind == Kind::Point; }
-    bool isPerFace() const { return _values && _kind == Kind::Face; }
+    bool isGiven() const { return _isGiven; }
+    bool isPerPoint() const { return !_isGiven || _kind == Kind::Point; }
+    bool isPerFace() const { return _isGiven && _kind == Kind::Face; }
 
     /// Index of the value of a corner; `None` when the scene names one that does not exist.
     std::uint32_t at(std::uint32_t place, std::uint32_t point, std::uint32_t face, MeshFaults& faults) const
     {
-        if (!_values)
+        if (!_isGiven)
             return None;
         std::uint32_t i = point;
         if (_kind == Kind::Made)
@@ -54,7 +62,7 @@ public:
             if (_index)
                 i = i < _index->size() ? static_cast<std::uint32_t>((*_index)[i]) : None;
         }
-        if (i < _values->size())
+        if (i < _count)
             return i;
         faults.add(MeshFaults::ATTRIBUTE_OUT_OF_RANGE, place);
         return None;
@@ -68,6 +76,8 @@ private:
     {
         _owned = std::move(values);
         _values = &_owned;
+        _isGiven = true;
+        _count = _owned.size();
         _kind = kind;
     }
 
@@ -76,6 +86,8 @@ private:
     std::vector<Value> _owned;
     std::vector<std::uint32_t> _made;
     Kind _kind = Kind::Point;
+    std::size_t _count = 0;
+    bool _isGiven = false;
 };
 
 class Builder
@@ -127,7 +139,7 @@ private:
     {
         _colors.bind(_source.colors, _faces.index());
         _colorsRGBA.bind(_source.colorsRGBA, _faces.index());
-        _texCoords.bind(_source.texCoords, _faces.index());
+        bindTexCoords();
         _normals.bind(_source.normals, _faces.index());
         if (_normals.isGiven())
             return;
@@ -148,13 +160,30 @@ private:
         }
     }
 
+    void bindTexCoords()
+    {
+        if (!_source.texCoordSets) {
+            _texCoords.bind(_source.texCoords, _faces.index());
+            return;
+        }
+        std::size_t count = 0;
+        for (const TexCoordView& view : *_source.texCoordSets) {
+            TexCoordSet set;
+            set.dimension = std::max(view.dimension, 2U);
+            _mesh.texCoordSets.push_back(std::move(set));
+            count = std::max(count, view.count);
+        }
+        if (count > 0)
+            _texCoords.bindIndex(_source.texCoords, _faces.index(), count);
+    }
+
     void reserve(std::size_t vertices)
     {
         _mesh.positions.reserve(vertices);
         _mesh.normals.reserve(vertices);
         if (_colors.isGiven() || _colorsRGBA.isGiven())
             _mesh.colors.reserve(vertices);
-        if (_texCoords.isGiven())
+        if (_texCoords.isGiven() && !_source.texCoordSets)
             _mesh.texCoords.reserve(2 * vertices);
         if (_merge) {
             _keys.reserve(vertices);
@@ -284,9 +313,45 @@ private:
             _mesh.colors.emplace_back(color.red(), color.green(), color.blue(), 1.0F);
         } else if (_colorsRGBA.isGiven())
             _mesh.colors.push_back(_colorsRGBA.value(key.color, osg::Color4f(1.0F, 1.0F, 1.0F, 1.0F)));
-        if (_texCoords.isGiven())
+        if (_source.texCoordSets)
+            addToSets(key.texCoord);
+        else if (_texCoords.isGiven())
             addTexCoord(_texCoords.value(key.texCoord, osg::Vec2f()));
         return vertex;
+    }
+
+    /// Adds the coordinates of a vertex in each set; zeros in those that are too short.
+    void addToSets(std::uint32_t index)
+    {
+        for (std::size_t s = 0; s < _mesh.texCoordSets.size(); ++s) {
+            const TexCoordView& view = (*_source.texCoordSets)[s];
+            std::vector<float>& values = _mesh.texCoordSets[s].values;
+            if (view.count == 0)
+                continue;
+            if (index < view.count) {
+                const float* const first = view.values + std::size_t(index) * view.dimension;
+                values.insert(values.end(), first, first + view.dimension);
+            } else
+                values.insert(values.end(), view.dimension, 0.0F);
+        }
+    }
+
+    /// Adds a mixture of the coordinates of corners in each set.
+    void mixInSets(const Triangulator::Crossing& crossing)
+    {
+        for (TexCoordSet& set : _mesh.texCoordSets) {
+            if (set.values.empty())
+                continue;
+            std::array<float, 4> sum{};
+            for (std::size_t i = 0; i < 4; ++i) {
+                if (crossing.shares[i] == 0.0F)
+                    continue;
+                const std::size_t first = std::size_t(_vertices[crossing.corners[i]]) * set.dimension;
+                for (std::size_t c = 0; c < set.dimension; ++c)
+                    sum[c] += set.values[first + c] * crossing.shares[i];
+            }
+            set.values.insert(set.values.end(), sum.begin(), sum.begin() + set.dimension);
+        }
     }
 
     void addTexCoord(const osg::Vec2f& texCoord)
@@ -316,7 +381,9 @@ private:
         _mesh.normals.push_back(unitVector(normal));
         if (_colors.isGiven() || _colorsRGBA.isGiven())
             _mesh.colors.emplace_back(color[0], color[1], color[2], color[3]);
-        if (_texCoords.isGiven())
+        if (_source.texCoordSets)
+            mixInSets(crossing);
+        else if (_texCoords.isGiven())
             addTexCoord(texCoord);
         // No corner is ever merged with a crossing.
         if (_merge) {

@@ -30,6 +30,8 @@ struct MeshSource
     MeshAttribute<osg::Color3f> colors;
     MeshAttribute<osg::Color4f> colorsRGBA;
     MeshAttribute<osg::Vec2f> texCoords;
+    /// Several sets of coordinates, all picked by the index of `texCoords`, in place of its values.
+    const std::vector<TexCoordView>* texCoordSets = nullptr;
     bool ccw = true;
     bool convex = true;
     float creaseAngle = 0.0F; ///< radians, for normals that are to be made

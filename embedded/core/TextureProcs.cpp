@@ -1,5 +1,5 @@
+#include "core/TextureProcs.h"
 #include "base/ValueFields.h"
-#include "core/AppearanceProcs.h"
 #include "core/ImageSource.h"
 #include "core/Part.h"
 #include <Orvane/MFString.h>
@@ -14,30 +14,10 @@ const Part imagePart("image");
 const Part loadPart("load");
 const Part repeatSPart("repeatS");
 const Part repeatTPart("repeatT");
+const Part texturePropertiesPart("textureProperties");
 const Part urlPart("url");
 
-class PictureTextureProc : public TextureProc
-{
-public:
-    using TextureProc::TextureProc;
-
-protected:
-    void put(const osg::ImagePtr& image, Surface& surface) const
-    {
-        if (!image || image->getWidth() < 1 || !image->getData())
-            return;
-        SurfaceTexture texture;
-        texture.image = image;
-        const auto wrap = [this](const Part& part) {
-            return part.read<SFBool>(node()).value() ? osg::TextureChunk::REPEAT
-                                                     : osg::TextureChunk::CLAMP_TO_EDGE;
-        };
-        texture.wrap[0] = wrap(repeatSPart);
-        texture.wrap[1] = wrap(repeatTPart);
-        surface.textures.push_back(std::move(texture));
-    }
-};
-
+/// Behaviour of an `ImageTexture`, and of the first picture of a `MovieTexture`.
 class ImageTextureProc : public PictureTextureProc
 {
 public:
@@ -89,8 +69,28 @@ public:
 };
 
 const ProcRegistration imageTexture("ImageTexture", makeProc<ImageTextureProc>);
+const ProcRegistration movieTexture("MovieTexture", makeProc<ImageTextureProc>);
 const ProcRegistration pixelTexture("PixelTexture", makeProc<PixelTextureProc>);
 
 } // namespace
+
+void PictureTextureProc::put(const osg::ImagePtr& image, Surface& surface)
+{
+    auto* const properties = elementOf<TexturePropertiesProc>(texturePropertiesPart.readNode(node()));
+    _properties.set(*this, properties);
+    if (!image || image->getWidth() < 1 || !image->getData())
+        return;
+    SurfaceTexture texture;
+    texture.image = image;
+    const auto wrap = [this](const Part& part) {
+        return part.read<SFBool>(node()).value() ? osg::TextureChunk::REPEAT
+                                                 : osg::TextureChunk::CLAMP_TO_EDGE;
+    };
+    texture.wrap[0] = wrap(repeatSPart);
+    texture.wrap[1] = wrap(repeatTPart);
+    if (properties)
+        properties->describe(texture);
+    surface.textures.push_back(std::move(texture));
+}
 
 } // namespace Orvane

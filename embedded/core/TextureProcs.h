@@ -1,0 +1,37 @@
+#pragma once
+
+#include "core/AppearanceProcs.h"
+#include <OpenSG/OSGImage.h>
+#include <Orvane/Export.h>
+
+namespace Orvane {
+
+/// Behaviour of a texture of one image, with the fields that tell how it is put on.
+class ORVANE_API PictureTextureProc : public TextureProc
+{
+public:
+    using TextureProc::TextureProc;
+
+protected:
+    /// Appends a texture of \a image, of which pixels outside are found as `textureProperties` and the
+    /// repeat fields say; nothing when there are no pixels.
+    void put(const osg::ImagePtr& image, Surface& surface);
+
+private:
+    Use _properties;
+};
+
+/// Behaviour of `TextureProperties`.
+class ORVANE_API TexturePropertiesProc : public DescriptionProc
+{
+public:
+    using DescriptionProc::DescriptionProc;
+
+    /// Fills how \a texture is put on.
+    void describe(SurfaceTexture& texture);
+
+private:
+    osg::UInt32 wrapOf(const char* name, const std::string& mode);
+};
+
+} // namespace Orvane
