@@ -5,6 +5,8 @@
 #include "Selection.h"
 #include <Orvane/Node.h>
 #include <QStackedWidget>
+#include <QTextBlock>
+#include <QTextEdit>
 #include <QorLog.h>
 #include <QorTools.h>
 #include <algorithm>
@@ -74,6 +76,21 @@ void CodeDock::openNode(Orvane::Node* node)
         _stack->setCurrentWidget(page->widget);
     show();
     raise();
+}
+
+void CodeDock::showLine(Orvane::Node* node, int line)
+{
+    openNode(node);
+    if (!codeWidget()->codeNode() || codeWidget()->codeNode() != CodeNodes::of(node).code)
+        return;
+    auto* edit = codeWidget()->findChild<QTextEdit*>(QStringLiteral("code"));
+    QTextCursor cursor(edit->document()->findBlockByNumber(line - 1));
+    if (cursor.isNull())
+        return;
+    cursor.movePosition(QTextCursor::EndOfBlock);
+    cursor.movePosition(QTextCursor::StartOfBlock, QTextCursor::KeepAnchor);
+    edit->setTextCursor(cursor);
+    edit->setFocus(Qt::OtherFocusReason);
 }
 
 void CodeDock::addPage(const CodeNodes& nodes)

@@ -30,6 +30,9 @@ public:
     /// The widget that is shown. It has no node and is disabled while there is no code to show.
     Orvane::Qt4::QorCodeWidget* codeWidget() const;
 
+    /// Opens the code of a node as `openNode` does, with the cursor in line \a line, from 1.
+    void showLine(Orvane::Node* node, int line);
+
 public slots:
     /// Shows the code of a script or shader, or of the shader of a shape. Any other node changes nothing.
     void openNode(Orvane::Node* node);

@@ -1,6 +1,11 @@
 #include "LogDock.h"
 
 #include <OpenSG/OSGLog.h>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QTextBlock>
+#include <QTextEdit>
+#include <QVBoxLayout>
 #include <QorLogView.h>
 #include <cstdio>
 
@@ -27,14 +32,86 @@ public:
     }
 };
 
+/// The level that a line begins with; -1 for a line that goes on with the one before.
+int levelOf(const QString& line)
+{
+    const int end = line.indexOf(QLatin1Char(':'));
+    const QString word = line.left(end);
+    const int level = Orvane::Qt4::QorLogView::logLevelIndex(word);
+    return Orvane::Qt4::QorLogView::logLevelName(level) == word ? level : -1;
+}
+
 } // namespace
 
 LogDock::LogDock(QWidget* parent)
     : QDockWidget(tr("Log"), parent)
 {
     setObjectName(QStringLiteral("LogDock"));
-    auto* view = new TerminalLogView(this);
+    auto* content = new QWidget(this);
+    auto* view = new TerminalLogView(content);
     // Its row of controls must not keep the window from being small.
     view->setMinimumSize(100, 60);
-    setWidget(view);
+    _pane = view->findChild<QTextEdit*>(QStringLiteral("textView"));
+    _findBar = new FindBar(
+        _pane,
+        {tr("All levels"), tr("Log"), tr("Fatal"), tr("Warning"), tr("Notice"), tr("Info"), tr("Debug")},
+        content);
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(view);
+    layout->addWidget(_findBar);
+    setWidget(content);
+
+    _pane->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    _pane->installEventFilter(this);
+    _pane->viewport()->installEventFilter(this);
+    connect(_findBar, &FindBar::wanted, this, &LogDock::find);
+}
+
+bool LogDock::eventFilter(QObject* object, QEvent* event)
+{
+    QTextCursor place = _pane->textCursor();
+    if (event->type() == QEvent::KeyPress && object == _pane) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key != Qt::Key_Return && key != Qt::Key_Enter)
+            return QDockWidget::eventFilter(object, event);
+    } else if (event->type() == QEvent::MouseButtonDblClick && object == _pane->viewport()) {
+        place = _pane->cursorForPosition(static_cast<QMouseEvent*>(event)->pos());
+    } else {
+        return QDockWidget::eventFilter(object, event);
+    }
+    emit lineChosen(place.block().text());
+    return true;
+}
+
+void LogDock::find(FindBar::Step step)
+{
+    const int wantedLevel = _findBar->choice() - 1; // the first choice is all of them
+    const QTextCursor present = _pane->textCursor();
+    // What is found is selected from its beginning.
+    const QTextBlock presentBlock = _pane->document()->findBlock(present.selectionStart());
+    std::vector<QTextBlock> found;
+    int before = 0;
+    bool isMatch = false;
+    int level = -1;
+    const bool isAsked = !_findBar->text().isEmpty() || wantedLevel >= 0;
+    for (QTextBlock block = _pane->document()->begin(); isAsked && block.isValid(); block = block.next()) {
+        const QString text = block.text();
+        const int own = levelOf(text);
+        level = own >= 0 ? own : level;
+        if (text.isEmpty() || (wantedLevel >= 0 && level != wantedLevel) || !_findBar->matches(text))
+            continue;
+        before += block.blockNumber() < presentBlock.blockNumber() ? 1 : 0;
+        isMatch = isMatch || block == presentBlock;
+        found.push_back(block);
+    }
+    const int match = _findBar->choose(step, static_cast<int>(found.size()), before, isMatch);
+    if (match < 0)
+        return;
+    QTextCursor cursor(found[static_cast<std::size_t>(match)]);
+    // The window stays at the beginning of a long line.
+    cursor.movePosition(QTextCursor::EndOfBlock);
+    cursor.movePosition(QTextCursor::StartOfBlock, QTextCursor::KeepAnchor);
+    _pane->setTextCursor(cursor);
 }

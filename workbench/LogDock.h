@@ -1,12 +1,31 @@
 #pragma once
 
+#include "FindBar.h"
 #include <QDockWidget>
 
-/// The panel of the process log. What the log says goes to the terminal too, as it does without the panel.
+class QTextEdit;
+
+/// The panel of the process log, in which lines are found by text and level. What the log says goes to the
+/// terminal too, as it does without the panel.
 class LogDock : public QDockWidget
 {
     Q_OBJECT
 
 public:
     explicit LogDock(QWidget* parent);
+
+    FindBar* findBar() const { return _findBar; }
+
+signals:
+    /// The user wants to see what a line speaks of: a double click on it, or Enter.
+    void lineChosen(const QString& text);
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    void find(FindBar::Step step);
+
+    QTextEdit* _pane;
+    FindBar* _findBar;
 };

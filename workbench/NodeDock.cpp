@@ -3,9 +3,13 @@
 #include "Selection.h"
 #include <QDropEvent>
 #include <QHeaderView>
+#include <QVBoxLayout>
 #include <QorNodeEditorTreeView.h>
+#include <QorNodeModel.h>
 #include <QorNodePathMimeData.h>
 #include <QorObservingNodeEditor.h>
+#include <array>
+#include <vector>
 
 using namespace Orvane::Qt4;
 
@@ -23,9 +27,18 @@ NodeDock::NodeDock(Selection* selection, QWidget* parent)
     , _selection(selection)
     , _delegate(nullptr)
     , _editor(new QorObservingNodeEditor(this))
+    , _findBar(nullptr)
 {
     setObjectName(QStringLiteral("NodeDock"));
-    setWidget(_editor);
+    auto* content = new QWidget(this);
+    auto* layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(_editor);
+    _findBar = new FindBar(_editor->treeView(), {tr("All columns"), tr("Name"), tr("Value"), tr("Data type")},
+                           content);
+    layout->addWidget(_findBar);
+    setWidget(content);
+    connect(_findBar, &FindBar::wanted, this, &NodeDock::find);
     setAcceptDrops(true);
     _editor->setItemDelegate(&_delegate);
     _editor->setDescriptionVisible(true);
@@ -48,6 +61,48 @@ void NodeDock::refresh(Orvane::Node* node)
         return;
     _editor->setNode(nullptr);
     _editor->setNode(node);
+}
+
+void NodeDock::find(FindBar::Step step)
+{
+    QTreeView* tree = _editor->treeView();
+    const QAbstractItemModel* model = tree->model();
+    const int rows = model ? model->rowCount() : 0;
+    // Rows of fields are told apart by their items alone; a row of a value counts as its field's.
+    QModelIndex present = tree->currentIndex();
+    while (present.parent().isValid())
+        present = present.parent();
+    const std::array<int, 3> columns = {QorNodeModel::FieldName, QorNodeModel::FieldValue,
+                                        QorNodeModel::DataType};
+    const auto isFound = [&](int row) {
+        for (int i = 0; i < 3; ++i) {
+            if (_findBar->choice() != 0 && _findBar->choice() != i + 1)
+                continue;
+            if (_findBar->matches(model->index(row, columns[static_cast<std::size_t>(i)]).data().toString()))
+                return true;
+        }
+        return false;
+    };
+    std::vector<int> found;
+    int before = 0;
+    bool isMatch = false;
+    bool isBehind = !present.isValid();
+    for (int row = 0; !_findBar->text().isEmpty() && row < rows; ++row) {
+        const bool isPresent =
+            present.isValid() && model->index(row, 0).internalPointer() == present.internalPointer();
+        isBehind = isBehind || isPresent;
+        if (!isFound(row))
+            continue;
+        before += isBehind ? 0 : 1;
+        isMatch = isMatch || isPresent;
+        found.push_back(row);
+    }
+    const int match = _findBar->choose(step, static_cast<int>(found.size()), before, isMatch);
+    if (match < 0)
+        return;
+    const QModelIndex row = model->index(found[static_cast<std::size_t>(match)], QorNodeModel::FieldName);
+    tree->setCurrentIndex(row);
+    tree->scrollTo(row);
 }
 
 void NodeDock::dragEnterEvent(QDragEnterEvent* event)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FindBar.h"
 #include <QDockWidget>
 #include <QorNodeItemDelegate.h>
 
@@ -23,12 +24,18 @@ public:
     /// Lists the fields anew, when it is this node that is shown.
     void refresh(Orvane::Node* node);
 
+    /// Finds fields by name, value and type, and makes their rows the current ones.
+    FindBar* findBar() const { return _findBar; }
+
 protected:
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void find(FindBar::Step step);
+
     Selection* _selection;
     Orvane::Qt4::QorNodeItemDelegate _delegate;
     Orvane::Qt4::QorObservingNodeEditor* _editor;
+    FindBar* _findBar;
 };

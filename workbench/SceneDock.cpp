@@ -1,5 +1,6 @@
 #include "SceneDock.h"
 
+#include "NodeSearch.h"
 #include "SceneTreeView.h"
 #include "Selection.h"
 #include <Orvane/Node.h>
@@ -19,6 +20,7 @@ using namespace Orvane::Qt4;
 
 namespace {
 
+enum FindChoice : int { NameOrType = 0, NameAlone = 1, TypeAlone = 2 };
 enum FilterMode : int { AllTypes = 0, OnlyTypes = 1, OtherTypes = 2 };
 
 QStringList allTypes()
@@ -57,6 +59,7 @@ SceneDock::SceneDock(Selection* selection, QWidget* parent)
     : QDockWidget(tr("Scene"), parent)
     , _selection(selection)
     , _view(new SceneTreeView(this))
+    , _findBar(nullptr)
     , _filterMode(new QComboBox(this))
     , _types(new QLineEdit(this))
     , _bodies(new QCheckBox(tr("Bodies"), this))
@@ -68,6 +71,7 @@ SceneDock::SceneDock(Selection* selection, QWidget* parent)
     _types->setPlaceholderText(tr("Types, such as Shape"));
     _types->setEnabled(false);
     _types->setCompleter(new QCompleter(allTypes(), _types));
+    _bodies->setObjectName(QStringLiteral("bodies"));
     _bodies->setToolTip(tr("Shows what lies inside instances of prototypes."));
 
     auto* bar = new QHBoxLayout;
@@ -79,8 +83,11 @@ SceneDock::SceneDock(Selection* selection, QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addLayout(bar);
     layout->addWidget(_view);
+    _findBar = new FindBar(_view, {tr("Name or type"), tr("Name"), tr("Type")}, content);
+    layout->addWidget(_findBar);
     setWidget(content);
 
+    connect(_findBar, &FindBar::wanted, this, &SceneDock::find);
     connect(_filterMode, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &SceneDock::applyFilter);
     connect(_types, &QLineEdit::editingFinished, this, &SceneDock::applyFilter);
     connect(_bodies, &QCheckBox::toggled, this, &SceneDock::applyFilter);
@@ -115,6 +122,35 @@ void SceneDock::setRootNode(Orvane::Node* root)
     _view->setModel(_model.get());
     _view->expand(_model->index(0, 0));
     _view->reveal(_selection->path());
+}
+
+void SceneDock::find(FindBar::Step step)
+{
+    Orvane::Node* root = _rootId ? Orvane::Node::findNode(_rootId) : nullptr;
+    if (!root)
+        return;
+    const NodeSearch search(*root, _bodies->isChecked());
+    const Orvane::Node* present = _selection->node();
+    std::vector<int> found;
+    int before = 0;
+    bool isBehind = !present;
+    bool isMatch = false;
+    for (int i = 0; !_findBar->text().isEmpty() && i < search.size(); ++i) {
+        const Orvane::Node& node = *search.node(i);
+        isBehind = isBehind || &node == present;
+        const bool isNamed =
+            _findBar->choice() != TypeAlone && node.name() && _findBar->matches(fromRuntime(*node.name()));
+        const bool isOfType =
+            _findBar->choice() != NameAlone && _findBar->matches(fromRuntime(node.type()->name));
+        if (!isNamed && !isOfType)
+            continue;
+        before += isBehind ? 0 : 1;
+        isMatch = isMatch || &node == present;
+        found.push_back(i);
+    }
+    const int match = _findBar->choose(step, static_cast<int>(found.size()), before, isMatch);
+    if (match >= 0)
+        _selection->selectPath(search.path(found[static_cast<std::size_t>(match)]));
 }
 
 bool SceneDock::isFiltering() const

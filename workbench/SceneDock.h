@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FindBar.h"
 #include <Orvane/NodePath.h>
 #include <Orvane/Observer.h>
 #include <QDockWidget>
@@ -36,6 +37,8 @@ public:
     /// Shows the tree below a node from now on; null for none. Nothing happens when it is shown already.
     void setRootNode(Orvane::Node* root);
     SceneTreeView* treeView() const { return _view; }
+    /// Finds nodes of the whole scene by name and type, and selects them.
+    FindBar* findBar() const { return _findBar; }
 
 private:
     /// Lets go of the tree when its root dies.
@@ -50,6 +53,7 @@ private:
         SceneDock* _dock;
     };
 
+    void find(FindBar::Step step);
     void applyFilter();
     void rebuild();
     void rebuildLater(const QModelIndex& parent);
@@ -59,6 +63,7 @@ private:
 
     Selection* _selection;
     SceneTreeView* _view;
+    FindBar* _findBar;
     QComboBox* _filterMode;
     QLineEdit* _types;
     QCheckBox* _bodies;

@@ -1,8 +1,10 @@
 #include "WorkbenchWindow.h"
 
 #include "CodeDock.h"
+#include "FindActions.h"
 #include "GraphDock.h"
 #include "LogDock.h"
+#include "LogGuide.h"
 #include "NodeDock.h"
 #include "Picker.h"
 #include "RouteCanvas.h"
@@ -88,6 +90,14 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     QAction* redo = _steps->createRedoAction(this, tr("&Redo"));
     redo->setShortcut(QKeySequence::Redo);
     edit->addActions({undo, redo});
+    edit->addSeparator();
+    const auto* finding =
+        new FindActions({_sceneDock->findBar(), nodeDock->findBar(), logDock->findBar()}, this);
+    edit->addActions(finding->actions());
+    auto* guide = new LogGuide([this] { return sceneRoot(); }, _selection, codeDock, this);
+    connect(logDock, &LogDock::lineChosen, guide, &LogGuide::follow);
+    connect(guide, &LogGuide::told, statusBar(),
+            [this](const QString& text) { statusBar()->showMessage(text); });
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addAction((new Picker(_manager, _selection, this))->action());

@@ -127,6 +127,7 @@ QWidget* QorCodeWidget::makeCodePane()
     auto* pane = new QWidget;
     _codeLabel = new QLabel(tr("<b>Code:</b> "), pane);
     _codeEdit = new QTextEdit(pane);
+    _codeEdit->setObjectName(QStringLiteral("code"));
     // Code reads left to right whatever its letters; lines that are looked at for it make each key slow.
     QTextOption option = _codeEdit->document()->defaultTextOption();
     option.setTextDirection(Qt::LeftToRight);
