@@ -18,3 +18,14 @@ install(EXPORT OpenSGTargets NAMESPACE OpenSG:: DESTINATION ${package_dir})
 install(EXPORT OrvaneTargets NAMESPACE Orvane:: DESTINATION ${package_dir})
 export(EXPORT OpenSGTargets NAMESPACE OpenSG:: FILE "${PROJECT_BINARY_DIR}/OpenSGTargets.cmake")
 export(EXPORT OrvaneTargets NAMESPACE Orvane:: FILE "${PROJECT_BINARY_DIR}/OrvaneTargets.cmake")
+
+# The same for programs that ask pkg-config. The files count from where they lie, so that the tree can be moved.
+file(RELATIVE_PATH pc_prefix "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+foreach(name orvaneViewQt4 orvaneEmbedded)
+    configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/${name}.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
+
+install(FILES cmake/orvane-workbench.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY examples/scenes DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -35,7 +35,7 @@ public:
     };
 
     /// In `TimerTrigger` mode the first frame runs inside the constructor.
-    QorViewManager(QWidget* parent, TriggerMode mode);
+    explicit QorViewManager(QWidget* parent, TriggerMode mode = TimerTrigger);
     ~QorViewManager() override;
 
     /// `TimerTrigger` after `ManualTrigger` runs one frame at once and starts the chain; any other mode ends
