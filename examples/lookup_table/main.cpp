@@ -27,8 +27,10 @@ int main(int argc, char** argv)
     auto* field = texture
                       ? dynamic_cast<Orvane::SFImage*>(texture->findField("image", Orvane::Node::EXACT_FSO))
                       : nullptr;
-    if (field) {
-        painter->setImage(field->image().rco()); // taken when it is RGBA and one row
+    // The painter takes RGBA of one row, and no reference: the host keeps the image.
+    const osg::RefPtr<osg::ImagePtr> table = osg::Image::create();
+    if (field && table->set(field->image().rco()) && table->reformat(osg::Image::OSG_RGBA_PF)) {
+        painter->setImage(table);
         QObject::connect(painter, &QorImgCanvasImpl::imageChanged, painter, [painter, field] {
             field->setValue(0.0, Orvane::Image(painter->getImage()), Orvane::Field::EXTERNAL_CT);
         });

@@ -30,13 +30,17 @@ int main(int argc, char** argv)
     QObject::connect(canvas, &QorGraphView::nodeSelected, canvas, [](Orvane::Node* node) {
         std::printf("%s\n", node ? node->getIDStr().c_str() : "nothing");
     });
-    // Where boxes stand is up to the host: here in rows, four in each, once the canvas has its size.
+    // Where boxes stand is up to the host: here those of named nodes, four in a row, once the canvas has its
+    // size.
     QTimer::singleShot(0, canvas, [canvas, scene] {
         std::vector<Orvane::Node*> nodes;
         scene->collectAllChildren(nodes, 0);
-        for (std::size_t i = 0; i < nodes.size(); ++i)
-            canvas->add(nodes[i],
-                        QPoint(40 + 220 * static_cast<int>(i % 4), 30 + 90 * static_cast<int>(i / 4)));
+        int count = 0;
+        for (Orvane::Node* node : nodes) {
+            const QPoint place(40 + 220 * (count % 4), 30 + 110 * (count / 4) + 40 * (count % 2));
+            if (node->name() && canvas->add(node, place))
+                ++count;
+        }
     });
     return host.run(*manager, window);
 }
