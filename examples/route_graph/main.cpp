@@ -1,9 +1,12 @@
-// Routes of a scene: every node is a box, every route a line. New routes are drawn from the menu of a box,
+// Routes of a scene: nodes are boxes, routes are lines. New routes are drawn from the menu of a box,
 // and Delete removes the selected lines.
 //
 //   example-route-graph SCENE [--frames N]     with --frames it ends after N frames
 
 #include "../ExampleHost.h"
+#include <Orvane/EventInSlot.h>
+#include <Orvane/EventOutSlot.h>
+#include <Orvane/Field.h>
 #include <Orvane/Node.h>
 #include <QSplitter>
 #include <QTimer>
@@ -11,6 +14,24 @@
 #include <QorGraphView.h>
 
 using namespace Orvane::Qt4;
+
+namespace {
+
+/// 0 for a node that only sends, 1 for one that takes and sends, 2 for one that only takes, -1 without
+/// routes.
+int columnOf(Orvane::Node& node)
+{
+    bool sends = false;
+    bool takes = false;
+    for (unsigned int i = 0; i < node.partDescCount(); ++i) {
+        const Orvane::Field* field = node.findField(i);
+        sends = sends || (field && field->_outSlot && field->_outSlot->begin() != field->_outSlot->end());
+        takes = takes || (field && field->_inSlot && field->_inSlot->begin() != field->_inSlot->end());
+    }
+    return sends ? (takes ? 1 : 0) : (takes ? 2 : -1);
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -30,16 +51,15 @@ int main(int argc, char** argv)
     QObject::connect(canvas, &QorGraphView::nodeSelected, canvas, [](Orvane::Node* node) {
         std::printf("%s\n", node ? node->getIDStr().c_str() : "nothing");
     });
-    // Where boxes stand is up to the host: here those of named nodes, four in a row, once the canvas has its
-    // size.
+    // Where boxes stand is up to the host: here from left to right, once the canvas has its size.
     QTimer::singleShot(0, canvas, [canvas, scene] {
         std::vector<Orvane::Node*> nodes;
         scene->collectAllChildren(nodes, 0);
-        int count = 0;
+        int count[3] = {0, 0, 0};
         for (Orvane::Node* node : nodes) {
-            const QPoint place(40 + 220 * (count % 4), 30 + 110 * (count / 4) + 40 * (count % 2));
-            if (node->name() && canvas->add(node, place))
-                ++count;
+            const int column = columnOf(*node);
+            if (column >= 0)
+                canvas->add(node, QPoint(120 + 280 * column, 50 + 80 * count[column]++));
         }
     });
     return host.run(*manager, window);
