@@ -66,6 +66,12 @@ bool takeInline(const std::string& value, std::string& text, std::string& fault)
     return false;
 }
 
+/// Editors end the last line, that of a file's name too.
+std::string withoutLineEnd(const std::string& text)
+{
+    return text.substr(0, text.find_last_not_of("\r\n") + 1);
+}
+
 std::string shortened(const std::string& value)
 {
     constexpr std::size_t longest = 60;
@@ -113,7 +119,8 @@ Field* shaderCodeField(const Node& node)
 ShaderCode findShaderCode(Field& addresses)
 {
     ShaderCode code;
-    for (const std::string& value : valuesOf(addresses)) {
+    for (const std::string& written : valuesOf(addresses)) {
+        const std::string value = withoutLineEnd(written);
         std::string fault;
         const bool mayBeFile = value.size() < longestAddress && value.find('\n') == std::string::npos &&
                                value.compare(0, 5, "data:") != 0;

@@ -1,4 +1,5 @@
 #include "../opensg/GLPicture.h"
+#include "core/CompilerLog.h"
 #include "core/SceneProc.h"
 #include "core/SharedProgram.h"
 #include <OpenSG/OSGDirectionalLight.h>
@@ -81,6 +82,9 @@ private slots:
     void linkerIsHeard();
     void messageNamesTheLine();
     void messageOfAFileNamesItsLine();
+    void logOfADriverIsTakenApart_data();
+    void logOfADriverIsTakenApart();
+    void vertexAttributesAreRefused();
     void faultIsToldOnce();
 
     void partsAreReadFromFiles();
@@ -494,6 +498,52 @@ void tst_Shaders::messageOfAFileNamesItsLine()
     QVERIFY(QString::fromStdString(message.text).startsWith(QStringLiteral("ShaderPart.url of F")));
 }
 
+void tst_Shaders::logOfADriverIsTakenApart_data()
+{
+    QTest::addColumn<QByteArray>("log");
+    QTest::addColumn<int>("line");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<bool>("isWarning");
+    QTest::addColumn<QByteArray>("text");
+    const auto row = [](const char* log, int line, int column, bool isWarning, const char* text) {
+        QTest::newRow(log) << QByteArray(log) << line << column << isWarning << QByteArray(text);
+    };
+    row("0:12(5): error: `x' undeclared", 12, 5, false, "error: `x' undeclared");
+    row("0:3(1): warning: `x' used uninitialized", 3, 1, true, "warning: `x' used uninitialized");
+    row("0(7) : error C1008: undefined variable", 7, 0, false, "error C1008: undefined variable");
+    row("0(7) : warning C7050: unused", 7, 0, true, "warning C7050: unused");
+    row("ERROR: 0:9: 'x' : undeclared identifier", 9, 0, false, "'x' : undeclared identifier");
+    row("WARNING: 0:9: 'x' : unused", 9, 0, true, "'x' : unused");
+    row("error: fragment shader lacks `main'", 0, 0, false, "error: fragment shader lacks `main'");
+    row("0:12(x", 12, 0, false, "(x");
+    row("0:: text", 0, 0, false, "0:: text");
+    row("99999999999999999999:1: text", 0, 0, false, "99999999999999999999:1: text");
+    row("\n\r\n  \n0:1: one", 1, 0, false, "one");
+}
+
+void tst_Shaders::logOfADriverIsTakenApart()
+{
+    QFETCH(QByteArray, log);
+    QFETCH(QByteArray, text);
+    const std::vector<CompilerLine> lines = readCompilerLog(log.toStdString());
+    QCOMPARE(lines.size(), std::size_t(1));
+    QTEST(lines[0].line, "line");
+    QTEST(lines[0].column, "column");
+    QTEST(lines[0].isWarning, "isWarning");
+    QCOMPARE(QByteArray::fromStdString(lines[0].text), text);
+}
+
+void tst_Shaders::vertexAttributesAreRefused()
+{
+    load("Shape { appearance Appearance { shaders " + composed("", fragment("", "vec4(1.0)")) +
+         " } geometry TriangleSet { attrib FloatVertexAttribute { name \"a\" numComponents 1 value [ 1 2 3 ] "
+         "} "
+         "coord Coordinate { point [ -1 -1 0, 1 -1 0, 0 1 0 ] } } }");
+    QCOMPARE(color(), QColor(255, 255, 255));
+    QVERIFY2(messages().contains(QStringLiteral("\"attrib\"")), qPrintable(messages()));
+    QCOMPARE(messageCount(), 1);
+}
+
 void tst_Shaders::faultIsToldOnce()
 {
     load(shaded("inputOutput SFFloat k 1", fragment("uniform float k;", "nonsense")));
@@ -511,7 +561,8 @@ void tst_Shaders::partsAreReadFromFiles()
     write("green.frag", "void main() { gl_FragColor = vec4(0.0, 1.0, 0.0, 1.0); }");
     load(shaded("", "DEF F ShaderPart { type \"FRAGMENT\" url \"red.frag\" }"));
     QCOMPARE(color(), QColor(255, 0, 0));
-    setCode("F", "green.frag");
+    // Editors end the line.
+    setCode("F", "green.frag\n");
     QCOMPARE(color(), QColor(0, 255, 0));
     setCode("F", "file:" + _folder->filePath(QStringLiteral("red.frag")).toStdString());
     QCOMPARE(color(), QColor(255, 0, 0));
@@ -538,7 +589,7 @@ void tst_Shaders::missingFileIsTold()
 {
     load(shaded("", fragment("", "vec4(0.0, 1.0, 0.0, 1.0)")));
     QCOMPARE(color(), QColor(0, 255, 0));
-    setCode("F", "nowhere.frag");
+    setCode("F", "nowhere.frag\n");
     QCOMPARE(color(), QColor(0, 255, 0));
     QVERIFY2(messages().contains(QStringLiteral("\"nowhere.frag\"")), qPrintable(messages()));
     QCOMPARE(get("S", "isValid"), std::string("FALSE"));
