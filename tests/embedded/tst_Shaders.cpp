@@ -70,6 +70,7 @@ private slots:
     void fieldOfTheLiveNodeIsUniform();
     void removedFieldCountsNoMore();
     void textureFieldsAreSamplers();
+    void cubeMapIsASamplerOfCubes();
     void samplersWithoutTextureAreHarmless();
     void textureOfTheAppearanceIsTheFirstUnit();
     void fieldThatDoesNotFitIsTold();
@@ -368,6 +369,17 @@ void tst_Shaders::textureFieldsAreSamplers()
     set("A", "image", "1 1 3 0x800000");
     QCOMPARE(color(), QColor(128, 255, 255));
     QCOMPARE(messages(), QString());
+}
+
+void tst_Shaders::cubeMapIsASamplerOfCubes()
+{
+    std::string sides;
+    for (const char* side : {"back", "bottom", "front", "left", "top"})
+        sides += std::string(side) + " PixelTexture { image 1 1 3 0x0000FF } ";
+    load(shaded("inputOutput SFNode k ComposedCubeMapTexture { " + sides +
+                    "right PixelTexture { image 1 1 3 0x00FF00 } }",
+                fragment("uniform samplerCube k;", "textureCube(k, vec3(1.0, 0.0, 0.0))")));
+    QCOMPARE(color(), QColor(0, 255, 0));
 }
 
 void tst_Shaders::samplersWithoutTextureAreHarmless()
