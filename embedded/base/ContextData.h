@@ -9,6 +9,7 @@
 #include <Orvane/Context.h>
 #include <deque>
 #include <memory>
+#include <set>
 #include <unordered_map>
 #include <vector>
 
@@ -42,6 +43,7 @@ struct Context::Data
     unsigned int loads = 0;       ///< loads under way
     std::vector<NodeRef> toStart; ///< nodes that a load has linked below running ones
     LoadReport report;
+    std::set<const NodeType*> toldTypes; ///< of which the log has said that their nodes do nothing
     std::vector<std::string> saveNotes; ///< of the last save
 
     bool isInFrame = false;

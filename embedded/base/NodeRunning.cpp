@@ -1,5 +1,6 @@
 #include "base/NodeRunning.h"
 #include "base/ContextData.h"
+#include "base/KeptTypes.h"
 #include "base/NodeData.h"
 #include <algorithm>
 
@@ -32,6 +33,8 @@ void startAlone(Node& node)
     Context::Data& context = contextData(node);
     if (const ProcFactory makeProc = node.type()->data()->behaviour->makeProc)
         node.data()->proc.reset(makeProc(node));
+    else
+        tellOfKept(node);
     NodeAccess::setState(node, RUNNING_NS);
     if (Proc* proc = node.data()->proc.get()) {
         const Cascade::WriterScope writer(context.cascade, node);

@@ -15,6 +15,7 @@ struct Registry
     std::map<std::string, NodeType*, std::less<>> types;
     std::map<std::string, NodeType*, std::less<>> unknownTypes;
     std::map<std::string, TypeBehaviour, std::less<>> behaviours;
+    bool hasBehaviours = false;
 };
 
 Registry& registry()
@@ -129,6 +130,11 @@ void makeParts(NodeType::Data& data)
     finishParts(data);
 }
 
+bool hasBehaviours()
+{
+    return registry().hasBehaviours;
+}
+
 TypeBehaviour& behaviourOf(std::string_view name)
 {
     auto& behaviours = registry().behaviours;
@@ -139,6 +145,7 @@ TypeBehaviour& behaviourOf(std::string_view name)
 ProcRegistration::ProcRegistration(const char* typeName, ProcFactory factory)
 {
     behaviourOf(typeName).makeProc = factory;
+    registry().hasBehaviours = true;
 }
 
 NodeClassRegistration::NodeClassRegistration(const char* typeName, NodeClassFactory factory)

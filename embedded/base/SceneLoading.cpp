@@ -90,6 +90,7 @@ bool loadScene(Context& context, const Relayne::URL& url, const std::string* tex
         const std::chrono::duration<double, std::milli> duration = std::chrono::steady_clock::now() - start;
         report.milliseconds = duration.count();
         data.report = std::move(report);
+        data.toldTypes.clear();
         for (const LoadMessage& message : data.report.messages)
             logMessage(message);
         if (data.report.ok)

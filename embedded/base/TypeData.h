@@ -71,6 +71,9 @@ void countNode(NodeType& type, int change);
 /// What pools have registered for the type called \a name.
 TypeBehaviour& behaviourOf(std::string_view name);
 
+/// True when pools have registered behaviours at all.
+bool hasBehaviours();
+
 /// Part index of a field that was taken out of its node.
 constexpr unsigned int removedPart = static_cast<unsigned int>(-1);
 
