@@ -1,6 +1,7 @@
 #include "core/ComposedMeshProc.h"
 #include "core/Part.h"
 #include "core/TexCoordProcs.h"
+#include "core/VectorListProc.h"
 #include <Orvane/MFColor.h>
 #include <Orvane/MFColorRGBA.h>
 #include <Orvane/MFInt32.h>
@@ -23,9 +24,9 @@ const Part vectorPart("vector");
 
 const ProcRegistration color("Color", makeProc<DescriptionProc>);
 const ProcRegistration colorRGBA("ColorRGBA", makeProc<DescriptionProc>);
-const ProcRegistration coordinate("Coordinate", makeProc<DescriptionProc>);
-const ProcRegistration coordinateDouble("CoordinateDouble", makeProc<DescriptionProc>);
-const ProcRegistration normal("Normal", makeProc<DescriptionProc>);
+const ProcRegistration coordinate("Coordinate", makeProc<VectorListProc>);
+const ProcRegistration coordinateDouble("CoordinateDouble", makeProc<VectorListProc>);
+const ProcRegistration normal("Normal", makeProc<VectorListProc>);
 
 /// The field that the event "set_x" of a geometry writes: "x", which sends no event of its own.
 Field* targetOf(const Field& event)
@@ -40,6 +41,12 @@ Field* targetOf(const Field& event)
 } // namespace
 
 const std::vector<osg::Vec3f>& pointsOf(Node* coord, std::vector<osg::Vec3f>& converted)
+{
+    const auto* const list = procAs<VectorListProc>(coord);
+    return list && list->bent() ? *list->bent() : fieldPointsOf(coord, converted);
+}
+
+const std::vector<osg::Vec3f>& fieldPointsOf(Node* coord, std::vector<osg::Vec3f>& converted)
 {
     converted.clear();
     if (!coord || !pointPart.isIn(*coord))
@@ -124,7 +131,10 @@ void ComposedMeshProc::bindColors(MeshAttribute<osg::Color3f>& rgb, MeshAttribut
 void ComposedMeshProc::bindValues(MeshSource& source) const
 {
     bindColors(source.colors, source.colorsRGBA);
-    if (_normalNode && vectorPart.isIn(*_normalNode))
+    const auto* const normals = procAs<VectorListProc>(_normalNode);
+    if (normals && normals->bent())
+        source.normals.values = normals->bent();
+    else if (_normalNode && vectorPart.isIn(*_normalNode))
         source.normals.values = &vectorPart.read<MFVec3f>(*_normalNode).values();
     if (_texCoordSets)
         source.texCoordSets = &_texCoordSets->views();

@@ -11,9 +11,11 @@ namespace Orvane {
 
 class TexCoordSets;
 
-/// The points of a `Coordinate` or `CoordinateDouble` node; empty for any other node and for null. Points in
-/// double precision are converted into \a converted, else the result is the field's own list.
+/// The points that a `Coordinate` or `CoordinateDouble` node shows; empty for any other node and for null.
+/// Points in double precision are converted into \a converted, else the result is the field's own list.
 ORVANE_API const std::vector<osg::Vec3f>& pointsOf(Node* coord, std::vector<osg::Vec3f>& converted);
+/// The same for the values of the field, whatever has bent them.
+ORVANE_API const std::vector<osg::Vec3f>& fieldPointsOf(Node* coord, std::vector<osg::Vec3f>& converted);
 
 /// Behaviour of a mesh whose points and other values stand in nodes of their own, which others may share.
 class ORVANE_API ComposedMeshProc : public MeshProc

@@ -90,9 +90,11 @@ protected:
 };
 
 const ProcRegistration assembly("CADAssembly", makeProc<GroupProc>);
+const ProcRegistration cadLayer("CADLayer", makeProc<GroupProc>);
 const ProcRegistration face("CADFace", makeProc<FaceProc>);
 const ProcRegistration group("Group", makeProc<GroupProc>);
 const ProcRegistration inlined("Inline", makeProc<InlineProc>);
+const ProcRegistration pickableGroup("PickableGroup", makeProc<GroupProc>);
 const ProcRegistration staticGroup("StaticGroup", makeProc<GroupProc>);
 const ProcRegistration switched("Switch", makeProc<SwitchProc>);
 

@@ -29,6 +29,7 @@ bool isSound(const Rotation& r)
 
 const ProcRegistration transform("Transform", makeProc<TransformProc>);
 const ProcRegistration cadPart("CADPart", makeProc<TransformProc>);
+const ProcRegistration espduTransform("EspduTransform", makeProc<TransformProc>);
 
 } // namespace
 
