@@ -185,7 +185,9 @@ private:
         auto* const viewpoint = static_cast<ViewpointProc*>(scene().stack(BindableKind::Viewpoint).bound());
         if (!viewpoint || !centerOfRotationPart.isIn(viewpoint->node()))
             return std::nullopt;
-        osg::Pnt3f center(usableVector(centerOfRotationPart.read<SFVec3f>(viewpoint->node()).value()));
+        osg::Vec3f pivot;
+        viewpoint->pivot(pivot);
+        osg::Pnt3f center(pivot);
         if (const GroupProc* const group = groupOf(*viewpoint))
             group->toWorld().multMatrixPnt(center);
         _toLocal.multMatrixPnt(center);

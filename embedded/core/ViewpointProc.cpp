@@ -16,6 +16,7 @@ namespace Orvane {
 namespace {
 
 const Part centerPart("center");
+const Part centerOfRotationPart("centerOfRotation");
 const Part displayedPart("displayed");
 const Part farDistancePart("farDistance");
 const Part fieldOfViewPart("fieldOfView");
@@ -112,10 +113,7 @@ osg::Matrix ViewpointProc::cameraToWorld() const
     osg::Matrix result;
     if (const GroupProc* group = groupOf(*this))
         result = group->toWorld();
-    osg::Matrix local;
-    local.setTransform(usableVector(positionPart.read<SFVec3f>(node()).value()),
-                       toQuaternion(orientationPart.read<SFRotation>(node()).value()));
-    result.mult(local);
+    result.mult(place());
     // Axes of unit length at right angles: looking direction first, then up as near as may be.
     const osg::Vec3f back = unitVector(osg::Vec3f(result[2][0], result[2][1], result[2][2]));
     const osg::Vec3f up = osg::Vec3f(result[1][0], result[1][1], result[1][2]);
@@ -133,6 +131,22 @@ osg::Matrix ViewpointProc::cameraToWorld() const
             result[column][row] = (*axes[column])[row];
     }
     return result;
+}
+
+osg::Matrix ViewpointProc::place() const
+{
+    osg::Matrix result;
+    result.setTransform(usableVector(positionPart.read<SFVec3f>(node()).value()),
+                        toQuaternion(orientationPart.read<SFRotation>(node()).value()));
+    return result;
+}
+
+bool ViewpointProc::pivot(osg::Vec3f& center) const
+{
+    if (!centerOfRotationPart.isIn(node()))
+        return false;
+    center = usableVector(centerOfRotationPart.read<SFVec3f>(node()).value());
+    return !isNull(center);
 }
 
 void ViewpointProc::describe(SceneView& view) const

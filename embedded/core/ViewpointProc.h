@@ -26,8 +26,13 @@ public:
     bool isOfferedTo(const osg::Pnt3f& viewer) const;
     /// True when it shows, bound anew, what the user saw there last: it or a group of viewpoints says so.
     bool retainsUserOffsets() const;
+    /// The point that the user turns round, in the system of the viewpoint's group. False when the author has
+    /// set none.
+    virtual bool pivot(osg::Vec3f& center) const;
 
 protected:
+    /// From the camera's system to that of the viewpoint's group.
+    virtual osg::Matrix place() const;
     virtual void describeLens(SceneView& view) const;
     void setBound(bool bound, double time) override;
 };

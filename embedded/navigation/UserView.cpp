@@ -16,7 +16,6 @@ namespace Orvane {
 
 namespace {
 
-const Part centerOfRotationPart("centerOfRotation");
 const Part jumpPart("jump");
 const Part transitionCompletePart("transitionComplete");
 const Part viewAllPart("viewAll");
@@ -335,10 +334,8 @@ osg::Vec3d UserView::turntableAxis() const
 bool UserView::authoredPivot(osg::Vec3d& pivot) const
 {
     const ViewpointProc* const viewpoint = _viewarea.viewpoint();
-    if (!viewpoint || !centerOfRotationPart.isIn(viewpoint->node()))
-        return false;
-    const osg::Vec3f center = usableVector(centerOfRotationPart.read<SFVec3f>(viewpoint->node()).value());
-    if (isNull(center))
+    osg::Vec3f center;
+    if (!viewpoint || !viewpoint->pivot(center))
         return false;
     osg::Pnt3f point(center[0], center[1], center[2]);
     viewpointSystem().multMatrixPnt(point);
