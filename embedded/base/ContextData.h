@@ -44,7 +44,7 @@ struct Context::Data
     std::vector<NodeRef> toStart; ///< nodes that a load has linked below running ones
     LoadReport report;
     std::set<const NodeType*> toldTypes; ///< of which the log has said that their nodes do nothing
-    std::vector<std::string> saveNotes; ///< of the last save
+    std::vector<std::string> saveNotes;  ///< of the last save
 
     bool isInFrame = false;
     std::vector<FrameWindow*> windows; ///< null where one has left while they are being gone through
