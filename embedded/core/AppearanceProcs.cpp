@@ -54,6 +54,13 @@ void applyChannels(Surface& surface)
     }
 }
 
+/// Makes colours that are shown as they are into those of a lit surface, which alone has two sides.
+void shineAlone(SurfaceColors& colors)
+{
+    colors.emission = colors.diffuse;
+    colors.ambient = colors.diffuse = colors.specular = osg::Color3f();
+}
+
 /// Has the last texture add light of its own, as bright as the emissive colour was, to what is below.
 void emitTexture(Surface& surface)
 {
@@ -216,9 +223,15 @@ void AppearanceProc::describeBack(Surface& surface)
     Surface back;
     back.kind = surface.kind;
     static_cast<MaterialProc*>(_looks->backMaterial.element())->describe(back);
-    if (!surface.lit || !back.lit) {
-        complain("backMaterial", "expected two materials that take light, found others; the front's counts");
+    const bool hasColors = surface.vertexColors != Surface::NO_COLORS;
+    if (surface.lit != back.lit || !_material.element() || (!surface.lit && hasColors)) {
+        complain("backMaterial", "expected two materials of a kind, found others; the front's counts");
         return;
+    }
+    if (!surface.lit) {
+        shineAlone(surface);
+        shineAlone(back);
+        surface.lit = true;
     }
     surface.back = static_cast<const SurfaceColors&>(back);
 }

@@ -181,8 +181,8 @@ public:
     bool tintsTextures() const override { return true; }
 };
 
-/// Behaviour of a `PhysicalMaterial`, shown by the lighting of OpenGL: what is rough scatters light, what is
-/// smooth and metallic throws it back in its own colour.
+/// Behaviour of a `PhysicalMaterial`, shown by the lighting of OpenGL: as bright as by the equations of X3D
+/// where one looks along the light and the normal, with a highlight of the same width.
 class PhysicalMaterialProc : public TexturedMaterialProc
 {
 public:
@@ -197,25 +197,30 @@ public:
             surface.diffuse = emission;
             return;
         }
-        // Smooth metals show little but their surroundings, for which a share of the light stands in.
-        constexpr float MirroredShare = 0.6F;
+        constexpr float Pi = 3.14159265F;
         constexpr float AmbientShare = 0.2F;
+        constexpr float MirroredShare = 0.35F;    ///< stands for the surroundings that metals mirror
         constexpr float PlainReflectance = 0.04F; ///< of what is no metal, looked at straight
         const float metallic = fraction(metallicPart, node());
         const float roughness = std::max(fraction(roughnessPart, node()), 0.05F);
-        const float smoothness = 1.0F - roughness;
+        // The square of the highlight's width; what is that wide is scattered rather than mirrored.
+        const float width = std::pow(roughness, 4.0F);
+        const float scattered = 1.0F - metallic + metallic * std::max(width, MirroredShare);
+        osg::Color3f reflectance;
+        float strongest = PlainReflectance;
+        for (osg::UInt32 i = 0; i < 3; ++i) {
+            surface.diffuse[i] = base[i] * scattered / Pi;
+            reflectance[i] = PlainReflectance + (base[i] - PlainReflectance) * metallic;
+            strongest = std::max(strongest, reflectance[i]);
+        }
+        // Highlights keep their hue, however bright.
+        const float gain = std::min((1.0F - width) / (Pi * width), 1.0F / strongest);
         surface.lit = true;
-        surface.diffuse = scaled(base, 1.0F - MirroredShare * metallic * smoothness);
+        surface.specular = scaled(reflectance, gain);
         surface.ambient = scaled(surface.diffuse, AmbientShare);
         surface.emission = emission;
-        // Blinn's exponent for the width of the highlight, and its brightness for that exponent.
-        const float exponent = 2.0F / std::pow(roughness, 4.0F) - 2.0F;
-        surface.shininess = std::clamp(exponent, 0.0F, MaxExponent);
-        const float gain = smoothness * std::min((surface.shininess + 8.0F) / 8.0F, 16.0F);
-        for (osg::UInt32 i = 0; i < 3; ++i) {
-            const float reflectance = PlainReflectance + (base[i] - PlainReflectance) * metallic;
-            surface.specular[i] = std::clamp(reflectance * gain, 0.0F, 1.0F);
-        }
+        // Blinn's exponent for the width.
+        surface.shininess = std::clamp(2.0F / width - 2.0F, 0.0F, MaxExponent);
     }
 
     MaterialTexture colorTexture() override

@@ -75,15 +75,18 @@ void tst_Looks::physicalMaterialBecomesLightAndHighlight()
 {
     CoreScene scene(box("material DEF M PhysicalMaterial { baseColor 1 0.5 0 metallic 0 roughness 1 }"));
     QVERIFY(colorsOf(scene)->getLit());
-    QCOMPARE(colorsOf(scene)->getDiffuse(), osg::Color4f(1, 0.5F, 0, 1));
+    constexpr float Share = 0.31831F; // of the light that a matt surface throws to one side
+    QVERIFY(qAbs(colorsOf(scene)->getDiffuse().red() - Share) < 1e-4F);
+    QVERIFY(qAbs(colorsOf(scene)->getDiffuse().green() - 0.5F * Share) < 1e-4F);
+    QCOMPARE(colorsOf(scene)->getDiffuse().blue(), 0.0F);
     QCOMPARE(colorsOf(scene)->getSpecular(), osg::Color4f(0, 0, 0, 1));
     QCOMPARE(colorsOf(scene)->getShininess(), 0.0F);
     // A polished metal has the highlight in its own colour, and little of other light.
     scene.set("M", "metallic", "1");
     scene.set("M", "roughness", "0.1");
     QCOMPARE(colorsOf(scene)->getShininess(), 128.0F);
-    QCOMPARE(colorsOf(scene)->getSpecular(), osg::Color4f(1, 1, 0, 1));
-    QVERIFY(colorsOf(scene)->getDiffuse().red() < 0.5F);
+    QCOMPARE(colorsOf(scene)->getSpecular(), osg::Color4f(1, 0.5F, 0, 1));
+    QVERIFY(colorsOf(scene)->getDiffuse().red() < 0.5F * Share);
 }
 
 void tst_Looks::physicalMaterialFollowsItsFields()
@@ -180,7 +183,8 @@ void tst_Looks::colorTextureIsMultiplied()
         QVERIFY(chunkOf<osg::TextureChunk>(scene, osg::StateChunk::TEXTURE));
         QCOMPARE(chunkOf<osg::TextureChunk>(scene, osg::StateChunk::TEXTURE)->getEnvMode(),
                  osg::UInt32(osg::TextureChunk::ENV_MODULATE));
-        QCOMPARE(colorsOf(scene)->getDiffuse(), osg::Color4f(1, 0, 0, 1));
+        QVERIFY(colorsOf(scene)->getDiffuse().red() > 0.3F);
+        QCOMPARE(colorsOf(scene)->getDiffuse().green(), 0.0F);
     }
 }
 

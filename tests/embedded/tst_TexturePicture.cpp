@@ -48,6 +48,7 @@ private slots:
     void opaqueHasNoHoles();
     void hatchLiesOverTheFace();
     void facesThatAreNotFilledAreNotSeen();
+    void backHasItsColor_data();
     void backHasItsColor();
 
 private:
@@ -528,16 +529,23 @@ void tst_TexturePicture::facesThatAreNotFilledAreNotSeen()
     COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0xFF, 0xFF));
 }
 
+void tst_TexturePicture::backHasItsColor_data()
+{
+    QTest::addColumn<QByteArray>("materials");
+    QTest::newRow("lit") << QByteArray("material Material { diffuseColor 1 0 0 } "
+                                       "backMaterial Material { diffuseColor 0 1 0 }");
+    QTest::newRow("unlit") << QByteArray("material UnlitMaterial { emissiveColor 1 0 0 } "
+                                         "backMaterial UnlitMaterial { emissiveColor 0 1 0 }");
+}
+
 void tst_TexturePicture::backHasItsColor()
 {
-    CoreScene scene(
-        ("DEF P Transform { children " +
-         square("material Material { diffuseColor 1 0 0 } backMaterial Material { diffuseColor 0 1 0 }") +
-         " }")
-            .c_str());
+    QFETCH(QByteArray, materials);
+    CoreScene scene(("DEF P Transform { children " + square(materials.toStdString()) + " }").c_str());
     COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x00, 0x00));
     scene.set("P", "rotation", "0 1 0 3.14159265");
     COMPARE_COLOR(middleOf(scene), QColor(0x00, 0xFF, 0x00));
+    QCOMPARE(scene.messageCount(), std::size_t(0));
 }
 
 QTEST_MAIN(tst_TexturePicture)
