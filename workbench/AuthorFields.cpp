@@ -66,12 +66,12 @@ QString AuthorFields::add(Orvane::Node& node, const QString& dataType, const QSt
     if (defaultValue.isEmpty())
         return {};
     std::string error;
-    if (!(access & Orvane::FIELDP))
-        error = "an event has no value";
-    else if (field->parseValue(toRuntime(defaultValue), error))
+    const bool hasValue = access & Orvane::FIELDP;
+    if (hasValue && field->parseValue(toRuntime(defaultValue), error))
         return {};
     node.removeField(*field);
-    return tr("\"%1\" cannot be the value of %2: %3").arg(defaultValue, name, fromRuntime(error));
+    return tr("\"%1\" cannot be the value of %2: %3")
+        .arg(defaultValue, name, hasValue ? fromRuntime(error) : tr("an event has no value"));
 }
 
 QString AuthorFields::remove(Orvane::Node& node, const QString& name)

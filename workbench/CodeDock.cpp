@@ -1,6 +1,7 @@
 #include "CodeDock.h"
 
 #include "AuthorFields.h"
+#include "CodeAddress.h"
 #include "CodeNodes.h"
 #include "Selection.h"
 #include <Orvane/Node.h>
@@ -96,8 +97,11 @@ void CodeDock::showLine(Orvane::Node* node, int line)
 void CodeDock::addPage(const CodeNodes& nodes)
 {
     auto* widget = new QorCodeWidget(_stack);
-    widget->setLanguage(nodes.language(*widget));
-    widget->setCodeNode(nodes.code);
+    {
+        const CodeAddress address(QorCodeWidget::urlField(nodes.code));
+        widget->setLanguage(nodes.language(*widget));
+        widget->setCodeNode(nodes.code);
+    }
     widget->setFieldNode(nodes.fields);
     connect(widget, &QorCodeWidget::wantsAddField, this, &CodeDock::addField);
     connect(widget, &QorCodeWidget::wantsDeleteField, this, &CodeDock::removeField);

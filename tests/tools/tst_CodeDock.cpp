@@ -73,6 +73,10 @@ private slots:
     void appliedTextIsReadAfresh();
     void applyChangesTheField();
     void fileIsNotWrittenForAnotherNode();
+    void fileBesideTheSceneIsEdited_data();
+    void fileBesideTheSceneIsEdited();
+    void nameOfNoFileIsShown_data();
+    void nameOfNoFileIsShown();
     void wantedFieldIsAdded();
     void unwantedFieldIsRemoved();
     void fieldsAreRefused_data();
@@ -343,6 +347,65 @@ void tst_CodeDock::fileIsNotWrittenForAnotherNode()
     QCOMPARE((*QorCodeWidget::urlField(node("Second")))[0], std::string("javascript: second code"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("javascript: file"));
+}
+
+void tst_CodeDock::fileBesideTheSceneIsEdited_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QByteArray>("value"); // "*" stands for the folder
+    QTest::newRow("name") << QStringLiteral("first.frag") << QByteArray("first.frag");
+    QTest::newRow("ended line") << QStringLiteral("first.frag") << QByteArray("first.frag\r\n");
+    QTest::newRow("odd name") << QStringLiteral("a b\u00e4\u4e2d.frag") << QByteArray("a b\u00e4\u4e2d.frag");
+    QTest::newRow("escapes") << QStringLiteral("a b#.frag") << QByteArray("./none/../a%20b%23.frag");
+    QTest::newRow("path") << QStringLiteral("first.frag") << QByteArray("*/first.frag");
+    QTest::newRow("address") << QStringLiteral("first.frag") << QByteArray("file:first.frag");
+}
+
+void tst_CodeDock::fileBesideTheSceneIsEdited()
+{
+    QFETCH(QString, file);
+    QFETCH(QByteArray, value);
+    QFile code(_folder.filePath(file));
+    QVERIFY(code.open(QIODevice::WriteOnly));
+    code.write("old code");
+    code.close();
+    const std::string name = value.replace("*", QFile::encodeName(_folder.path())).toStdString();
+    auto* url = QorCodeWidget::urlField(node("Vertex"));
+    (*url)[0] = name;
+    select("Vertex");
+    QCOMPARE((*url)[0], name);
+    QCOMPARE(edit()->toPlainText(), QStringLiteral("old code"));
+    QCOMPARE(widget()->language(), QorCodeWidget::LANGUAGE_GLSL);
+    edit()->setPlainText(QStringLiteral("new code"));
+    pressApply();
+    QCOMPARE((*url)[0], name);
+    QVERIFY(code.open(QIODevice::ReadOnly));
+    QCOMPARE(code.readAll(), QByteArray("new code"));
+    QVERIFY(code.remove());
+}
+
+void tst_CodeDock::nameOfNoFileIsShown_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::newRow("no such file") << QByteArray("none.frag");
+    QTest::newRow("folder") << QByteArray(".");
+    QTest::newRow("network") << QByteArray("http://none/a.frag");
+    QTest::newRow("long") << QByteArray(100000, 'a');
+    QTest::newRow("null character") << QByteArray("a\0b", 3);
+    QTest::newRow("nothing") << QByteArray();
+}
+
+void tst_CodeDock::nameOfNoFileIsShown()
+{
+    QFETCH(QByteArray, value);
+    auto* url = QorCodeWidget::urlField(node("Vertex"));
+    (*url)[0] = value.toStdString();
+    select("Vertex");
+    QVERIFY(widget()->isEnabled());
+    QCOMPARE((*url)[0], value.toStdString());
+    edit()->setPlainText(QStringLiteral("code"));
+    pressApply();
+    QCOMPARE((*url)[0], std::string("code"));
 }
 
 void tst_CodeDock::wantedFieldIsAdded()
