@@ -19,6 +19,8 @@ private slots:
     void releaseIsToldByZone_data();
     void releaseIsToldByZone();
     void pressIsTraced();
+    void boxIsPaintedToThePixel_data();
+    void boxIsPaintedToThePixel();
     void boxIsPaintedInItsColors();
     void selectedBoxHasTheHighlightColor();
     void hoveredBoxIsLighter();
@@ -283,6 +285,55 @@ void tst_QorGraphNodeView::pressIsTraced()
                                          "3 QorGraphNodeView::showFields:\n"}));
 }
 
+void tst_QorGraphNodeView::boxIsPaintedToThePixel_data()
+{
+    QTest::addColumn<QRectF>("place");
+    QTest::addColumn<QRectF>("input");
+    QTest::addColumn<QRectF>("output");
+    QTest::addColumn<QRect>("leftArrow");
+    QTest::addColumn<QRect>("rightArrow");
+    // The arrow boxes before rounding: (51, 56.8, 4.4, 6.4) and (124.6, 56.8, 4.4, 6.4).
+    QTest::newRow("usual") << QRectF(50, 50, 80, 20) << QRectF(50, 50, 6.4, 20) << QRectF(123.6, 50, 6.4, 20)
+                           << QRect(51, 57, 4, 6) << QRect(125, 57, 4, 6);
+    // (21.25, 34.1, 10.8, 12.8) and (168.45, 34.1, 10.8, 12.8)
+    QTest::newRow("twice as large, between pixels")
+        << QRectF(20.25, 20.5, 160, 40) << QRectF(20.25, 20.5, 12.8, 40) << QRectF(167.45, 20.5, 12.8, 40)
+        << QRect(21, 34, 11, 13) << QRect(168, 34, 11, 13);
+    // (51, 50.68, -1.36, 0.64) and (58.36, 50.68, -1.36, 0.64)
+    QTest::newRow("a tenth") << QRectF(50, 50, 8, 2) << QRectF(50, 50, 0.64, 2) << QRectF(57.36, 50, 0.64, 2)
+                             << QRect(51, 51, -1, 0) << QRect(58, 51, -1, 0);
+}
+
+void tst_QorGraphNodeView::boxIsPaintedToThePixel()
+{
+    QFETCH(QRectF, place);
+    QFETCH(QRectF, input);
+    QFETCH(QRectF, output);
+    QFETCH(QRect, leftArrow);
+    QFETCH(QRect, rightArrow);
+    Box shown;
+    shown.box.move(place.topLeft());
+    shown.box.resize(place.size());
+    shown.box.setAlpha(200);
+
+    QImage expected(200, 150, QImage::Format_RGB32);
+    expected.fill(Qt::black);
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor base(120, 120, 120, 200);
+    painter.fillRect(place, base);
+    painter.fillRect(input, base.darker(130));
+    painter.fillRect(output, base.darker(130));
+    painter.setPen(base.lighter(150));
+    painter.setBrush(base.lighter(150));
+    for (const QRect& box : {leftArrow, rightArrow}) {
+        const QPointF corners[] = {QPointF(box.x() + box.width(), box.y() + box.height() / 2.0),
+                                   QPointF(box.topLeft()), QPointF(box.x(), box.y() + box.height())};
+        painter.drawPolygon(corners, 3);
+    }
+    QCOMPARE(shown.box.picture(), expected);
+}
+
 void tst_QorGraphNodeView::boxIsPaintedInItsColors()
 {
     Box shown;
@@ -456,6 +507,8 @@ void tst_QorGraphNodeView::labelIsWhatAPainterDraws_data()
     QTest::newRow("two lines cut off") << QStringLiteral("Clock") << usual << true;
     QTest::newRow("two lines almost cut off") << QStringLiteral("Clock") << QRectF(50, 50, 80, 31) << true;
     QTest::newRow("blanks") << QStringLiteral("  a  b ") << usual << false;
+    QTest::newRow("tabulators and returns") << QStringLiteral("a\tb\rc") << QRectF(20, 20, 120, 70) << false;
+    QTest::newRow("several lines") << QStringLiteral("a\nbcd\n\ne") << QRectF(20, 20, 120, 110) << false;
     QTest::newRow("other letters") << QString::fromUtf8("Zähler µ £") << usual << false;
 }
 

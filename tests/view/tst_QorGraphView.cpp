@@ -37,6 +37,8 @@ private slots:
     void backgroundColorCanBeSet();
     void nodeColorIsThatOfTheStatusLine();
     void statusLineTellsAll();
+    void statusLineKeepsItsFontWithoutASeenBox();
+    void arrowsOfAFlatBoxReachIntoTheCanvas();
     void routeBeingDrawnIsRed();
     void everythingElseStepsBackWhileARouteIsDrawn();
     void tagHasTheNameOfTheField();
@@ -410,6 +412,30 @@ void tst_QorGraphView::statusLineTellsAll()
     for (int i = 0; i < 100 && !same; ++i)
         same = shown.canvas.grab().toImage().convertToFormat(QImage::Format_RGB32).copy(line) == expected;
     QVERIFY(same);
+}
+
+void tst_QorGraphView::statusLineKeepsItsFontWithoutASeenBox()
+{
+    GraphOnScreen shown;
+    QorGraphNodeView* box = shown.canvas.add(shown.a.get(), QPoint(50, 50));
+    const QRect words(0, 268, 130, 32); // before the figure that differs with the time
+    const QImage seen = shown.canvas.grab().toImage().copy(words);
+    box->move(5000, 5000);
+    QCOMPARE(shown.canvas.grab().toImage().copy(words), seen);
+    // The topmost box is the last one that is painted, and leaves its font.
+    box->setFont(QFont(QStringLiteral("Courier"), 20));
+    QVERIFY(shown.canvas.grab().toImage().copy(words) != seen);
+}
+
+void tst_QorGraphView::arrowsOfAFlatBoxReachIntoTheCanvas()
+{
+    GraphOnScreen shown;
+    QorGraphNodeView* box = shown.canvas.add(shown.a.get(), QPoint(50, -30));
+    box->resize(1000, 10);
+    // The arrow is 80 high about y = -25, its left side at x = 51.
+    const QColor arrow(QColor(120, 120, 120).lighter(150).rgb());
+    QCOMPARE(shown.canvas.pixel(52, 8), arrow);
+    QCOMPARE(shown.canvas.pixel(52, 18), QColor(Qt::black));
 }
 
 void tst_QorGraphView::routeBeingDrawnIsRed()

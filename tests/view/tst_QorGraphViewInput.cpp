@@ -63,6 +63,7 @@ private slots:
     void labelLeavesWithTheLine();
     void labelOfAFieldThatIsGoneIsShort();
     void labelTakesPercentSignsAsTheyAre();
+    void labelShowsMarkupAsItIs();
 
     void wheelZoomsByTenths();
     void wheelZoomsAboutTheOrigin();
@@ -95,6 +96,8 @@ private slots:
     void canvasMayDieWhileAMenuIsOpen_data();
     void canvasMayDieWhileAMenuIsOpen();
     void canvasMayDieWhenANodeIsSelected();
+    void canvasMayDieInTheSignalsOfABox_data();
+    void canvasMayDieInTheSignalsOfABox();
 };
 
 namespace {
@@ -260,10 +263,11 @@ void tst_QorGraphViewInput::lineIsHitUpToFivePixels()
     QVERIFY(line->isSelected());
     shown.click(QPoint(130, 57));
     QVERIFY(!line->isSelected());
-    shown.canvas.remove(shown.c.get());
-    shown.boxA->resize(70, 20); // the box now ends at 120, and the line begins there
-    shown.click(QPoint(119, 60), Qt::MiddleButton);
+    shown.boxA->resize(70, 4); // now the line begins at (120, 52), and there is room below the box
+    shown.click(QPoint(119, 56));
     QVERIFY(!line->isSelected());
+    shown.click(QPoint(120, 56));
+    QVERIFY(line->isSelected());
 }
 
 void tst_QorGraphViewInput::hitDistanceOfZeroLeavesTheLineItself()
@@ -854,6 +858,18 @@ void tst_QorGraphViewInput::labelTakesPercentSignsAsTheyAre()
     QCOMPARE(labelOf(shown.canvas)->text(), QStringLiteral("%2%3.gone  -  b.go"));
 }
 
+void tst_QorGraphViewInput::labelShowsMarkupAsItIs()
+{
+    GraphOnScreen shown;
+    shown.addPair();
+    Tiny::setName(shown.a.get(), "<b>a</b>");
+    shown.move(onLine);
+    const QLabel* label = labelOf(shown.canvas);
+    QVERIFY(label->isVisible());
+    QCOMPARE(label->textFormat(), Qt::PlainText);
+    QVERIFY(label->width() > label->fontMetrics().horizontalAdvance(label->text()));
+}
+
 void tst_QorGraphViewInput::wheelZoomsByTenths()
 {
     GraphOnScreen shown;
@@ -1265,6 +1281,40 @@ void tst_QorGraphViewInput::canvasMayDieWhenANodeIsSelected()
         QCoreApplication::sendEvent(canvas, &press);
         QVERIFY(!living);
     }
+}
+
+void tst_QorGraphViewInput::canvasMayDieInTheSignalsOfABox_data()
+{
+    QTest::addColumn<QPoint>("at");
+    QTest::addColumn<bool>("onPress");
+    QTest::newRow("body") << bodyA << true;
+    QTest::newRow("input strip") << QPoint(52, 55) << true;
+    QTest::newRow("output strip") << outputA << true;
+    QTest::newRow("release") << bodyA << false;
+}
+
+void tst_QorGraphViewInput::canvasMayDieInTheSignalsOfABox()
+{
+    QFETCH(QPoint, at);
+    QFETCH(bool, onPress);
+    const auto a = routedNode("a");
+    QWidget host;
+    auto* canvas = new TestGraph(&host);
+    canvas->resize(400, 300);
+    const QorGraphNodeView* box = canvas->add(a.get(), QPoint(50, 50));
+    const QPointer<TestGraph> living(canvas);
+    const auto end = [canvas] { delete canvas; };
+    if (onPress) {
+        connect(box, &QorGraphNodeView::pressed, this, end);
+        connect(box, &QorGraphNodeView::inputAreaPressed, this, end);
+        connect(box, &QorGraphNodeView::outputAreaPressed, this, end);
+    } else {
+        connect(box, &QorGraphNodeView::released, this, end);
+    }
+    const auto type = onPress ? QEvent::MouseButtonPress : QEvent::MouseButtonRelease;
+    QMouseEvent event(type, at, canvas->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(canvas, &event);
+    QVERIFY(!living);
 }
 
 QTEST_MAIN(tst_QorGraphViewInput)

@@ -18,7 +18,10 @@ void QorGraphLabel::layOut(const QPainter& painter, const QString& text)
     QTextOption option;
     option.setTextDirection(painter.layoutDirection());
     option.setWrapMode(QTextOption::NoWrap);
-    _layout.setText(QString(text).replace(QLatin1Char('\n'), QChar(QChar::LineSeparator)));
+    QString shown = text;
+    shown.replace(QLatin1Char('\n'), QChar(QChar::LineSeparator));
+    shown.replace(QLatin1Char('\r'), QLatin1Char(' ')).replace(QLatin1Char('\t'), QLatin1Char(' '));
+    _layout.setText(shown);
     _layout.setFont(_font);
     _layout.setTextOption(option);
     _layout.setCacheEnabled(true);

@@ -3,9 +3,11 @@
 #include "QorGraphLabel.h"
 #include "QorGraphView.h"
 #include "QorLog.h"
+#include "QorPixels.h"
 #include "QorTools.h"
 #include <Orvane/Node.h>
 #include <Orvane/NodeType.h>
+#include <QtCore/QPointer>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 
@@ -74,12 +76,12 @@ void QorGraphNodeView::paint(QPainter* painter)
     // Both arrows point to the right: they show the way through the box.
     const auto width = static_cast<float>(inputAreaRect().width());
     const QRectF left(_pos.x() + 1.0, _pos.y() + _size.height() * 0.5 - width / 2, width - 2, width);
-    paintArrow(painter, left.toRect(), ArrowRight, arrow);
-    paintArrow(painter, left.translated(_size.width() - width, 0.0).toRect(), ArrowRight, arrow);
+    paintArrow(painter, toPixels(left), ArrowRight, arrow);
+    paintArrow(painter, toPixels(left.translated(_size.width() - width, 0.0)), ArrowRight, arrow);
 
     painter->setPen(_palette.brush(QPalette::Current, QPalette::WindowText).color());
     painter->setFont(_font);
-    _label->draw(painter, rect().toRect(), labelText());
+    _label->draw(painter, toPixels(rect()), labelText());
 }
 
 void QorGraphNodeView::paintArrow(QPainter* painter, const QRect& rect, const ArrowDirection& direction,
@@ -105,17 +107,20 @@ void QorGraphNodeView::mousePressEvent(QMouseEvent* event)
 {
     QOR_NOTICE("QorGraphNodeView::mousePressEvent: %s, e->pos()=%d,%d\n",
                _node ? _node->getIDStr().c_str() : "", event->pos().x(), event->pos().y());
+    event->accept();
+    const QPointer<QorGraphNodeView> living(this);
     if (inputAreaContains(event->pos())) {
         emit inputAreaPressed();
-        showFields(InputMenu);
+        if (living)
+            showFields(InputMenu);
     } else if (outputAreaContains(event->pos())) {
         emit outputAreaPressed();
-        showFields(OutputMenu);
+        if (living)
+            showFields(OutputMenu);
     } else {
         QOR_NOTICE("QorGraphNodeView::mousePressEvent: body hit.\n");
         emit pressed();
     }
-    event->accept();
 }
 
 void QorGraphNodeView::mouseMoveEvent(QMouseEvent*)

@@ -2,6 +2,7 @@
 #include "QorGraphView.h"
 #include "QorIconFactory.h"
 #include "QorLog.h"
+#include "QorPixels.h"
 #include "QorTools.h"
 #include <Orvane/Field.h>
 #include <Orvane/Node.h>
@@ -56,10 +57,10 @@ QPointF QorGraphNodeView::calculateMenuPosition(const MenuType& type)
 {
     if (type == InputMenu) {
         const QPointF corner(_pos.x() + _fieldAreaWidth, _pos.y() + _size.height());
-        return _graphView->mapToGlobal(corner.toPoint()) - QPoint(_fieldMenu->width(), 0);
+        return _graphView->mapToGlobal(toPixel(corner)) - QPoint(_fieldMenu->width(), 0);
     }
     if (type == OutputMenu)
-        return _graphView->mapToGlobal((_pos + outputAreaRect().bottomLeft()).toPoint());
+        return _graphView->mapToGlobal(toPixel(_pos + outputAreaRect().bottomLeft()));
     return {0.0, 0.0};
 }
 

@@ -2,6 +2,7 @@
 
 #include "QorGraphNodeView.h"
 #include "QorLog.h"
+#include "QorPixels.h"
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMenu>
 #include <algorithm>
@@ -59,6 +60,8 @@ void QorGraphView::makeEdgeLabel()
     _edgeLabel = new QLabel(this);
     _edgeLabel->setFrameStyle(QFrame::Box | QFrame::Plain);
     _edgeLabel->setAutoFillBackground(true);
+    // Names are shown as they are, also such as look like markup.
+    _edgeLabel->setTextFormat(Qt::PlainText);
     QColor background(Qt::darkYellow);
     background.setAlpha(180);
     QPalette colors;
@@ -168,7 +171,7 @@ void QorGraphView::updateViewMatrix()
         view.resize(worldSize * _viewMatrix.m11());
     }
     if (_mode == CREATEROUTE_M)
-        _routeLine.setP1(_viewMatrix.map(toWorld.map(QPointF(_routeLine.p1()))).toPoint());
+        _routeLine.setP1(toPixel(_viewMatrix.map(toWorld.map(QPointF(_routeLine.p1())))));
     update();
 }
 

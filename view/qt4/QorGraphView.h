@@ -234,7 +234,7 @@ private:
     /// Repaints after boxes were selected or moved.
     void updateBoxes(const QList<QorGraphNodeView*>& views);
 
-    bool isSeen(const QRectF& place) const;
+    bool isSeen(const QRectF& place, double reach) const;
     void paintBoxes(QPainter* painter);
     void paintNewRoute(QPainter* painter);
     void paintStatus(QPainter* painter, int milliseconds);

@@ -2,6 +2,7 @@
 #include "QorGraphNodeView.h"
 #include "QorGraphView.h"
 #include "QorLog.h"
+#include "QorPixels.h"
 #include "QorTools.h"
 #include <Orvane/Field.h>
 #include <QtCore/QPointer>
@@ -19,7 +20,7 @@ namespace {
 /// The event as a box sees it.
 QMouseEvent relativeTo(const QorGraphNodeView& view, const QMouseEvent& event)
 {
-    const QPoint local = (event.pos() - view.pos()).toPoint();
+    const QPoint local = toPixel(event.pos() - view.pos());
     return QMouseEvent(event.type(), local, event.windowPos(), event.screenPos(), event.button(),
                        event.buttons(), event.modifiers());
 }
@@ -251,7 +252,7 @@ void QorGraphView::selectByRect()
 {
     _selectedNodes.clear();
     for (QorGraphNodeView* const view : qAsConst(_nodeViews)) {
-        if (_selectRect.intersects(view->rect().toRect())) {
+        if (_selectRect.intersects(toPixels(view->rect()))) {
             view->select();
             _selectedNodes.append(view);
         } else {
@@ -284,8 +285,11 @@ void QorGraphView::mouseReleaseEvent(QMouseEvent* event)
         setMode(DEFAULT_M);
     if (_mode == DEFAULT_M) {
         if (QorGraphNodeView* const view = nodeViewAt(event->pos())) {
+            const QPointer<QorGraphView> living(this);
             QMouseEvent local = relativeTo(*view, *event);
             view->mouseReleaseEvent(&local);
+            if (!living)
+                return;
         }
     }
     update();

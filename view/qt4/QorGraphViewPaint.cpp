@@ -1,6 +1,7 @@
 #include "QorGraphEdge.h"
 #include "QorGraphNodeView.h"
 #include "QorGraphView.h"
+#include "QorPixels.h"
 #include "QorTools.h"
 #include <Orvane/Field.h>
 #include <QtCore/QTime>
@@ -11,6 +12,9 @@
 namespace Orvane::Qt4 {
 
 namespace {
+
+/// How far pens reach beyond what they draw.
+constexpr double penReach = 4.0;
 
 /// While a route is drawn, all else steps back.
 int alphaIn(QorGraphView::Mode mode)
@@ -23,18 +27,18 @@ int alphaIn(QorGraphView::Mode mode)
 QPoint QorGraphView::startPoint(const QorGraphEdge* edge)
 {
     const QorGraphNodeView* const box = edge->srcNode();
-    return (box->pos() + QPointF(box->size().width(), box->size().height() * 0.5)).toPoint();
+    return toPixel(box->pos() + QPointF(box->size().width(), box->size().height() * 0.5));
 }
 
 QPoint QorGraphView::endPoint(const QorGraphEdge* edge)
 {
     // Half the height of the source box: boxes are of one height.
-    return (edge->destNode()->pos() + QPointF(0.0, edge->srcNode()->size().height() * 0.5)).toPoint();
+    return toPixel(edge->destNode()->pos() + QPointF(0.0, edge->srcNode()->size().height() * 0.5));
 }
 
 QPoint QorGraphView::outSlotPos(QorGraphNodeView* view, const QString&)
 {
-    return (view->pos() + QPointF(view->size().width(), view->size().height() * 0.5)).toPoint();
+    return toPixel(view->pos() + QPointF(view->size().width(), view->size().height() * 0.5));
 }
 
 void QorGraphView::paintEvent(QPaintEvent* event)
@@ -62,10 +66,9 @@ void QorGraphView::paintEvent(QPaintEvent* event)
     paintStatus(&painter, milliseconds);
 }
 
-/// False for what lies beside the canvas; pens reach a little beyond.
-bool QorGraphView::isSeen(const QRectF& place) const
+/// False for what lies beside the canvas, with what it may reach beyond its place.
+bool QorGraphView::isSeen(const QRectF& place, double reach) const
 {
-    constexpr double reach = 4.0;
     return place.normalized().adjusted(-reach, -reach, reach, reach).intersects(rect());
 }
 
@@ -75,9 +78,12 @@ void QorGraphView::paintBoxes(QPainter* painter)
     for (int i = _nodeViews.size() - 1; i >= 0; --i) {
         QorGraphNodeView* const view = _nodeViews.at(i);
         view->_alpha = alpha;
-        if (isSeen(view->rect()))
+        // The arrows of a flat box are higher than itself.
+        if (isSeen(view->rect(), penReach + view->inputAreaRect().width()))
             view->paint(painter);
     }
+    // What follows is drawn in the font of the topmost box, whether or not that is seen.
+    painter->setFont(_nodeViews.constFirst()->font());
 }
 
 void QorGraphView::paintEdges(QPainter* painter)
@@ -90,7 +96,7 @@ void QorGraphView::paintEdges(QPainter* painter)
         edge->_alpha = alpha;
         // One more each way, as the size of a rectangle has it.
         edge->resize(end.x() - start.x() + 1, end.y() - start.y() + 1);
-        if (isSeen(edge->rect()))
+        if (isSeen(edge->rect(), penReach))
             edge->paint(painter);
     }
 }
