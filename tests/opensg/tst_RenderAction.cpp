@@ -387,6 +387,24 @@ private slots:
             COMPARE_COLOR(drawn.pixelColor(x, 100), x % 32 == 0 ? red : black);
     }
 
+    void highlightsLieWhereTheEyeIs()
+    {
+        GLPicture picture;
+        const auto shining = [] {
+            const SimpleMaterialPtr material = lit(0, 0, 0);
+            material->setSpecular(Color3f(1, 0, 0));
+            material->setShininess(128);
+            return shape(GeometryBuilder::square(), material);
+        };
+        const DirectionalLightPtr light = DirectionalLight::create();
+        light->setSpecular(Color4f(1, 1, 1, 1));
+        const NodeRefPtr root = litBy(light, {at(-3, 0, 0, shining()), at(3, 3, 0, shining())});
+        // Light along the look: a face beside the middle throws it back past the eye.
+        const QImage drawn = picture.draw(root);
+        QVERIFY(colorAt(drawn, -3, 0).red() < 100);
+        QVERIFY(colorAt(drawn, 3, 3).red() < colorAt(drawn, -3, 0).red());
+    }
+
     void transparentShapesMixFromBackToFront()
     {
         GLPicture picture;
