@@ -17,6 +17,7 @@ class NodeType;
 class ORVANE_API Context : public RefCountObject
 {
 public:
+    /// What a load does with the roots that are there.
     enum LoadType : int {
         REPLACE_LT = 0 ///< roots that the scene brings replace those of the same type
     };

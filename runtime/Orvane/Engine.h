@@ -15,6 +15,7 @@ public:
     /// null.
     static Engine* create(BaseObject* owner, const char* name, NodeCreator creator);
 
+    /// The type of these nodes, by which a context finds its root.
     static NodeType _type;
 
 protected:

@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API EventInSlot : public EventSlot
 {
 public:
+    /// Made by the field alone.
     explicit EventInSlot(Field* field);
     ~EventInSlot() override;
 

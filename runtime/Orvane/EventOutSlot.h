@@ -10,6 +10,7 @@ class EventInSlot;
 class ORVANE_API EventOutSlot : public EventSlot
 {
 public:
+    /// Made by the field alone.
     explicit EventOutSlot(Field* field);
     ~EventOutSlot() override;
 

@@ -13,8 +13,10 @@ class Route;
 class ORVANE_API EventSlot : public BaseObject
 {
 public:
+    /// Goes over the routes.
     using RouteIterator = std::vector<Route*>::const_iterator;
 
+    /// Made by the field alone.
     explicit EventSlot(Field* field);
     EventSlot(const EventSlot&) = delete;
     EventSlot& operator=(const EventSlot&) = delete;
@@ -26,6 +28,7 @@ public:
     /// The field of the slot; never null.
     Field* field() const { return _field; }
 
+    /// The routes that begin or end here, in order of creation.
     RouteIterator begin() const { return _routes.begin(); }
     RouteIterator end() const { return _routes.end(); }
 

@@ -25,6 +25,7 @@ public:
         LOADER_CT = 2    ///< a scene file: no event comes of it
     };
 
+    /// Made by the node, which is borrowed as its description is.
     Field(Node* node, NodePartDesc* desc);
     Field(const Field&) = delete;
     Field& operator=(const Field&) = delete;

@@ -9,9 +9,9 @@ struct FrameStatistics
 {
     double framesPerSecond = 0.0; ///< drawn frames over the last second
     std::size_t triangles = 0;    ///< of the last drawn frame, all windows together
-    std::size_t drawCalls = 0;
-    std::size_t framesDrawn = 0; ///< since the context began
-    std::size_t framesRun = 0;   ///< idle ones too
+    std::size_t drawCalls = 0;    ///< as the triangles
+    std::size_t framesDrawn = 0;  ///< since the context began
+    std::size_t framesRun = 0;    ///< idle ones too
 };
 
 } // namespace Orvane

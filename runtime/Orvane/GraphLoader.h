@@ -10,6 +10,7 @@ namespace Orvane {
 class ORVANE_API GraphLoader
 {
 public:
+    /// How the name of a format is written.
     enum FormatStyle : int {
         PLAIN_FS = 0, ///< "X3D XML"
         FILTER_FS = 1 ///< "X3D XML (*.x3d *.x3dz)", as file dialogs take it

@@ -10,8 +10,10 @@ namespace Orvane {
 /// One message of a load. A fault of the scene's text, or of a file that the scene names.
 struct ORVANE_API LoadMessage
 {
+    /// Whether the load failed by it.
     enum Severity : int { ERROR_LM = 1, WARNING_LM = 2 };
 
+    /// How grave it is, and where.
     Severity severity = WARNING_LM;
     std::string file; ///< the file or address at fault
     int line = 0;     ///< from 1; 0 when no place can be told
@@ -25,6 +27,7 @@ struct ORVANE_API LoadMessage
 /// What the last load of a context read, for tools that check scenes.
 struct LoadReport
 {
+    /// Whether it succeeded, what was said, and how many of each it read.
     bool ok = false;
     std::vector<LoadMessage> messages;
     std::size_t nodes = 0;

@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API MFBool : public MLField<bool, 0>
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     MFBool(Node* node, NodePartDesc* desc);
     ~MFBool() override;
 

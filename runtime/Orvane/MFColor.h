@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API MFColor : public MVField<osg::Color3f, 0>
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     MFColor(Node* node, NodePartDesc* desc);
     ~MFColor() override;
 

@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API MFDouble : public MVField<double, 0>
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     MFDouble(Node* node, NodePartDesc* desc);
     ~MFDouble() override;
 

@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API MFFloat : public MVField<float, 0>
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     MFFloat(Node* node, NodePartDesc* desc);
     ~MFFloat() override;
 

@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API MFInt32 : public MVField<int, 0>
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     MFInt32(Node* node, NodePartDesc* desc);
     ~MFInt32() override;
 

@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API MFNode : public MLField<NodeLink, 1>
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     MFNode(Node* node, NodePartDesc* desc);
     ~MFNode() override;
 

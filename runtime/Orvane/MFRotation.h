@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API MFRotation : public MVField<Rotation, 0>
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     MFRotation(Node* node, NodePartDesc* desc);
     ~MFRotation() override;
 

@@ -15,6 +15,7 @@ template <class T, int Kind>
 class ORVANE_API MLField : public Field
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     MLField(Node* node, NodePartDesc* desc);
     ~MLField() override;
 
@@ -59,6 +60,7 @@ public:
     class Iterator
     {
     public:
+        /// What the standard library asks of iterators.
         using iterator_category = std::bidirectional_iterator_tag;
         using value_type = T;
         using difference_type = std::ptrdiff_t;
@@ -66,6 +68,7 @@ public:
         using reference = T&;
 
         Iterator() = default;
+        /// Made by `begin` and `end`; steps and compares as iterators do, and gives the link.
         explicit Iterator(T* const* position)
             : _position(position)
         {
@@ -89,8 +92,10 @@ public:
     private:
         T* const* _position = nullptr;
     };
+    /// As containers call it.
     using iterator = Iterator;
 
+    /// Made by the node, which is borrowed as its description is.
     MLField(Node* node, NodePartDesc* desc);
     ~MLField() override;
 

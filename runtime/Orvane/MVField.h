@@ -14,6 +14,7 @@ template <class T, int Kind>
 class ORVANE_API MVField : public Field
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     MVField(Node* node, NodePartDesc* desc);
     ~MVField() override;
 
@@ -36,6 +37,7 @@ public:
     /// Replaces a value; an index outside the list replaces nothing.
     void setElem(int index, const T& value);
 
+    /// The values, valid until the list changes.
     const std::vector<T>& values() const { return _values; }
     /// The values in place, for who calls `processValueChange` afterwards.
     std::vector<T>& editValues() { return _values; }

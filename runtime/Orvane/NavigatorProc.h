@@ -12,12 +12,14 @@ public:
     /// A message that `WindowProc::message` takes by its name.
     struct Message
     {
+        /// Name, and what the user reads.
         std::string name;
         std::string description; ///< tool tip
     };
 
     ~NavigatorProc() override;
 
+    /// Number of messages.
     static unsigned int getMessageCount();
     /// The message by index; null when \a index is not below `getMessageCount()`.
     static Message* getMessage(unsigned int index);

@@ -69,6 +69,7 @@ public:
     /// The object lives on with the node, as somebody may still look at it.
     bool removeField(Field& field);
 
+    /// Never null.
     NodeType* type() const { return _type; }
     /// Null when unnamed.
     const std::string* name() const { return _name; }

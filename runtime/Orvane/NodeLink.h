@@ -13,7 +13,9 @@ class Node;
 class ORVANE_API NodeLink : public BaseObject
 {
 public:
+    /// An empty link outside of any field.
     NodeLink();
+    /// A copy is no link of the graph.
     NodeLink(const NodeLink& other);
     NodeLink& operator=(const NodeLink& other);
     ~NodeLink() override;

@@ -45,10 +45,12 @@ public:
     unsigned int valueRestriction = NONE_VR; ///< a `ValueRestriction`
     double minValue = 0.0;                   ///< lower limit under `MIN_MAX_VR`, may be infinite
     double maxValue = 0.0; ///< upper limit under `MIN_MAX_VR`; 0.0 on an integer field means none
+    /// Name of the field.
     std::string name;
     std::string defaultValue; ///< in the text form of `Field::valueToString`
     std::string description;  ///< one line for the user, may be empty
 
+    /// Type of the values, and access.
     NodePartDataType dataType = NO_DT;
     NodePartType partType = NO_PART;
 

@@ -26,6 +26,7 @@ public:
     /// not 0 the list holds only types of which nodes can be made.
     static unsigned int getTypeVec(std::vector<NodeType*>& types, int instantiable);
 
+    /// Name, and one line for the user, which may be empty.
     std::string name;
     std::string description;
 

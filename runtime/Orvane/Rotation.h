@@ -9,6 +9,7 @@ class ORVANE_API Rotation
 {
 public:
     constexpr Rotation() = default;
+    /// An axis, which need not be of length 1, and an angle in radians.
     constexpr Rotation(float x, float y, float z, float angle)
         : _x(x)
         , _y(y)
@@ -17,6 +18,7 @@ public:
     {
     }
 
+    /// The axis.
     constexpr float x() const { return _x; }
     constexpr float y() const { return _y; }
     constexpr float z() const { return _z; }

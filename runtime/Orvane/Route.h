@@ -13,6 +13,7 @@ class EventOutSlot;
 class ORVANE_API Route : public BaseObject
 {
 public:
+    /// Who made a route.
     enum Type : int {
         SCENE_RT = 1, ///< from the scene's text or from an author
         IS_RT = 2,    ///< an IS connection of a prototype
@@ -26,6 +27,7 @@ public:
     Route& operator=(const Route&) = delete;
     ~Route() override;
 
+    /// Both ends, never null, and who made the route.
     EventOutSlot* outSlot() const { return _outSlot; }
     EventInSlot* inSlot() const { return _inSlot; }
     Type type() const { return _type; }

@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API SFBool : public XField<bool, 0>
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     SFBool(Node* node, NodePartDesc* desc);
     ~SFBool() override;
 

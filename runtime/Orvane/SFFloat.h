@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API SFFloat : public XField<float, 0>
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     SFFloat(Node* node, NodePartDesc* desc);
     ~SFFloat() override;
 

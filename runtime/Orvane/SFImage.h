@@ -9,6 +9,7 @@ namespace Orvane {
 class ORVANE_API SFImage : public Field
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     SFImage(Node* node, NodePartDesc* desc);
     ~SFImage() override;
 
@@ -21,6 +22,7 @@ public:
     void assignValue(const Field& other) override;
     bool hasValueOf(const Field& other) const override;
 
+    /// The value, which shares its pixels with the field.
     Image image() const { return _value; }
 
     /// Sets the value as of the time stamp and tells the runtime (see `processValueChange`).

@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API SFInt32 : public XField<int, 0>
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     SFInt32(Node* node, NodePartDesc* desc);
     ~SFInt32() override;
 

@@ -9,6 +9,7 @@ namespace Orvane {
 class ORVANE_API SFNode : public Field
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     SFNode(Node* node, NodePartDesc* desc);
     ~SFNode() override;
 

@@ -8,6 +8,7 @@ namespace Orvane {
 class ORVANE_API SFString : public Field
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     SFString(Node* node, NodePartDesc* desc);
     ~SFString() override;
 
@@ -20,6 +21,7 @@ public:
     void assignValue(const Field& other) override;
     bool hasValueOf(const Field& other) const override;
 
+    /// The value, valid until the field changes.
     const std::string& value() const { return _value; }
 
     /// Sets the value as of the time stamp and tells the runtime (see `processValueChange`).

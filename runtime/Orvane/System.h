@@ -11,6 +11,7 @@ public:
     System(const System&) = delete;
     System& operator=(const System&) = delete;
 
+    /// The one system of the process.
     static System& the();
 
     /// Starts the runtime, before any context. A second start without an end between is taken as nothing. \a
@@ -20,6 +21,7 @@ public:
     /// nothing.
     void exit();
 
+    /// True between a start and its end.
     bool isInitialised() const { return _initialised; }
 
 private:

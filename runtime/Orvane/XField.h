@@ -9,6 +9,7 @@ template <class T, int Kind>
 class ORVANE_API XField : public Field
 {
 public:
+    /// Made by the node, which is borrowed as its description is.
     XField(Node* node, NodePartDesc* desc);
     ~XField() override;
 
@@ -20,6 +21,7 @@ public:
     void assignValue(const Field& other) override;
     bool hasValueOf(const Field& other) const override;
 
+    /// The value, valid until the field changes.
     const T& value() const { return _value; }
 
     /// Sets the value as of the time stamp and tells the runtime (see `processValueChange`).

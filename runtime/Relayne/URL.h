@@ -32,6 +32,7 @@ public:
     /// in front where it could be taken for something else.
     static URL fromLocalFile(const std::string& file);
 
+    /// True for an address without any part.
     bool isEmpty() const;
     /// True for a plain file name and for the scheme "file".
     bool isLocalFile() const;

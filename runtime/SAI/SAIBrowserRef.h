@@ -17,6 +17,7 @@ class ORVANE_API SAIBrowserRef
 public:
     virtual ~SAIBrowserRef();
 
+    /// Name and version of the runtime.
     virtual std::string getName() const = 0;
     virtual std::string getVersion() const = 0;
     /// Speed of navigation in metres per second.

@@ -18,18 +18,21 @@ public:
     class QOR_EXPORT BoolComboBox : public QComboBox
     {
     public:
+        /// Made and owned by the editor.
         explicit BoolComboBox(QWidget* parent);
 
     protected:
         void keyPressEvent(QKeyEvent* event) override;
     };
 
+    /// Made by the delegate for the time of an edit; \a parent owns it.
     explicit QorBoolFieldEditor(QWidget* parent);
 
     void setEditorData(QorFieldItem* item) override;
     void setModelData(QorFieldItem* item) override;
 
 protected slots:
+    /// A value was chosen: it is committed and the editor closes.
     void onIndexChanged(int index);
 
 private:

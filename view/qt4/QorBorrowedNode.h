@@ -10,6 +10,7 @@ class QorBorrowedNode
 {
 public:
     QorBorrowedNode() = default;
+    /// Remembers a node; null is none.
     explicit QorBorrowedNode(Orvane::Node* node)
         : _node(node)
         , _id(node ? node->ID() : 0)

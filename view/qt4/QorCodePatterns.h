@@ -8,6 +8,7 @@ namespace Orvane::Qt4::QorCodePatterns {
 /// Any of some words, whole.
 QString anyOf(const QStringList& words);
 
+/// Words of a language.
 QString ecmaKeyword();
 QString glslKeyword();
 QString glslFunction();
@@ -22,6 +23,7 @@ QString glslPreprocessor();
 /// What the colour of a preprocessor line ends at.
 QString preprocessorEnd();
 
+/// Comments of the languages, and where they begin and end.
 QString lineComment();
 QString lineEnd();
 QString commentStart();

@@ -42,6 +42,7 @@ public:
         LANGUAGE_X3D = 6
     };
 
+    /// Shows no node, and is disabled until one is set.
     explicit QorCodeWidget(QWidget* parent = nullptr);
     ~QorCodeWidget() override;
 
@@ -50,6 +51,7 @@ public:
     /// The node whose fields are listed, as `codeNode`.
     Orvane::Node* fieldNode() const { return _fieldNode.get(); }
 
+    /// What the code is highlighted as.
     LanguageE language() const;
     /// Highlights the code anew, as soon as events are processed.
     void setLanguage(LanguageE language);

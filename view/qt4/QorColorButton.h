@@ -12,6 +12,7 @@ class QOR_EXPORT QorColorButton : public QAbstractButton
     Q_OBJECT
 
 public:
+    /// A button in the colour that the palette has.
     explicit QorColorButton(QWidget* parent = nullptr);
     ~QorColorButton() override;
 

@@ -13,6 +13,7 @@ class QOR_EXPORT QorColorFieldEditor : public QorFieldEditor
     Q_OBJECT
 
 public:
+    /// Made by the delegate for the time of an edit; \a parent owns it.
     explicit QorColorFieldEditor(QWidget* parent);
 
     /// Does nothing.

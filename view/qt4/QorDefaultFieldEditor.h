@@ -13,6 +13,7 @@ class QOR_EXPORT QorDefaultFieldEditor : public QorFieldEditor
     Q_OBJECT
 
 public:
+    /// Made by the delegate for the time of an edit; \a parent owns it.
     explicit QorDefaultFieldEditor(QWidget* parent);
 
     void setEditorData(QorFieldItem* item) override;

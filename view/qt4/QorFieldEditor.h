@@ -16,6 +16,7 @@ class QOR_EXPORT QorFieldEditor : public QWidget
     Q_OBJECT
 
 public:
+    /// An editor in the cell of a view, which owns it.
     explicit QorFieldEditor(QWidget* parent);
 
     /// Shows the value of the row.
@@ -28,6 +29,7 @@ public slots:
     void signalCommitData();
 
 signals:
+    /// As the signals of item delegates: the value is to be written, the edit is over.
     void commitData(QWidget* editor);
     void closeEditor(QWidget* editor,
                      QAbstractItemDelegate::EndEditHint hint = QAbstractItemDelegate::NoHint);

@@ -23,11 +23,13 @@ public:
     /// Columns, to be combined.
     enum Column : int { COLUMN_NAME = 1, COLUMN_DATA_TYPE = 2, COLUMN_FIELD_TYPE = 4 };
 
+    /// The columns of both.
     friend Column operator|(Column a, Column b)
     {
         return static_cast<Column>(static_cast<int>(a) | static_cast<int>(b));
     }
 
+    /// An empty list of three columns.
     explicit QorFieldListView(QWidget* parent = nullptr);
     ~QorFieldListView() override;
 

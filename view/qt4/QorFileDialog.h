@@ -23,16 +23,22 @@ public:
     /// The name filters: all files, all files of known formats, and one for each format of the runtime.
     static QStringList buildFileFilters();
 
+    /// Options of the writers: leave out the root,
     bool isSkippingRoot() const;
     void setSkipRoot(bool on);
+    /// indent by tabs,
     bool isUsingTab() const;
     void setUseTab(bool on);
+    /// write instances of prototypes as plain nodes,
     bool isResolvingProto() const;
     void setResolveProto(bool on);
+    /// write what nodes computed,
     bool isWritingProcInfo() const;
     void setWriteProcInfo(bool on);
+    /// name abstract types,
     bool isWritingAbstract() const;
     void setWriteAbstract(bool on);
+    /// write fields that hold their default, too.
     bool isWritingDefaultValue() const;
     void setWriteDefaultValue(bool on);
 

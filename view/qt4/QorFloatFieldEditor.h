@@ -14,6 +14,7 @@ class QOR_EXPORT QorFloatFieldEditor : public QorFieldEditor
     Q_OBJECT
 
 public:
+    /// Made by the delegate for the time of an edit; \a parent owns it.
     explicit QorFloatFieldEditor(QWidget* parent);
 
     void setEditorData(QorFieldItem* item) override;

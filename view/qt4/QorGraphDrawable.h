@@ -25,6 +25,7 @@ public:
     explicit QorGraphDrawable(QorGraphView* graphView);
     ~QorGraphDrawable() override;
 
+    /// The canvas.
     QorGraphView* graphView() const { return _graphView; }
 
     /// Top left corner in pixels of the canvas.
@@ -45,9 +46,11 @@ public:
     const QPalette& palette() const { return _palette; }
     void setPalette(const QPalette& palette) { _palette = palette; }
 
+    /// Whether the drawable is selected.
     bool isSelected() const { return _selected; }
 
 public slots:
+    /// Change the selection; the canvas is repainted.
     void toggleSelection();
     void deselect();
     void select();

@@ -23,6 +23,7 @@ public:
                  unsigned int inSlotId);
     ~QorGraphEdge() override;
 
+    /// The boxes at both ends, and the numbers of the events there.
     QorGraphNodeView* srcNode() { return _srcNode; }
     const QorGraphNodeView* srcNode() const { return _srcNode; }
     QorGraphNodeView* destNode() { return _destNode; }

@@ -42,10 +42,13 @@ public:
     virtual void keyPressEvent(QKeyEvent* event);
 
 signals:
+    /// The left button went down or up over the strip of fields that receive,
     void inputAreaPressed();
     void inputAreaReleased();
+    /// over the strip of fields that send,
     void outputAreaPressed();
     void outputAreaReleased();
+    /// or over the rest of the box.
     void pressed();
     void released();
     /// A field was chosen in the menu of fields that send.
@@ -56,6 +59,7 @@ signals:
 protected:
     friend class QorGraphView;
 
+    /// What a menu of fields lists.
     enum MenuType : int {
         InputMenu = 0, ///< fields that can receive a route
         OutputMenu = 1 ///< fields that can send a route
@@ -73,6 +77,7 @@ protected:
     void enterEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
 
+    /// Whether a point of the canvas lies in one of the two strips.
     bool inputAreaContains(const QPoint& point) const;
     bool outputAreaContains(const QPoint& point) const;
     /// Where the field menu goes on the screen; it has its width only once it shows.

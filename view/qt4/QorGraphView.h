@@ -28,6 +28,7 @@ class QOR_EXPORT QorGraphView : public QWidget
     Q_OBJECT
 
 public:
+    /// What the mouse is at.
     enum Mode : int {
         INVALID_M = 0,
         DEFAULT_M = 1,     ///< idle: hover, selection, menus
@@ -69,18 +70,22 @@ public:
         int _mode;
     };
 
+    /// An empty canvas.
     explicit QorGraphView(QWidget* parent = nullptr);
     ~QorGraphView() override;
 
     using QWidget::layout;
 
+    /// What the mouse is at.
     Mode mode() const { return _mode; }
     /// Modes lead from `DEFAULT_M` to another one and back; any other change is refused with a log line.
     void setMode(Mode mode);
     QString modeToString(Mode mode) const;
 
+    /// Zoom factor, and where the origin lies in pixels of the canvas.
     double scale() const { return _scale; }
     const QPointF& translation() const { return _translation; }
+    /// Colour of the canvas.
     const QColor& backgroundColor() const;
     /// Colour of the status line.
     const QColor& nodeColor() const { return _nodeColor; }
@@ -116,6 +121,7 @@ public:
     static bool distancePointLine(const QPoint& p, const QPoint& a, const QPoint& b, float& distance);
 
 public slots:
+    /// Select boxes; nothing is deselected.
     void select(Orvane::Node* node);
     void selectAll();
     /// Deselects all boxes; lines stay selected.

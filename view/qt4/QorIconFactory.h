@@ -11,6 +11,7 @@ namespace Orvane::Qt4 {
 class QOR_EXPORT QorIconFactory
 {
 public:
+    /// The one factory, made at the first call.
     static QorIconFactory* the();
 
     /// The icon of a data type; a plain one for a type that has none of its own. Needs a `QGuiApplication`.

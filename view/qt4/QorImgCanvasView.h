@@ -23,6 +23,7 @@ public:
     /// A point of a curve: place along the table and value of the channel, both from 0 to 1.
     struct Point2f
     {
+        /// Along the table, and the value.
         float x;
         float y;
     };

@@ -14,6 +14,7 @@ class QOR_EXPORT QorInt32FieldEditor : public QorFieldEditor
     Q_OBJECT
 
 public:
+    /// Made by the delegate for the time of an edit; \a parent owns it.
     explicit QorInt32FieldEditor(QWidget* parent);
 
     void setEditorData(QorFieldItem* item) override;

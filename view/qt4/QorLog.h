@@ -18,6 +18,7 @@ extern QOR_EXPORT const char LogModuleName[];
 class QOR_EXPORT QorLogLine
 {
 public:
+    /// Begins a line; all texts are borrowed for the time of the call.
     QorLogLine(osg::LogLevel level, const char* module, const char* file, unsigned int line,
                const char* function);
     QorLogLine(const QorLogLine&) = delete;

@@ -21,6 +21,7 @@ class QOR_EXPORT QorLogView : public QFrame, private ::Ui::QorLogViewForm
     Q_OBJECT
 
 public:
+    /// Takes the log over.
     explicit QorLogView(QWidget* parent = nullptr);
     /// Lets go of the log, which stays a buffer log.
     ~QorLogView() override;

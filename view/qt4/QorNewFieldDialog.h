@@ -21,6 +21,7 @@ class QOR_EXPORT QorNewFieldDialog : public QDialog
     Q_OBJECT
 
 public:
+    /// Asks for a field of \a node, which is borrowed.
     explicit QorNewFieldDialog(Orvane::Node* node, QWidget* parent = nullptr);
     ~QorNewFieldDialog() override;
 
@@ -28,6 +29,7 @@ public:
     static Orvane::NodePartType getNodePartType(const QString& fieldType);
 
 public slots:
+    /// Only a name that is not empty can be created.
     void onNameChanged(QString name);
     /// Asks for the field and closes the dialog.
     void onCreate();

@@ -52,6 +52,7 @@ public:
         int _kind;
     };
 
+    /// Shows no node.
     explicit QorNodeEditor(QWidget* parent = nullptr);
     ~QorNodeEditor() override;
 
@@ -67,6 +68,7 @@ public:
     /// leads this editor to that node.
     void setItemDelegate(QorNodeItemDelegate* delegate);
 
+    /// What of the fields shows, from the next `setNode` on.
     const GuiElementFilter& guiElementFilter() const { return _guiElementFilter; }
     void setGuiElementFilter(const GuiElementFilter& filter);
     const FieldTypeFilter& fieldTypeFilter() const { return _fieldTypeFilter; }

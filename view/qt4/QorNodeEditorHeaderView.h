@@ -16,6 +16,7 @@ class QOR_EXPORT QorNodeEditorHeaderView : public QHeaderView
     Q_OBJECT
 
 public:
+    /// The header of \a parent, which owns it.
     QorNodeEditorHeaderView(Qt::Orientation orientation, QorNodeEditorTreeView* parent);
 
     void setModel(QAbstractItemModel* model) override;

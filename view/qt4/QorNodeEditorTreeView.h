@@ -15,6 +15,7 @@ class QOR_EXPORT QorNodeEditorTreeView : public QTreeView
     Q_OBJECT
 
 public:
+    /// A view without a model.
     explicit QorNodeEditorTreeView(QWidget* parent);
 
     // Rows are one line high, unless the first row has more: then each is as high as its texts.

@@ -15,6 +15,7 @@ class QOR_EXPORT QorNodeFieldEditor : public QorFieldEditor
     Q_OBJECT
 
 public:
+    /// Made by the delegate for the time of an edit; \a parent owns it.
     explicit QorNodeFieldEditor(QWidget* parent);
 
     void setEditorData(QorFieldItem* item) override;

@@ -19,6 +19,7 @@ class QOR_EXPORT QorNodeItemDelegate : public QItemDelegate
     Q_OBJECT
 
 public:
+    /// Without \a parent the maker owns it.
     explicit QorNodeItemDelegate(QObject* parent);
     ~QorNodeItemDelegate() override;
 

@@ -23,6 +23,7 @@ class QOR_EXPORT QorNodeModel : public QAbstractItemModel
     Q_OBJECT
 
 public:
+    /// The columns.
     enum FieldColumn : int {
         FieldName = 0,
         FieldValue = 1,

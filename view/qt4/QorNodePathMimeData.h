@@ -13,11 +13,13 @@ class QOR_EXPORT QorNodePathMimeData : public QorMimeData
     Q_OBJECT
 
 public:
+    /// Carries a path.
     explicit QorNodePathMimeData(const Orvane::NodePath& nodePath);
     ~QorNodePathMimeData() override;
 
     QStringList formats() const override;
 
+    /// The path that is carried; not valid once its nodes have died.
     const Orvane::NodePath& nodePath() const { return _nodePath; }
     void setNodePath(const Orvane::NodePath& nodePath);
 

@@ -20,6 +20,7 @@ public:
     class QOR_EXPORT ChangedObserver : public Orvane::Observer
     {
     public:
+        /// \a editor is borrowed.
         explicit ChangedObserver(QorObservingNodeEditor* editor);
         ~ChangedObserver() override;
 
@@ -30,6 +31,7 @@ public:
         QorObservingNodeEditor* _editor;
     };
 
+    /// Shows no node.
     explicit QorObservingNodeEditor(QWidget* parent = nullptr);
     ~QorObservingNodeEditor() override;
 
@@ -38,6 +40,7 @@ public slots:
     void setNode(Orvane::Node* node) override;
 
 signals:
+    /// As in the base class.
     void nodeSelected(Orvane::Node* node);
 
 private:

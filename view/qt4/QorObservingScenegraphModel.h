@@ -13,6 +13,7 @@ class QOR_EXPORT QorObservingScenegraphModel : public QorScenegraphModel
     Q_OBJECT
 
 public:
+    /// What an observer waits for: children that come, or that go.
     enum ChangeType : int { ADD = 0, REMOVE = 1 };
 
     /// Repairs the rows of a model after one kind of change, of any node of the process.

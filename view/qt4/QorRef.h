@@ -17,10 +17,12 @@ public:
         if (_object)
             ++_object->_refCount;
     }
+    /// References of a copy are its own; one that is moved from is null.
     QorRef(const QorRef& other)
         : QorRef(other._object)
     {
     }
+    /// Takes the reference over.
     QorRef(QorRef&& other) noexcept
         : _object(std::exchange(other._object, nullptr))
     {
@@ -44,6 +46,7 @@ public:
         return ref;
     }
 
+    /// The object, or null.
     T* get() const { return _object; }
     T* operator->() const { return _object; }
     explicit operator bool() const { return _object != nullptr; }

@@ -28,11 +28,13 @@ class QOR_EXPORT QorRenderView : public QFrame
     Q_OBJECT
 
 public:
+    /// What mouse events are for.
     enum MouseMode : int {
         NavigationMode = 0, ///< mouse events go to the runtime
         PickMode = 1        ///< mouse events stay here, a left press picks
     };
 
+    /// The subject that an observer waits for.
     enum ObserverType : int {
         NONE_OT = 0,
         NEW_OT = 1,
@@ -53,6 +55,7 @@ public:
     class QOR_EXPORT WindowObserver : public Orvane::Observer
     {
     public:
+        /// Attached to its subject by `connectObserver`.
         explicit WindowObserver(ObserverType type);
         WindowObserver(const WindowObserver& other) = default;
         WindowObserver& operator=(const WindowObserver& other) = default;
@@ -102,6 +105,7 @@ public:
     /// The OpenSG window of this view, which holds a reference to it.
     const osg::WindowPtr& winPtr() const { return _winPtr; }
 
+    /// What mouse events are for.
     MouseMode mouseMode() const { return _mouseMode; }
     /// What the mouse does from the next event on.
     void setMouseMode(MouseMode mode) { _mouseMode = mode; }

@@ -8,6 +8,7 @@ namespace Orvane::Qt4 {
 class QOR_EXPORT QorSFieldItem : public QorFieldItem
 {
 public:
+    /// The field is borrowed; the parent is not told.
     QorSFieldItem(Orvane::Field* field, QorFieldItem* parent);
     QorSFieldItem(const QorSFieldItem&) = default;
     QorSFieldItem& operator=(const QorSFieldItem&) = default;

@@ -12,6 +12,7 @@ class QOR_EXPORT QorScenegraphItemDelegate : public QItemDelegate
     Q_OBJECT
 
 public:
+    /// Without \a parent the maker owns it.
     explicit QorScenegraphItemDelegate(QObject* parent);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,

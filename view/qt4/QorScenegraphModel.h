@@ -49,6 +49,7 @@ public:
     /// Starts a new tree. Views are not told: this is for models that no view shows.
     virtual void setRootNode(Orvane::Node* rootNode);
 
+    /// The node of the first row; null for an empty model.
     Orvane::Node* rootNode() const { return _rootNode; }
     /// The row of the root node, the only one at top level; null without a root.
     QorNodeItem* rootItem() const;

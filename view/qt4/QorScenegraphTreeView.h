@@ -17,6 +17,7 @@ class QOR_EXPORT QorScenegraphTreeView : public QTreeView
     Q_OBJECT
 
 public:
+    /// A view without a scene.
     explicit QorScenegraphTreeView(QWidget* parent);
     ~QorScenegraphTreeView() override;
 

@@ -12,6 +12,7 @@ class QOR_EXPORT QorStringFieldEditor : public QorFieldEditor
     Q_OBJECT
 
 public:
+    /// Made by the delegate for the time of an edit; \a parent owns it.
     explicit QorStringFieldEditor(QWidget* parent);
 
     void setEditorData(QorFieldItem* item) override;

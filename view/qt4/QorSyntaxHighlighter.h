@@ -37,11 +37,13 @@ public:
     QorSyntaxHighlighter(QTextEdit* textEdit, QorCodeWidget::LanguageE language);
     ~QorSyntaxHighlighter() override;
 
+    /// The language of the rules.
     QorCodeWidget::LanguageE language() const { return _language; }
     /// Prepares the rules of a language. The text keeps its colours until it is highlighted anew, as it does
     /// with the two setters below.
     void setLanguage(QorCodeWidget::LanguageE language);
 
+    /// How a kind of text looks.
     QColor blockColor(BlockType type) const;
     QFont blockFont(BlockType type) const;
     void setBlockColor(BlockType type, const QColor& color);

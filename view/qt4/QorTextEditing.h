@@ -20,6 +20,7 @@ class QorFieldItem;
 /// values are restricted to a list. All belong to the editor.
 struct QorTextInput
 {
+    /// The stack and its pages.
     QStackedWidget* stack;
     QLineEdit* lineEdit;
     QHBoxLayout* layout;

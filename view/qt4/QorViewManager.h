@@ -29,6 +29,7 @@ class QOR_EXPORT QorViewManager : public QFrame
     Q_OBJECT
 
 public:
+    /// Who calls for frames.
     enum TriggerMode : int {
         TimerTrigger = 0, ///< the manager runs its own frames, by a chain of single-shot timers
         ManualTrigger = 1 ///< the host calls `runFrame`

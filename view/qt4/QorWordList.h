@@ -23,6 +23,7 @@ public:
     /// The words of a pattern "\b(one|two)\b"; empty when the pattern says anything else.
     static QorWordList fromPattern(const QString& pattern);
 
+    /// True when there is no word to find.
     bool isEmpty() const { return _slots.empty(); }
     /// The first place at or behind \a from where a whole word is one of the list.
     Place find(const QString& text, int from) const;
