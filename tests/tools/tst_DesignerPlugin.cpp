@@ -4,8 +4,11 @@
 #include <QIcon>
 #include <QPluginLoader>
 #include <QUiLoader>
+#include <QorImgCanvasView.h>
 #include <QtTest>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
+
+using Orvane::Qt4::QorImgCanvasView;
 
 class tst_DesignerPlugin : public QObject
 {
@@ -21,9 +24,11 @@ private slots:
 
 private:
     void eachWidget();
+    void keepImages(QWidget& widget);
 
     QString _file = QStringLiteral(DESIGNER_PLUGIN);
     QList<QDesignerCustomWidgetInterface*> _widgets;
+    std::vector<osg::RefPtr<osg::ImagePtr>> _images;
 };
 
 void tst_DesignerPlugin::initTestCase()
@@ -42,6 +47,16 @@ void tst_DesignerPlugin::eachWidget()
         QTest::newRow(qPrintable(_widgets.at(i)->name())) << i;
 }
 
+/// A canvas takes no reference on its image: its host does.
+void tst_DesignerPlugin::keepImages(QWidget& widget)
+{
+    QList<QorImgCanvasView*> canvases = widget.findChildren<QorImgCanvasView*>();
+    if (auto* canvas = qobject_cast<QorImgCanvasView*>(&widget))
+        canvases << canvas;
+    for (QorImgCanvasView* canvas : qAsConst(canvases))
+        _images.emplace_back(canvas->getImage());
+}
+
 void tst_DesignerPlugin::everyWidgetIsMade_data()
 {
     eachWidget();
@@ -54,6 +69,7 @@ void tst_DesignerPlugin::everyWidgetIsMade()
     QWidget parent;
     const QWidget* made = entry->createWidget(&parent);
     QCOMPARE(made->parentWidget(), &parent);
+    keepImages(parent);
     QCOMPARE(QString::fromLatin1(made->metaObject()->className()), entry->name());
     QCOMPARE(entry->group(), QStringLiteral("Orvane"));
     QVERIFY(!entry->toolTip().isEmpty());
@@ -81,6 +97,7 @@ void tst_DesignerPlugin::everyWidgetIsLoadedFromAForm()
     QVERIFY(buffer.open(QIODevice::ReadOnly));
     const std::unique_ptr<QWidget> loaded(loader.load(&buffer));
     QVERIFY2(loaded, qPrintable(loader.errorString()));
+    keepImages(*loaded);
     QCOMPARE(QString::fromLatin1(loaded->metaObject()->className()), entry->name());
     QVERIFY(loaded->width() >= 48);
 }
@@ -90,6 +107,7 @@ void tst_DesignerPlugin::aCompiledFormHasThemAll()
     QWidget window;
     Ui::AllWidgets form;
     form.setupUi(&window);
+    keepImages(window);
     for (const QDesignerCustomWidgetInterface* entry : qAsConst(_widgets)) {
         bool isThere = false;
         const auto children = window.findChildren<QWidget*>();
