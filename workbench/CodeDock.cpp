@@ -1,14 +1,20 @@
 #include "CodeDock.h"
 
-#include "AuthorFields.h"
+#include "AuthorFieldCommand.h"
 #include "CodeAddress.h"
 #include "CodeNodes.h"
+#include "FieldCommands.h"
+#include "RecordingDelegate.h"
 #include "Selection.h"
+#include "Steps.h"
+#include <Orvane/MFString.h>
 #include <Orvane/Node.h>
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QTextBlock>
 #include <QTextEdit>
 #include <QorLog.h>
+#include <QorNodeEditor.h>
 #include <QorTools.h>
 #include <algorithm>
 
@@ -36,8 +42,9 @@ void CodeDock::EndObserver::notify(const double&, Orvane::BaseObject* node, Orva
         _dock->closePagesOf(dying->ID());
 }
 
-CodeDock::CodeDock(Selection* selection, QWidget* parent)
+CodeDock::CodeDock(Selection* selection, Steps* steps, QWidget* parent)
     : QDockWidget(tr("Code"), parent)
+    , _steps(steps)
     , _stack(new QStackedWidget(this))
     , _nothing(new QorCodeWidget(_stack))
     , _endObserver(this)
@@ -48,6 +55,9 @@ CodeDock::CodeDock(Selection* selection, QWidget* parent)
     _stack->addWidget(_nothing);
     connect(selection, &Selection::changed, this,
             [this](const Orvane::NodePath& path) { openNode(path.node()); });
+    connect(steps, &Steps::valueGiven, this, &CodeDock::reread);
+    connect(steps, &Steps::fieldsChanged, this, &CodeDock::renewFields);
+    connect(steps, &Steps::nodeLeft, this, [this](Orvane::Node* node) { closePagesOf(node->ID()); });
 }
 
 CodeDock::~CodeDock() = default;
@@ -105,8 +115,64 @@ void CodeDock::addPage(const CodeNodes& nodes)
     widget->setFieldNode(nodes.fields);
     connect(widget, &QorCodeWidget::wantsAddField, this, &CodeDock::addField);
     connect(widget, &QorCodeWidget::wantsDeleteField, this, &CodeDock::removeField);
+    record(widget);
     _pages.push_back({widget, nodes.code->ID(), nodes.fields->ID()});
     _stack->setCurrentIndex(_stack->addWidget(widget));
+}
+
+/// Makes steps of what the widget writes: fields by the editors of its list, code by its button.
+void CodeDock::record(QorCodeWidget* widget)
+{
+    auto* const fields = widget->findChild<QorNodeEditor*>();
+    auto* const delegate = new RecordingDelegate(_steps, widget);
+    fields->setItemDelegate(delegate);
+    widget->updateFieldList();
+    delegate->watch(fields->model());
+
+    const auto buttons = widget->findChildren<QPushButton*>();
+    const auto apply = std::find_if(buttons.begin(), buttons.end(), [](const QPushButton* button) {
+        return button->text() == QLatin1String("Apply");
+    });
+    if (apply == buttons.end())
+        return;
+    // The widget writes when the button is clicked, before anyone who has asked later.
+    const auto before = std::make_shared<std::unique_ptr<const FieldState>>();
+    connect(*apply, &QPushButton::pressed, widget, [widget, before] {
+        Orvane::Node* const node = widget->codeNode();
+        const Orvane::Field* const code = node ? QorCodeWidget::urlField(node) : nullptr;
+        before->reset(code ? new FieldState(*code) : nullptr);
+    });
+    connect(*apply, &QPushButton::clicked, widget, [this, widget, before] {
+        const std::unique_ptr<const FieldState> old = std::move(*before);
+        Orvane::Node* const node = widget->codeNode();
+        const Orvane::Field* const code = node ? QorCodeWidget::urlField(node) : nullptr;
+        if (code && old && *old != FieldState(*code))
+            _steps->push(new FieldCommand(*_steps, *code, *old, FieldState(*code), 0));
+    });
+}
+
+/// Code that was taken back is shown, unless somebody is writing.
+void CodeDock::reread(Orvane::Node* node)
+{
+    for (const Page& page : _pages) {
+        if (page.codeId != node->ID() || page.widget->isModified())
+            continue;
+        page.widget->setCodeNode(nullptr);
+        page.widget->setCodeNode(node);
+    }
+    renewFields(node);
+}
+
+void CodeDock::renewFields(Orvane::Node* node)
+{
+    for (const Page& page : _pages) {
+        if (page.codeId != node->ID() && page.fieldsId != node->ID())
+            continue;
+        auto* const delegate = page.widget->findChild<RecordingDelegate*>();
+        delegate->watch(nullptr);
+        page.widget->updateFieldList();
+        delegate->watch(page.widget->findChild<QorNodeEditor*>()->model());
+    }
 }
 
 void CodeDock::closePage(std::size_t page)
@@ -135,10 +201,8 @@ void CodeDock::addField(Orvane::Node* node, const QString& dataType, const QStri
 {
     if (!node)
         return;
-    const QString error = AuthorFields::add(*node, dataType, fieldType, name, defaultValue);
-    if (error.isEmpty())
-        emit fieldsChanged(node);
-    else
+    const QString error = AuthorFieldCommand::add(*_steps, *node, dataType, fieldType, name, defaultValue);
+    if (!error.isEmpty())
         tell(tr("The field is not added: %1.").arg(error));
 }
 
@@ -146,10 +210,8 @@ void CodeDock::removeField(Orvane::Node* node, const QString& name)
 {
     if (!node)
         return;
-    const QString error = AuthorFields::remove(*node, name);
-    if (error.isEmpty())
-        emit fieldsChanged(node);
-    else
+    const QString error = AuthorFieldCommand::remove(*_steps, *node, name);
+    if (!error.isEmpty())
         tell(tr("The field is not removed: %1.").arg(error));
 }
 

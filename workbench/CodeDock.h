@@ -6,6 +6,7 @@
 
 class QStackedWidget;
 class Selection;
+class Steps;
 struct CodeNodes;
 
 namespace Orvane {
@@ -17,14 +18,15 @@ class QorCodeWidget;
 
 /// The panel of code. It opens when a script or a shader is selected, and gives each a code widget of its
 /// own: what is written there waits until it is applied, while other nodes are looked at. When a node dies
-/// its code goes. Fields are added and removed as the widget asks for it.
+/// its code goes. Fields are added and removed as the widget asks for it. All that it
+/// does to the scene are steps.
 class CodeDock : public QDockWidget
 {
     Q_OBJECT
 
 public:
-    /// \a selection is borrowed.
-    CodeDock(Selection* selection, QWidget* parent);
+    /// Both are borrowed.
+    CodeDock(Selection* selection, Steps* steps, QWidget* parent);
     ~CodeDock() override;
 
     /// The widget that is shown. It has no node and is disabled while there is no code to show.
@@ -38,8 +40,6 @@ public slots:
     void openNode(Orvane::Node* node);
 
 signals:
-    /// A node has other fields now.
-    void fieldsChanged(Orvane::Node* node);
     /// Something to tell the user.
     void told(const QString& text);
 
@@ -64,6 +64,9 @@ private:
     };
 
     void addPage(const CodeNodes& nodes);
+    void record(Orvane::Qt4::QorCodeWidget* widget);
+    void reread(Orvane::Node* node);
+    void renewFields(Orvane::Node* node);
     void closePage(std::size_t page);
     void closePagesOf(unsigned long long nodeId);
     void addField(Orvane::Node* node, const QString& dataType, const QString& fieldType, const QString& name,
@@ -71,6 +74,7 @@ private:
     void removeField(Orvane::Node* node, const QString& name);
     void tell(const QString& text);
 
+    Steps* _steps;
     QStackedWidget* _stack;
     Orvane::Qt4::QorCodeWidget* _nothing; ///< shown when there is no code
     std::vector<Page> _pages;

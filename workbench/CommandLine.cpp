@@ -78,6 +78,7 @@ bool CommandLine::parse(const QStringList& arguments, QString& error)
         error = QStringLiteral("--size needs WxH, each from 16 to 16384");
         return false;
     }
+    isSizeGiven = parser.isSet(pictureSize);
     if (parser.isSet(sceneTime)) {
         time = parser.value(sceneTime).toDouble(&ok);
         if (!ok || !std::isfinite(time) || time < 0.0) {

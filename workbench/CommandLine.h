@@ -12,6 +12,7 @@ struct CommandLine
     QString screenshot;    ///< PNG to write; empty for an interactive run
     int frames = 10;       ///< frames before the screenshot
     QSize size{1100, 760}; ///< of the picture or the window, in pixels
+    bool isSizeGiven = false;
     double time = -1.0;    ///< scene time in seconds; negative for the running clock
     bool viewOnly = false; ///< the screenshot shows the render view alone
 

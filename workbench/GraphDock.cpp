@@ -2,6 +2,7 @@
 
 #include "RouteCanvas.h"
 #include "Selection.h"
+#include "Steps.h"
 #include <Orvane/Node.h>
 #include <QTimer>
 #include <QToolBar>
@@ -10,7 +11,7 @@
 
 using namespace Orvane::Qt4;
 
-GraphDock::GraphDock(Selection* selection, QUndoStack* steps, QWidget* parent)
+GraphDock::GraphDock(Selection* selection, Steps* steps, QWidget* parent)
     : QDockWidget(tr("Routes"), parent)
     , _selection(selection)
     , _canvas(new RouteCanvas(steps))
@@ -37,6 +38,7 @@ GraphDock::GraphDock(Selection* selection, QUndoStack* steps, QWidget* parent)
     connect(_canvas, &QorGraphView::nodeSelected, _selection, &Selection::selectNode);
     connect(_canvas, &RouteCanvas::nodeDropped, _selection, &Selection::selectPath);
     connect(_selection, &Selection::changed, this, &GraphDock::showSelected);
+    connect(steps, &Steps::nodeLeft, _canvas, [this](Orvane::Node* node) { _canvas->remove(node); });
 }
 
 GraphDock::~GraphDock() = default;

@@ -2,9 +2,9 @@
 
 #include <QDockWidget>
 
-class QUndoStack;
 class RouteCanvas;
 class Selection;
+class Steps;
 
 namespace Orvane {
 class Node;
@@ -19,7 +19,7 @@ class GraphDock : public QDockWidget
 
 public:
     /// \a selection and \a steps are borrowed.
-    GraphDock(Selection* selection, QUndoStack* steps, QWidget* parent);
+    GraphDock(Selection* selection, Steps* steps, QWidget* parent);
     ~GraphDock() override;
 
     RouteCanvas* canvas() const { return _canvas; }

@@ -1,8 +1,11 @@
 #include "NodeDock.h"
 
 #include "Selection.h"
+#include "Steps.h"
 #include <QDropEvent>
 #include <QHeaderView>
+#include <QScrollBar>
+#include <QSet>
 #include <QVBoxLayout>
 #include <QorNodeEditorTreeView.h>
 #include <QorNodeModel.h>
@@ -22,10 +25,10 @@ const QorNodePathMimeData* draggedNode(const QDropEvent* event)
 
 } // namespace
 
-NodeDock::NodeDock(Selection* selection, QWidget* parent)
+NodeDock::NodeDock(Selection* selection, Steps* steps, QWidget* parent)
     : QDockWidget(tr("Node"), parent)
     , _selection(selection)
-    , _delegate(nullptr)
+    , _delegate(steps, nullptr)
     , _editor(new QorObservingNodeEditor(this))
     , _findBar(nullptr)
 {
@@ -45,22 +48,47 @@ NodeDock::NodeDock(Selection* selection, QWidget* parent)
     _editor->treeView()->header()->setDefaultSectionSize(150);
 
     connect(_selection, &Selection::changed, this,
-            [this](const Orvane::NodePath& path) { _editor->setNode(path.node()); });
+            [this](const Orvane::NodePath& path) { showNode(path.node()); });
+    connect(steps, &Steps::valueGiven, this, &NodeDock::refresh);
+    connect(steps, &Steps::fieldsChanged, this, &NodeDock::refresh);
     connect(_editor, SIGNAL(nodeSelected(Orvane::Node*)), _selection, SLOT(selectNode(Orvane::Node*)));
 }
 
 NodeDock::~NodeDock()
 {
     // The editor deletes neither its model nor a delegate.
-    _editor->setNode(nullptr);
+    showNode(nullptr);
+}
+
+void NodeDock::showNode(Orvane::Node* node)
+{
+    _delegate.watch(nullptr);
+    _editor->setNode(node);
+    _delegate.watch(_editor->model());
 }
 
 void NodeDock::refresh(Orvane::Node* node)
 {
-    if (node != _editor->node())
+    if (!node || node != _editor->node())
         return;
-    _editor->setNode(nullptr);
-    _editor->setNode(node);
+    QTreeView* const tree = _editor->treeView();
+    QSet<QString> open;
+    for (int row = 0; row < tree->model()->rowCount(); ++row) {
+        const QModelIndex index = tree->model()->index(row, 0);
+        if (tree->isExpanded(index))
+            open.insert(index.data().toString());
+    }
+    const int scrolled = tree->verticalScrollBar()->value();
+    const QModelIndex current = tree->currentIndex();
+    const int currentRow = current.parent().isValid() ? current.parent().row() : current.row();
+    showNode(nullptr);
+    showNode(node);
+    for (int row = 0; row < tree->model()->rowCount(); ++row) {
+        const QModelIndex index = tree->model()->index(row, 0);
+        tree->setExpanded(index, open.contains(index.data().toString()));
+    }
+    tree->setCurrentIndex(tree->model()->index(currentRow, 0));
+    tree->verticalScrollBar()->setValue(scrolled);
 }
 
 void NodeDock::find(FindBar::Step step)

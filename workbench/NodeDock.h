@@ -1,27 +1,28 @@
 #pragma once
 
 #include "FindBar.h"
+#include "RecordingDelegate.h"
 #include <QDockWidget>
-#include <QorNodeItemDelegate.h>
 
 class Selection;
+class Steps;
 
 namespace Orvane::Qt4 {
 class QorObservingNodeEditor;
 }
 
-/// The panel of the selected node: an editor that follows the running scene. A node that is dropped here is
-/// selected.
+/// The panel of the selected node: an editor that follows the running scene, and whose edits are steps. A
+/// node that is dropped here is selected.
 class NodeDock : public QDockWidget
 {
     Q_OBJECT
 
 public:
-    /// \a selection is borrowed.
-    NodeDock(Selection* selection, QWidget* parent);
+    /// Both are borrowed.
+    NodeDock(Selection* selection, Steps* steps, QWidget* parent);
     ~NodeDock() override;
 
-    /// Lists the fields anew, when it is this node that is shown.
+    /// Lists the fields anew, when it is this node that is shown. Open rows stay open.
     void refresh(Orvane::Node* node);
 
     /// Finds fields by name, value and type, and makes their rows the current ones.
@@ -33,9 +34,10 @@ protected:
 
 private:
     void find(FindBar::Step step);
+    void showNode(Orvane::Node* node);
 
     Selection* _selection;
-    Orvane::Qt4::QorNodeItemDelegate _delegate;
+    RecordingDelegate _delegate;
     Orvane::Qt4::QorObservingNodeEditor* _editor;
     FindBar* _findBar;
 };

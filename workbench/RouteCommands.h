@@ -1,41 +1,23 @@
 #pragma once
 
-#include <Orvane/Route.h>
+#include "RouteRecord.h"
 #include <QUndoCommand>
-
-namespace Orvane {
-class Field;
-}
 
 /// A route made or deleted by the user, as a step that can be taken back. It holds numbers, no pointers: a
 /// step whose nodes or fields have gone does nothing and leaves the stack.
 class RouteCommand : public QUndoCommand
 {
 public:
-    /// Numbers of the two ends.
-    struct Ends
-    {
-        unsigned long long fromNode;
-        unsigned int fromField;
-        unsigned long long toNode;
-        unsigned int toField;
-    };
-
-    /// The ends of a living route.
-    static Ends endsOf(const Orvane::Route& route);
+    using Ends = RouteRecord::Ends;
 
 protected:
-    RouteCommand(const Ends& ends, Orvane::Route::Type type, QUndoCommand* parent);
+    RouteCommand(const RouteRecord& route, QUndoCommand* parent);
 
     void makeRoute();
     void deleteRoute();
 
 private:
-    Orvane::Field* source() const;
-    Orvane::Field* destination() const;
-
-    Ends _ends;
-    Orvane::Route::Type _type;
+    RouteRecord _route;
 };
 
 /// Makes a route of the scene.
@@ -47,7 +29,7 @@ public:
     void undo() override { deleteRoute(); }
 };
 
-/// Deletes a route; what comes back is of its type.
+/// Deletes a route; what comes back is of its type and stands at its place.
 class DeleteRouteCommand : public RouteCommand
 {
 public:

@@ -153,6 +153,23 @@ void SceneDock::find(FindBar::Step step)
         _selection->selectPath(search.path(found[static_cast<std::size_t>(match)]));
 }
 
+QString SceneDock::filter() const
+{
+    return QStringLiteral("%1 %2 %3")
+        .arg(_filterMode->currentIndex())
+        .arg(_bodies->isChecked() ? 1 : 0)
+        .arg(_types->text());
+}
+
+void SceneDock::setFilter(const QString& filter)
+{
+    const int mode = filter.section(QLatin1Char(' '), 0, 0).toInt();
+    _types->setText(filter.section(QLatin1Char(' '), 2));
+    _bodies->setChecked(filter.section(QLatin1Char(' '), 1, 1) == QLatin1String("1"));
+    _filterMode->setCurrentIndex(mode >= AllTypes && mode <= OtherTypes ? mode : AllTypes);
+    applyFilter();
+}
+
 bool SceneDock::isFiltering() const
 {
     return !_model->showTypeFilter().isEmpty() || !_model->hideTypeFilter().isEmpty();

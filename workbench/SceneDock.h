@@ -40,6 +40,11 @@ public:
     /// Finds nodes of the whole scene by name and type, and selects them.
     FindBar* findBar() const { return _findBar; }
 
+    /// What is filtered, as a text for the settings.
+    QString filter() const;
+    /// Filters as a text of `filter()` says.
+    void setFilter(const QString& filter);
+
 private:
     /// Lets go of the tree when its root dies.
     class EndObserver : public Orvane::Observer

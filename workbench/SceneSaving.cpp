@@ -28,9 +28,38 @@ Orvane::SaveOptions optionsOf(const QorFileDialog& dialog)
     return options;
 }
 
+void showOptions(const Orvane::SaveOptions& options, QorFileDialog& dialog)
+{
+    dialog.setSkipRoot(options.skipRoot);
+    dialog.setUseTab(options.useTabs);
+    dialog.setResolveProto(options.resolveProtos);
+    dialog.setWriteProcInfo(options.writeProcInfo);
+    dialog.setWriteAbstract(options.writeAbstractNodes);
+    dialog.setWriteDefaultValue(options.writeDefaultValues);
+}
+
 } // namespace
 
-QString saveSceneByDialog(Orvane::Context& scene, const QString& file, QWidget* parent)
+SavedScene saveScene(Orvane::Context& scene, const QString& file, const Orvane::SaveOptions& options)
+{
+    SavedScene saved;
+    saved.file = file;
+    saved.options = options;
+    std::string error;
+    saved.isWritten = scene.save(QFile::encodeName(file).toStdString(), options, error);
+    if (!saved.isWritten)
+        saved.told = told(QT_TRANSLATE_NOOP("SceneSaving", "%1 cannot be written: "), file) +
+                     Orvane::Qt4::fromRuntime(error);
+    else if (scene.saveNotes().empty())
+        saved.told = told(QT_TRANSLATE_NOOP("SceneSaving", "Saved %1"), file);
+    else
+        saved.told = told(
+            QT_TRANSLATE_NOOP("SceneSaving", "Saved %1; the log tells what its encoding cannot say"), file);
+    return saved;
+}
+
+SavedScene saveSceneByDialog(Orvane::Context& scene, const QString& file, const Orvane::SaveOptions& options,
+                             QWidget* parent)
 {
     QorFileDialog dialog(parent);
     dialog.setWindowTitle(QCoreApplication::translate("SceneSaving", "Save scene"));
@@ -38,21 +67,12 @@ QString saveSceneByDialog(Orvane::Context& scene, const QString& file, QWidget* 
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilters(QorFileDialog::buildFileFilters());
     dialog.setDefaultSuffix(QStringLiteral("x3d"));
+    showOptions(options, dialog);
     if (!file.isEmpty()) {
         dialog.setDirectory(QFileInfo(file).path());
         dialog.selectFile(QFileInfo(file).fileName());
     }
     if (dialog.exec() != QDialog::Accepted)
         return {};
-
-    const QString target = dialog.selectedFiles().constFirst();
-    std::string error;
-    if (!scene.save(QFile::encodeName(target).toStdString(), optionsOf(dialog), error))
-        return told(QT_TRANSLATE_NOOP("SceneSaving", "%1 cannot be written: "), target) +
-               Orvane::Qt4::fromRuntime(error);
-    const bool isWhole = scene.saveNotes().empty();
-    return told(
-        isWhole ? QT_TRANSLATE_NOOP("SceneSaving", "Saved %1")
-                : QT_TRANSLATE_NOOP("SceneSaving", "Saved %1; the log tells what its encoding cannot say"),
-        target);
+    return saveScene(scene, dialog.selectedFiles().constFirst(), optionsOf(dialog));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Orvane/SaveOptions.h>
 #include <QString>
 
 class QWidget;
@@ -8,6 +9,19 @@ namespace Orvane {
 class Context;
 }
 
-/// Asks for a file and how to write it, and writes the scene in the encoding of its suffix. Gives what to
-/// tell the user; empty when the dialog was cancelled. \a file is where the dialog starts.
-QString saveSceneByDialog(Orvane::Context& scene, const QString& file, QWidget* parent);
+/// What became of a scene that was to be written.
+struct SavedScene
+{
+    bool isWritten = false;
+    QString file;                ///< empty when the dialog was cancelled
+    QString told;                ///< for the user; empty when the dialog was cancelled
+    Orvane::SaveOptions options; ///< that the dialog was left with
+};
+
+/// Writes the scene in the encoding of the file's suffix.
+SavedScene saveScene(Orvane::Context& scene, const QString& file, const Orvane::SaveOptions& options);
+
+/// Asks for a file and how to write it, and writes the scene. \a file and \a options are where the dialog
+/// starts.
+SavedScene saveSceneByDialog(Orvane::Context& scene, const QString& file, const Orvane::SaveOptions& options,
+                             QWidget* parent);

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDrag>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QorNodeItem.h>
 #include <QorNodePathMimeData.h>
 #include <QorScenegraphModel.h>
@@ -15,6 +16,11 @@ namespace {
 
 constexpr int deepestOpened = 8;
 
+const QorNodePathMimeData* draggedNode(const QDropEvent* event)
+{
+    return qobject_cast<const QorNodePathMimeData*>(event->mimeData());
+}
+
 } // namespace
 
 SceneTreeView::SceneTreeView(QWidget* parent)
@@ -22,6 +28,8 @@ SceneTreeView::SceneTreeView(QWidget* parent)
 {
     // Rows have no editor; a double click is to open and close them.
     setEditTriggers(NoEditTriggers);
+    setAcceptDrops(true);
+    setAutoScroll(true);
 }
 
 void SceneTreeView::reveal(const Orvane::NodePath& path)
@@ -84,6 +92,77 @@ void SceneTreeView::mouseMoveEvent(QMouseEvent* event)
         _pressedPath = Orvane::NodePath();
         auto* drag = new QDrag(this); // ends itself
         drag->setMimeData(data);
-        drag->exec(Qt::CopyAction);
+        drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::CopyAction);
     }
+}
+
+/// -1 for the upper edge of a row, 1 for the lower one, else 0.
+int SceneTreeView::sideOf(const QModelIndex& row, const QPoint& place) const
+{
+    const QRect rect = visualRect(row);
+    const int edge = rect.height() / 4;
+    if (place.y() < rect.top() + edge)
+        return -1;
+    return place.y() > rect.bottom() - edge ? 1 : 0;
+}
+
+void SceneTreeView::markDrop(const QModelIndex& row, int side)
+{
+    _dropRow = row;
+    _dropSide = side;
+    viewport()->update();
+}
+
+void SceneTreeView::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (draggedNode(event))
+        event->acceptProposedAction();
+}
+
+void SceneTreeView::dragMoveEvent(QDragMoveEvent* event)
+{
+    const QModelIndex row = indexAt(event->pos());
+    if (!draggedNode(event) || !row.isValid()) {
+        event->ignore();
+        markDrop({}, 0);
+        return;
+    }
+    markDrop(row, sideOf(row, event->pos()));
+    event->setDropAction(Qt::MoveAction);
+    event->accept();
+    if (!viewport()->rect().adjusted(0, autoScrollMargin(), 0, -autoScrollMargin()).contains(event->pos()))
+        scrollTo(event->pos().y() < height() / 2 ? indexAbove(row) : indexBelow(row));
+}
+
+void SceneTreeView::dragLeaveEvent(QDragLeaveEvent*)
+{
+    markDrop({}, 0);
+}
+
+void SceneTreeView::dropEvent(QDropEvent* event)
+{
+    const QorNodePathMimeData* const dragged = draggedNode(event);
+    const QModelIndex row = indexAt(event->pos());
+    markDrop({}, 0);
+    if (!dragged || !row.isValid() || !scenegraphModel())
+        return;
+    event->setDropAction(Qt::MoveAction);
+    event->accept();
+    emit nodeDropped(dragged->nodePath(), scenegraphModel()->nodePath(row), sideOf(row, event->pos()));
+}
+
+void SceneTreeView::paintEvent(QPaintEvent* event)
+{
+    QorScenegraphTreeView::paintEvent(event);
+    if (!_dropRow.isValid())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    QRect rect = visualRect(_dropRow);
+    rect.setRight(viewport()->width() - 2);
+    if (_dropSide == 0)
+        painter.drawRect(rect);
+    else
+        painter.drawLine(_dropSide < 0 ? rect.topLeft() : rect.bottomLeft(),
+                         _dropSide < 0 ? rect.topRight() : rect.bottomRight());
 }

@@ -1,6 +1,8 @@
 #include "TableDock.h"
 
+#include "FieldCommands.h"
 #include "Selection.h"
+#include "Steps.h"
 #include <Orvane/EventOutSlot.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>
@@ -77,9 +79,10 @@ private:
     TableDock* _dock;
 };
 
-TableDock::TableDock(Selection* selection, QWidget* parent)
+TableDock::TableDock(Selection* selection, Steps* steps, QWidget* parent)
     : QDockWidget(parent)
     , _selection(selection)
+    , _steps(steps)
     , _action(new QAction(tr("Edit &lookup table"), this))
     , _painter(new QorImgCanvasImpl(this))
     , _table(_painter->getImage())
@@ -93,6 +96,13 @@ TableDock::TableDock(Selection* selection, QWidget* parent)
     connect(_selection, &Selection::changed, this,
             [this](const Orvane::NodePath& path) { _action->setEnabled(findTable(path.node())); });
     connect(_painter, &QorImgCanvasImpl::imageChanged, this, &TableDock::write);
+    connect(_steps, &Steps::nodeLeft, this, [this](const Orvane::Node* node) {
+        if (node->ID() == _nodeId)
+            rest();
+    });
+    const auto widgets = _painter->findChildren<QWidget*>();
+    for (QWidget* const widget : widgets)
+        widget->installEventFilter(this);
 }
 
 TableDock::~TableDock() = default;
@@ -157,6 +167,7 @@ bool TableDock::read(const Orvane::SFImage& field)
     _painter->setImage(table);
     _isReading = false;
     _table = table;
+    _value = std::make_unique<const FieldState>(field);
     return true;
 }
 
@@ -166,8 +177,21 @@ void TableDock::write()
     if (_isReading)
         return;
     _table = _painter->getImage();
-    if (Orvane::SFImage* target = field())
-        target->setValue(0.0, Orvane::Image(_table), Orvane::Field::EXTERNAL_CT);
+    Orvane::SFImage* const target = field();
+    if (!target)
+        return;
+    target->setValue(0.0, Orvane::Image(_table), Orvane::Field::EXTERNAL_CT);
+    auto after = std::make_unique<const FieldState>(*target);
+    if (*after != *_value)
+        _steps->push(new FieldCommand(*_steps, *target, *_value, *after, _stroke));
+    _value = std::move(after);
+}
+
+bool TableDock::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress)
+        _stroke = FieldRecorder::newEdit();
+    return QDockWidget::eventFilter(watched, event);
 }
 
 void TableDock::follow()

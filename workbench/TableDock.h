@@ -7,7 +7,9 @@
 #include <string>
 
 class QAction;
+class FieldState;
 class Selection;
+class Steps;
 
 namespace Orvane {
 class Node;
@@ -19,14 +21,15 @@ class QorImgCanvasImpl;
 
 /// The panel of the lookup table painter. It opens on an image of one row in a field of the scene, such as
 /// that of a `PixelTexture`, and paints on a copy with four channels, which becomes the field's value with
-/// the first stroke. The painter follows a field that others write to, and rests when its node dies.
+/// the first stroke; each stroke is a step. The painter follows a field that others write to, and rests when
+/// its node dies.
 class TableDock : public QDockWidget
 {
     Q_OBJECT
 
 public:
-    /// \a selection is borrowed.
-    TableDock(Selection* selection, QWidget* parent);
+    /// Both are borrowed.
+    TableDock(Selection* selection, Steps* steps, QWidget* parent);
     ~TableDock() override;
 
     /// Opens the painter on the table of the selected node; for menus.
@@ -40,6 +43,10 @@ public:
     /// rows than one or cannot be painted on.
     bool open(Orvane::SFImage& field);
 
+protected:
+    /// A press begins a stroke.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     class FieldObserver;
 
@@ -51,11 +58,14 @@ private:
     void rest();
 
     Selection* _selection;
+    Steps* _steps;
+    int _stroke = 0;
     QAction* _action;
     Orvane::Qt4::QorImgCanvasImpl* _painter;
     osg::RefPtr<osg::ImagePtr> _table; ///< the painter keeps no reference itself
     unsigned long long _nodeId = 0;
     std::string _fieldName;
+    std::unique_ptr<const FieldState> _value; ///< before what is painted next, which is painted in place
     bool _isReading = false;
     std::unique_ptr<FieldObserver> _observer;
 };

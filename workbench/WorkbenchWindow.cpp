@@ -1,85 +1,114 @@
 #include "WorkbenchWindow.h"
 
 #include "CodeDock.h"
+#include "DocumentFile.h"
 #include "FindActions.h"
 #include "GraphDock.h"
 #include "LogDock.h"
 #include "LogGuide.h"
 #include "NodeDock.h"
+#include "Palettes.h"
 #include "Picker.h"
 #include "RouteCanvas.h"
 #include "SceneDock.h"
-#include "SceneSaving.h"
+#include "SceneEditing.h"
 #include "SceneTreeView.h"
 #include "Selection.h"
+#include "Steps.h"
 #include "TableDock.h"
 #include "ViewAttendant.h"
 #include <Orvane/Context.h>
 #include <Orvane/NodeNameSpace.h>
 #include <Orvane/Scene.h>
 #include <QAction>
-#include <QFileDialog>
-#include <QFileInfo>
+#include <QDropEvent>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMimeData>
+#include <QSettings>
 #include <QStatusBar>
-#include <QUndoStack>
-#include <QorFileDialog.h>
+#include <QStyle>
+#include <QToolBar>
 #include <QorRenderView.h>
 #include <QorTools.h>
 #include <QorViewManager.h>
 #include <SAI/SAIBrowserRef.h>
 
-using Orvane::Qt4::QorFileDialog;
 using Orvane::Qt4::QorRenderView;
 using Orvane::Qt4::QorViewManager;
+
+namespace {
+
+const QString geometryKey = QStringLiteral("window/geometry");
+const QString stateKey = QStringLiteral("window/state");
+const QString filterKey = QStringLiteral("scene/filter");
+const QString darkKey = QStringLiteral("window/dark");
+
+/// The first file of the disk in what is dragged; empty when there is none.
+QString draggedFile(const QDropEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    return urls.isEmpty() ? QString() : urls.constFirst().toLocalFile();
+}
+
+} // namespace
 
 WorkbenchWindow::WorkbenchWindow(bool interactive)
     : _manager(new QorViewManager(this,
                                   interactive ? QorViewManager::TimerTrigger : QorViewManager::ManualTrigger))
     , _selection(new Selection(this))
-    , _steps(new QUndoStack(this))
+    , _steps(new Steps(this))
+    , _document(new DocumentFile(_manager, _steps, this))
     , _sceneDock(new SceneDock(_selection, this))
+    , _nodeDock(new NodeDock(_selection, _steps, this))
     , _graphDock(new GraphDock(_selection, _steps, this))
+    , _codeDock(new CodeDock(_selection, _steps, this))
+    , _logDock(new LogDock(this))
+    , _tableDock(new TableDock(_selection, _steps, this))
+    , _editing(new SceneEditing(_selection, _steps, _sceneDock->treeView(), this))
     , _attendant(new ViewAttendant(_manager, this))
     , _status(new QLabel(this))
 {
-    setWindowTitle(tr("Orvane workbench"));
     setCentralWidget(_manager);
-    auto* nodeDock = new NodeDock(_selection, this);
-    addDockWidget(Qt::RightDockWidgetArea, _sceneDock);
-    addDockWidget(Qt::RightDockWidgetArea, nodeDock);
-    resizeDocks({_sceneDock, nodeDock}, {360, 360}, Qt::Horizontal);
-    auto* codeDock = new CodeDock(_selection, this);
-    addDockWidget(Qt::LeftDockWidgetArea, codeDock);
-    codeDock->hide();
-    connect(codeDock, &CodeDock::fieldsChanged, nodeDock, &NodeDock::refresh);
-    connect(codeDock, &CodeDock::told, statusBar(),
-            [this](const QString& text) { statusBar()->showMessage(text); });
-    auto* logDock = new LogDock(this);
-    addDockWidget(Qt::BottomDockWidgetArea, logDock);
-    resizeDocks({logDock}, {150}, Qt::Vertical);
-    // It needs more room than is left beside the view.
-    auto* tableDock = new TableDock(_selection, this);
-    addDockWidget(Qt::LeftDockWidgetArea, tableDock);
-    tableDock->setFloating(true);
-    tableDock->hide();
-    tabifyDockWidget(logDock, _graphDock);
-    _graphDock->hide();
-    connect(_graphDock->canvas(), &RouteCanvas::told, statusBar(),
-            [this](const QString& text) { statusBar()->showMessage(text); });
+    setAcceptDrops(true);
+    makeDocks();
+    makeMenus();
     statusBar()->addPermanentWidget(_status);
-
-    QMenu* file = menuBar()->addMenu(tr("&File"));
-    QAction* openAction = file->addAction(tr("&Open..."), this, &WorkbenchWindow::openByDialog);
-    openAction->setShortcut(QKeySequence::Open);
-    QAction* reload = file->addAction(tr("&Reload"), this, [this] {
-        if (!_file.isEmpty())
-            openOrTell(_file);
+    connect(_codeDock, &CodeDock::told, this, &WorkbenchWindow::tell);
+    connect(_graphDock->canvas(), &RouteCanvas::told, this, &WorkbenchWindow::tell);
+    connect(_editing, &SceneEditing::told, this, &WorkbenchWindow::tell);
+    connect(_document, &DocumentFile::told, this, &WorkbenchWindow::tell);
+    connect(_document, &DocumentFile::opened, this, [this] {
+        updateStatus();
+        if (auto* view = _manager->findChild<QorRenderView*>())
+            view->setFocus();
     });
-    reload->setShortcut(QKeySequence::Refresh);
-    QAction* saveAction = file->addAction(tr("Save &as..."), this, &WorkbenchWindow::saveByDialog);
-    saveAction->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    connect(&_statusTimer, &QTimer::timeout, this, &WorkbenchWindow::updateStatus);
+    _statusTimer.start(500);
+    updateStatus();
+}
+
+void WorkbenchWindow::makeDocks()
+{
+    addDockWidget(Qt::RightDockWidgetArea, _sceneDock);
+    addDockWidget(Qt::RightDockWidgetArea, _nodeDock);
+    resizeDocks({_sceneDock, _nodeDock}, {360, 360}, Qt::Horizontal);
+    addDockWidget(Qt::LeftDockWidgetArea, _codeDock);
+    _codeDock->hide();
+    addDockWidget(Qt::BottomDockWidgetArea, _logDock);
+    resizeDocks({_logDock}, {150}, Qt::Vertical);
+    // It needs more room than is left beside the view.
+    addDockWidget(Qt::LeftDockWidgetArea, _tableDock);
+    _tableDock->setFloating(true);
+    _tableDock->hide();
+    tabifyDockWidget(_logDock, _graphDock);
+    _graphDock->hide();
+}
+
+void WorkbenchWindow::makeMenus()
+{
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    _document->addTo(file);
     file->addSeparator();
     QAction* quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
@@ -92,31 +121,69 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     edit->addActions({undo, redo});
     edit->addSeparator();
     const auto* finding =
-        new FindActions({_sceneDock->findBar(), nodeDock->findBar(), logDock->findBar()}, this);
+        new FindActions({_sceneDock->findBar(), _nodeDock->findBar(), _logDock->findBar()}, this);
     edit->addActions(finding->actions());
-    auto* guide = new LogGuide([this] { return sceneRoot(); }, _selection, codeDock, this);
-    connect(logDock, &LogDock::lineChosen, guide, &LogGuide::follow);
-    connect(guide, &LogGuide::told, statusBar(),
-            [this](const QString& text) { statusBar()->showMessage(text); });
+    auto* guide = new LogGuide([this] { return sceneRoot(); }, _selection, _codeDock, this);
+    connect(_logDock, &LogDock::lineChosen, guide, &LogGuide::follow);
+    connect(guide, &LogGuide::told, this, &WorkbenchWindow::tell);
 
+    QMenu* view = makeViewMenu();
+    QMenu* node = menuBar()->addMenu(tr("&Node"));
+    _editing->addTo(node);
+    node->addSeparator();
+    node->addAction(_tableDock->action());
+    _sceneDock->treeView()->addAction(_tableDock->action());
+    SceneTreeView* tree = _sceneDock->treeView();
+    tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(tree, &QWidget::customContextMenuRequested, node,
+            [tree, node](const QPoint& place) { node->popup(tree->viewport()->mapToGlobal(place)); });
+
+    makeToolBar({undo, redo});
+    view->addSeparator();
+    view->addAction(findChild<QToolBar*>()->toggleViewAction());
+}
+
+QMenu* WorkbenchWindow::makeViewMenu()
+{
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addAction((new Picker(_manager, _selection, this))->action());
     view->addSeparator();
     view->addAction(_attendant->buttonsAction());
-    view->addAction(_sceneDock->toggleViewAction());
-    view->addAction(nodeDock->toggleViewAction());
-    view->addAction(codeDock->toggleViewAction());
-    view->addAction(logDock->toggleViewAction());
-    view->addAction(_graphDock->toggleViewAction());
+    int number = 0;
+    for (QDockWidget* dock : std::initializer_list<QDockWidget*>{_sceneDock, _nodeDock, _codeDock, _logDock,
+                                                                 _graphDock, _tableDock})
+    {
+        // The keys lead to a panel; a second time they put it away.
+        QAction* toggle = dock->toggleViewAction();
+        toggle->setShortcut(Qt::CTRL | (Qt::Key_1 + number++));
+        connect(toggle, &QAction::triggered, dock, [dock](bool shown) {
+            dock->raise();
+            if (shown && dock->widget())
+                dock->widget()->setFocus(Qt::ShortcutFocusReason);
+        });
+        view->addAction(toggle);
+    }
     view->addAction(tr("All &routes"), _graphDock, &GraphDock::showAllRoutes);
+    view->addSeparator();
+    _dark = view->addAction(tr("&Dark colours"), this, &WorkbenchWindow::setDark);
+    _dark->setCheckable(true);
+    return view;
+}
 
-    menuBar()->addMenu(tr("&Node"))->addAction(tableDock->action());
-    _sceneDock->treeView()->setContextMenuPolicy(Qt::ActionsContextMenu);
-    _sceneDock->treeView()->addAction(tableDock->action());
-
-    connect(&_statusTimer, &QTimer::timeout, this, &WorkbenchWindow::updateStatus);
-    _statusTimer.start(500);
-    updateStatus();
+void WorkbenchWindow::makeToolBar(const QList<QAction*>& edits)
+{
+    QToolBar* bar = addToolBar(tr("Tool bar"));
+    bar->setObjectName(QStringLiteral("ToolBar"));
+    bar->setMovable(false);
+    const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    bar->setIconSize(QSize(size, size));
+    _document->openAction()->setIcon(style()->standardIcon(QStyle::SP_DialogOpenButton));
+    _document->saveAction()->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
+    edits.at(0)->setIcon(style()->standardIcon(QStyle::SP_ArrowBack));
+    edits.at(1)->setIcon(style()->standardIcon(QStyle::SP_ArrowForward));
+    bar->addActions({_document->openAction(), _document->saveAction()});
+    bar->addSeparator();
+    bar->addActions(edits);
 }
 
 WorkbenchWindow::~WorkbenchWindow() = default;
@@ -134,52 +201,67 @@ Orvane::Context* WorkbenchWindow::context() const
 
 bool WorkbenchWindow::open(const QString& file)
 {
-    _loadError.clear();
-    // An address is told by its scheme; anything else is a file name, and one with odd characters too.
-    const QString path = QFileInfo(file).absoluteFilePath();
-    const bool ok = _manager->loadContextByURL(path);
-    if (ok) {
-        _file = path;
-        _steps->clear();
-        setWindowTitle(tr("%1 - Orvane workbench").arg(QFileInfo(file).fileName()));
-        if (auto* view = _manager->findChild<QorRenderView*>())
-            view->setFocus();
-    } else if (Orvane::Context* scene = context()) {
-        for (const Orvane::LoadMessage& message : scene->loadReport().messages) {
-            if (message.severity == Orvane::LoadMessage::ERROR_LM)
-                _loadError += (_loadError.isEmpty() ? QString() : QStringLiteral("\n")) +
-                              QString::fromUtf8(message.toString().c_str());
-        }
-    }
-    if (!ok && _loadError.isEmpty())
-        _loadError = tr("%1: the scene cannot be loaded").arg(path);
+    const bool ok = _document->open(file);
     updateStatus();
     return ok;
 }
 
-void WorkbenchWindow::openByDialog()
+QString WorkbenchWindow::loadError() const
 {
-    const QString file =
-        QFileDialog::getOpenFileName(this, tr("Open scene"), QFileInfo(_file).path(),
-                                     QorFileDialog::buildFileFilters().join(QStringLiteral(";;")));
-    if (!file.isEmpty())
-        openOrTell(file);
+    return _document->error();
 }
 
-void WorkbenchWindow::saveByDialog()
+void WorkbenchWindow::tell(const QString& text)
 {
-    Orvane::Context* scene = context();
-    const QString told = scene ? saveSceneByDialog(*scene, _file, this) : QString();
-    if (!told.isEmpty())
-        statusBar()->showMessage(told);
+    statusBar()->showMessage(text);
 }
 
-void WorkbenchWindow::openOrTell(const QString& file)
+bool WorkbenchWindow::useSettings()
 {
-    if (open(file))
-        statusBar()->clearMessage();
-    else
-        statusBar()->showMessage(_loadError.section(QLatin1Char('\n'), 0, 0));
+    _keepsSettings = true;
+    const QSettings settings;
+    _sceneDock->setFilter(settings.value(filterKey).toString());
+    setDark(settings.value(darkKey).toBool());
+    const bool isKnown = restoreGeometry(settings.value(geometryKey).toByteArray());
+    return restoreState(settings.value(stateKey).toByteArray()) && isKnown;
+}
+
+void WorkbenchWindow::setDark(bool dark)
+{
+    _dark->setChecked(dark);
+    usePalette(dark);
+}
+
+void WorkbenchWindow::closeEvent(QCloseEvent* event)
+{
+    if (!_document->mayClose()) {
+        event->ignore();
+        return;
+    }
+    if (_keepsSettings) {
+        QSettings settings;
+        settings.setValue(geometryKey, saveGeometry());
+        settings.setValue(stateKey, saveState());
+        settings.setValue(filterKey, _sceneDock->filter());
+        settings.setValue(darkKey, _dark->isChecked());
+    }
+    QMainWindow::closeEvent(event);
+}
+
+void WorkbenchWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!draggedFile(event).isEmpty())
+        event->acceptProposedAction();
+}
+
+void WorkbenchWindow::dropEvent(QDropEvent* event)
+{
+    const QString file = draggedFile(event);
+    if (file.isEmpty())
+        return;
+    event->acceptProposedAction();
+    // Questions would keep the other program waiting.
+    QTimer::singleShot(0, this, [this, file] { _document->openByUser(file); });
 }
 
 void WorkbenchWindow::holdTime(double seconds)
@@ -211,6 +293,7 @@ void WorkbenchWindow::updateStatus()
         return;
     _sceneDock->setRootNode(sceneRoot());
     _graphDock->setRootNode(sceneRoot());
+    _editing->setRootNode(sceneRoot());
     const Orvane::FrameStatistics statistics = scene->frameStatistics();
     _status->setText(tr("%1 frames/s   %L2 triangles")
                          .arg(statistics.framesPerSecond, 0, 'f', 1)

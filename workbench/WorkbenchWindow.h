@@ -4,11 +4,17 @@
 #include <QTimer>
 #include <memory>
 
+class CodeDock;
+class DocumentFile;
 class GraphDock;
+class LogDock;
+class NodeDock;
 class QLabel;
-class QUndoStack;
 class SceneDock;
+class SceneEditing;
 class Selection;
+class Steps;
+class TableDock;
 class ViewAttendant;
 
 namespace Orvane {
@@ -33,7 +39,14 @@ public:
     /// Opens a scene file. False when it cannot be loaded: the present scene stays, and `loadError()` says
     /// why.
     bool open(const QString& file);
-    QString loadError() const { return _loadError; }
+    QString loadError() const;
+
+    /// The file of the scene: what opens it for the user, and saves it.
+    DocumentFile* document() const { return _document; }
+
+    /// Takes on what was kept when the last window was closed, and keeps what this one is left with. False
+    /// when there is nothing yet.
+    bool useSettings();
 
     /// Stops the scene's clock; a negative value lets it run.
     void holdTime(double seconds);
@@ -45,7 +58,9 @@ public:
     Selection* selection() const { return _selection; }
 
     /// What the user did to the scene and can take back; empty after another scene was opened.
-    QUndoStack* steps() const { return _steps; }
+    Steps* steps() const { return _steps; }
+
+    SceneEditing* editing() const { return _editing; }
 
     Orvane::Qt4::QorViewManager* viewManager() const { return _manager; }
 
@@ -53,24 +68,41 @@ public:
     void showButtons(bool visible);
 
 public slots:
+    /// Light writing on a dark ground, or the colours of the system.
+    void setDark(bool dark);
     /// Shows what the last frames cost, and the tree of the scene that the manager has now.
     void updateStatus();
 
+protected:
+    /// Asks about changes that were not saved.
+    void closeEvent(QCloseEvent* event) override;
+    /// Files may be dropped anywhere.
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
 private:
-    void openByDialog();
-    void saveByDialog();
-    void openOrTell(const QString& file);
+    void makeDocks();
+    void makeMenus();
+    QMenu* makeViewMenu();
+    void makeToolBar(const QList<QAction*>& edits);
+    void tell(const QString& text);
     Orvane::Context* context() const;
     Orvane::Node* sceneRoot() const;
 
     Orvane::Qt4::QorViewManager* _manager;
     Selection* _selection;
-    QUndoStack* _steps;
+    Steps* _steps;
+    DocumentFile* _document;
     SceneDock* _sceneDock;
+    NodeDock* _nodeDock;
     GraphDock* _graphDock;
+    CodeDock* _codeDock;
+    LogDock* _logDock;
+    TableDock* _tableDock;
+    SceneEditing* _editing;
     ViewAttendant* _attendant;
     QLabel* _status;
+    QAction* _dark = nullptr;
     QTimer _statusTimer;
-    QString _file;
-    QString _loadError;
+    bool _keepsSettings = false;
 };

@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "DocumentFile.h"
 #include "FrameGrabber.h"
 #include "Screenshot.h"
 #include "WorkbenchWindow.h"
@@ -20,6 +21,7 @@ int complain(const QString& text, int status)
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("orvane"));
     QApplication::setApplicationName(QStringLiteral("orvane-workbench"));
 
     CommandLine commandLine;
@@ -48,9 +50,15 @@ int main(int argc, char** argv)
             return 1;
         return takeScreenshot(window, grabber, commandLine, error) ? 0 : complain(error, 1);
     }
-    window.resize(commandLine.size);
+    if (!window.useSettings() || commandLine.isSizeGiven)
+        window.resize(commandLine.size);
     window.show();
     // The views find a window that is on the screen.
-    QTimer::singleShot(0, &window, openScene);
+    QTimer::singleShot(0, &window, [&] {
+        if (!commandLine.scene.isEmpty() && !window.document()->openByUser(commandLine.scene))
+            complain(window.loadError(), 1);
+        else if (!commandLine.node.isEmpty() && !window.showNode(commandLine.node))
+            complain(QStringLiteral("the scene has no node called \"%1\"").arg(commandLine.node), 1);
+    });
     return QApplication::exec();
 }

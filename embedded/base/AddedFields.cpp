@@ -4,6 +4,7 @@
 #include "base/Graph.h"
 #include "base/NodeData.h"
 #include "base/NodeGraph.h"
+#include <Orvane/Authoring.h>
 #include <Orvane/EventInSlot.h>
 #include <Orvane/EventOutSlot.h>
 #include <Orvane/Observer.h>
@@ -127,6 +128,29 @@ bool removeField(Node& node, Field& field)
     if (Proc* const proc = node.data()->proc.get())
         proc->fieldsChanged();
     announceRoutes(node);
+    return true;
+}
+
+bool Authoring::restoreField(Field& field, unsigned int part)
+{
+    Node* const node = field.node();
+    NodeExtras* const extras = node ? node->data()->extras.get() : nullptr;
+    if (!extras || node->state() == DYING_NS || node->findField(field._desc->name, Node::EXACT_FSO))
+        return false;
+    std::vector<AddedPart>& removed = extras->removedParts;
+    const auto place = std::find_if(removed.begin(), removed.end(), [&field](const AddedPart& candidate) {
+        return candidate.field.get() == &field;
+    });
+    if (place == removed.end())
+        return false;
+    const auto first = static_cast<unsigned int>(partCount(*node->type()));
+    const unsigned int index = std::clamp(part, first, node->partDescCount()) - first;
+    const auto back = extras->parts.insert(extras->parts.begin() + index, std::move(*place));
+    removed.erase(place);
+    field._desc->id = first + index;
+    for (auto i = back + 1; i != extras->parts.end(); ++i)
+        ++i->desc->id;
+    announceRoutes(*node);
     return true;
 }
 

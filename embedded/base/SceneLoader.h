@@ -38,11 +38,17 @@ using SceneWriter = bool (*)(const Node& root, const std::string& path, const Sa
 /// False when nothing could be read; `report` then says why. Never throws.
 using InlineReader = bool (*)(Node& inlineNode, LoadReport& report);
 
+/// Makes the nodes of a text as `Authoring::read` tells; they stand nowhere yet. False when the text could
+/// not be read; `report` then says why. Never throws.
+using NodeReader = bool (*)(Node& scene, const std::string& text, std::vector<NodeRef>& nodes,
+                            LoadReport& report);
+
 /// The loader pool registers its readers and its writer here when it is loaded.
 class ORVANE_API SceneLoaderRegistration
 {
 public:
-    SceneLoaderRegistration(SceneReader reader, InlineReader inlineReader, SceneWriter writer);
+    SceneLoaderRegistration(SceneReader reader, InlineReader inlineReader, SceneWriter writer,
+                            NodeReader nodeReader = nullptr);
 };
 
 /// Brings the content of an `Inline` in step with its fields. Nodes that come run when the inline does. The

@@ -9,6 +9,7 @@
 #include "base/SceneLoader.h"
 #include "base/TextCoding.h"
 #include <OpenSG/OSGLog.h>
+#include <Orvane/Authoring.h>
 #include <Relayne/URL.h>
 #include <algorithm>
 #include <chrono>
@@ -23,6 +24,7 @@ struct Loader
     SceneReader reader = nullptr;
     InlineReader inlineReader = nullptr;
     SceneWriter writer = nullptr;
+    NodeReader nodeReader = nullptr;
 };
 
 Loader& loader()
@@ -117,9 +119,36 @@ bool saveScene(const Node& scene, const std::string& path, const SaveOptions& op
 } // namespace
 
 SceneLoaderRegistration::SceneLoaderRegistration(SceneReader reader, InlineReader inlineReader,
-                                                 SceneWriter writer)
+                                                 SceneWriter writer, NodeReader nodeReader)
 {
-    loader() = {reader, inlineReader, writer};
+    loader() = {reader, inlineReader, writer, nodeReader};
+}
+
+bool Authoring::read(Node& scene, const std::string& text, std::vector<HeldNode>& nodes, std::string& error)
+{
+    nodes.clear();
+    if (!loader().nodeReader || !scene.nameSpace()) {
+        error = "there is no reader of nodes, or no scene for them";
+        return false;
+    }
+    Context& context = contextOf(scene);
+    const RefGuard guard(context);
+    BusyScope busy(context);
+    std::vector<NodeRef> read;
+    LoadReport report;
+    ++context.data()->loads;
+    const bool ok = loader().nodeReader(scene, text, read, report);
+    --context.data()->loads;
+    for (const LoadMessage& message : report.messages) {
+        logMessage(message);
+        if (error.empty() && message.severity == LoadMessage::ERROR_LM)
+            error = message.toString();
+    }
+    if (context.data()->loads == 0)
+        startJoinedNodes(context);
+    for (const NodeRef& node : read)
+        nodes.emplace_back(node.get());
+    return ok;
 }
 
 bool readScene(Context& context, const Relayne::URL& url, const std::string* text, LoadedScene& scene)

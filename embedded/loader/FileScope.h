@@ -68,6 +68,7 @@ struct FileScope
     const FileScope* outer = nullptr;  ///< of a body: where the prototype is declared
     bool isLibrary = false;            ///< read for its prototypes alone
     bool isRefused = false;            ///< has an error
+    bool isClipping = false;           ///< any node may stand at its top
     NodeRef root;                      ///< the scene, or the inline that the content hangs below
     NodeNameSpace* names = nullptr;
     unsigned int depth = 0;   ///< nodes above the content

@@ -4,6 +4,7 @@
 #include "base/LocalFile.h"
 #include "base/Prototype.h"
 #include "base/ValueOrigin.h"
+#include "loader/AdoptedNodes.h"
 #include "loader/ExternalFiles.h"
 #include "loader/KeptStatements.h"
 #include "loader/Routes.h"
@@ -219,6 +220,35 @@ bool LoadSession::readScene(const Relayne::URL& url, const std::string* text, Lo
     return ok;
 }
 
+bool LoadSession::readNodes(Node& scene, const std::string& text, std::vector<NodeRef>& nodes)
+{
+    NodeNameSpace& names = *scene.nameSpace();
+    FileScope& scope = openScope("text", names.baseURL());
+    SourceText source;
+    SourceFault fault;
+    bool ok = source.takeText(text, fault);
+    if (!ok) {
+        scope.messages.error(fault.place, fault.text);
+    } else {
+        scope.root = createNode(_context, *findType("Scene"), LOADER_NC);
+        scope.names = createNameSpace(_context, nullptr, "text", scope.root.get(), scope.url);
+        scope.isClipping = true;
+        _roots.push_back(scope.root);
+        for (const std::shared_ptr<NodeType>& type : usablePrototypes(scene)) {
+            scope.prototypes[type->name] = type;
+            _sceneTypes.insert(type.get());
+        }
+        ok = parse(source, scope);
+    }
+    if (ok) {
+        readInlines();
+        finish();
+        adoptContent(*scope.root, *scope.names, scene, nodes);
+    }
+    tellLeftOut();
+    return ok;
+}
+
 bool LoadSession::parse(SourceText& source, FileScope& scope)
 {
     const SceneFormat* format = findFormat(source.view());
@@ -228,8 +258,8 @@ bool LoadSession::parse(SourceText& source, FileScope& scope)
         scope.messages.error({}, "expected " + readableFormats() + ", found " + foundFormat(source.view()));
         return false;
     }
-    Field& content = scope.parent || !scope.root->type()->isContextRoot() ? inlineContent(*scope.root)
-                                                                          : contentOf(*scope.root);
+    const bool isScene = !scope.parent && scope.root->type()->isContextRoot() && !scope.isClipping;
+    Field& content = isScene ? contentOf(*scope.root) : inlineContent(*scope.root);
     SceneBuilder builder(*this, scope, content);
     return format->read(source, builder, scope.messages);
 }

@@ -39,6 +39,9 @@ public:
     /// Reads what an inline names now into it as `InlineReader` tells.
     bool reloadInline(Node& node);
 
+    /// Makes the nodes of a text as `NodeReader` tells.
+    bool readNodes(Node& scene, const std::string& text, std::vector<NodeRef>& nodes);
+
     // For the builder.
 
     Context& context() const { return _context; }
@@ -63,6 +66,8 @@ public:
     /// A root of the scene beside the `Scene`: that of the type when there is one already, else a new one.
     Node& contextRoot(NodeType& type);
     bool hasContextRoot(const NodeType& type) const;
+    /// True for a prototype of the scene into which the nodes of a text will go.
+    bool isOfScene(const NodeType& prototype) const { return _sceneTypes.count(&prototype) > 0; }
 
 private:
     struct PendingInline
@@ -95,6 +100,7 @@ private:
     std::vector<NodeRef> _roots;
     std::vector<std::unique_ptr<FileScope>> _scopes;
     std::deque<PendingInline> _inlines;
+    std::unordered_set<const NodeType*> _sceneTypes;
     std::unordered_set<std::string> _toldFiles; ///< messages about files that interfaces hand on
 };
 

@@ -2,6 +2,7 @@
 #include "base/Graph.h"
 #include "base/Prototype.h"
 #include "base/TextCoding.h"
+#include "loader/AdoptedNodes.h"
 #include "loader/ChildPlacement.h"
 #include "loader/FileScope.h"
 #include "loader/LoadSession.h"
@@ -185,7 +186,14 @@ void SceneBuilder::closePrototype()
 void SceneBuilder::declare(std::shared_ptr<NodeType> type, const OpenPrototype& closed)
 {
     const auto [place, isNew] = _scope->prototypes.emplace(closed.name, type);
-    if (!isNew) {
+    if (!isNew && _session.isOfScene(*place->second)) {
+        // Nodes come with their prototypes; that of the scene serves when it is the same.
+        if (isSameDeclaration(*place->second, *type))
+            return;
+        for (int number = 2; !_scope->prototypes.emplace(type->name, type).second; ++number)
+            type->name = closed.name + "_" + std::to_string(number);
+        _scope->prototypes[closed.name] = type;
+    } else if (!isNew) {
         const ProtoDeclaration& earlier = *protoDeclaration(*place->second);
         warn(closed.place, "PROTO: expected a name of its own, found " + quoted(closed.name) +
                                ", which the prototype at " + std::to_string(earlier.line) + ":" +

@@ -152,7 +152,7 @@ bool SceneBuilder::beginNode(const NodeStart& start)
         }
         if (!start.name.empty())
             name(*_scope->root, start);
-        _levels.push_back({_scope->root, nullptr, true});
+        _levels.push_back({_scope->root, _levels.back().field, true});
         ++_depth;
         return true;
     }

@@ -51,6 +51,12 @@ bool readInline(Node& inlineNode, LoadReport& report)
                    [&] { return LoadSession(contextOf(inlineNode), report).reloadInline(inlineNode); });
 }
 
+bool readNodes(Node& scene, const std::string& text, std::vector<NodeRef>& nodes, LoadReport& report)
+{
+    return guarded(report, {},
+                   [&] { return LoadSession(contextOf(scene), report).readNodes(scene, text, nodes); });
+}
+
 /// True for the suffixes of files that are packed.
 bool isPacked(const std::string& path)
 {
@@ -86,7 +92,7 @@ bool writeScene(const Node& root, const std::string& path, const SaveOptions& op
     return false;
 }
 
-const SceneLoaderRegistration registration(readScene, readInline, writeScene);
+const SceneLoaderRegistration registration(readScene, readInline, writeScene, readNodes);
 
 } // namespace
 

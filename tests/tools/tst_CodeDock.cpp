@@ -4,6 +4,7 @@
 #include "CodeNodes.h"
 #include "NodeDock.h"
 #include "Selection.h"
+#include "Steps.h"
 #include <OpenSG/OSGLog.h>
 #include <Orvane/Context.h>
 #include <Orvane/MFNode.h>
@@ -112,6 +113,7 @@ private:
 
     Context* _context = nullptr;
     Selection* _selection = nullptr;
+    Steps* _steps = nullptr;
     CodeDock* _dock = nullptr;
     QTemporaryDir _folder;
 };
@@ -125,7 +127,8 @@ void tst_CodeDock::init()
                            Context::REPLACE_LT, ""));
     _context->setRootState(0.0, RUNNING_NS);
     _selection = new Selection(nullptr);
-    _dock = new CodeDock(_selection, nullptr);
+    _steps = new Steps(_selection);
+    _dock = new CodeDock(_selection, _steps, nullptr);
 }
 
 void tst_CodeDock::cleanup()
@@ -410,7 +413,7 @@ void tst_CodeDock::nameOfNoFileIsShown()
 
 void tst_CodeDock::wantedFieldIsAdded()
 {
-    QSignalSpy changed(_dock, &CodeDock::fieldsChanged);
+    QSignalSpy changed(_steps, &Steps::fieldsChanged);
     select("First");
     QTimer::singleShot(0, qApp, [] {
         auto* dialog = qobject_cast<QorNewFieldDialog*>(QApplication::activeModalWidget());
@@ -434,7 +437,7 @@ void tst_CodeDock::wantedFieldIsAdded()
 
 void tst_CodeDock::unwantedFieldIsRemoved()
 {
-    QSignalSpy changed(_dock, &CodeDock::fieldsChanged);
+    QSignalSpy changed(_steps, &Steps::fieldsChanged);
     select("First");
     selectField(QStringLiteral("size"));
     pressRemove();
@@ -535,7 +538,7 @@ void tst_CodeDock::routesOfARemovedFieldEnd()
 void tst_CodeDock::refusalIsTold()
 {
     QSignalSpy told(_dock, &CodeDock::told);
-    QSignalSpy changed(_dock, &CodeDock::fieldsChanged);
+    QSignalSpy changed(_steps, &Steps::fieldsChanged);
     select("First");
     selectField(QStringLiteral("url"));
     pressRemove();
@@ -553,8 +556,7 @@ void tst_CodeDock::refusalIsTold()
 
 void tst_CodeDock::panelOfTheNodeFollowsItsFields()
 {
-    NodeDock nodeDock(_selection, nullptr);
-    connect(_dock, &CodeDock::fieldsChanged, &nodeDock, &NodeDock::refresh);
+    NodeDock nodeDock(_selection, _steps, nullptr);
     select("First");
     const auto* editor = nodeDock.findChild<QorObservingNodeEditor*>();
     const int rows = editor->model()->rowCount();
@@ -633,7 +635,7 @@ void tst_CodeDock::panelMayDieFirst()
     delete _dock;
     removeFromScene("First");
     _context->runFrame();
-    _dock = new CodeDock(_selection, nullptr);
+    _dock = new CodeDock(_selection, _steps, nullptr);
 }
 
 QTEST_MAIN(tst_CodeDock)

@@ -68,7 +68,8 @@ QString tst_SceneSaving::save(const QString& file, const std::function<void(QorF
         }
     });
     timer.start(10);
-    return saveSceneByDialog(*_context, file, nullptr);
+    const SavedScene saved = saveSceneByDialog(*_context, file, {}, nullptr);
+    return saved.told;
 }
 
 QString tst_SceneSaving::saveAs(const QString& target, const char* box)

@@ -5,6 +5,7 @@
 #include "SceneDock.h"
 #include "SceneTreeView.h"
 #include "Selection.h"
+#include "Steps.h"
 #include "WorkbenchWindow.h"
 #include <OpenSG/OSGLog.h>
 #include <Orvane/Context.h>
@@ -21,7 +22,6 @@
 #include <QLineEdit>
 #include <QStatusBar>
 #include <QTemporaryDir>
-#include <QUndoStack>
 #include <QorCodeWidget.h>
 #include <QorNodeItem.h>
 #include <QorNodePathMimeData.h>

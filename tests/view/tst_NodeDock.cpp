@@ -5,6 +5,7 @@
 #include "QorRenderView.h"
 #include "QorViewManager.h"
 #include "Selection.h"
+#include "Steps.h"
 #include <Orvane/Node.h>
 #include <Orvane/NodeType.h>
 #include <Orvane/WindowProc.h>
@@ -54,7 +55,7 @@ void tst_NodeDock::init()
     _manager = new QorViewManager(nullptr, QorViewManager::ManualTrigger);
     _selection = new Selection(_manager);
     _picker = new Picker(_manager, _selection, _manager);
-    _dock = new NodeDock(_selection, nullptr);
+    _dock = new NodeDock(_selection, new Steps(_manager), nullptr);
     QVERIFY(_manager->loadContextByString(QStringLiteral("box.x3d"), box.arg(QStringLiteral("First"))));
     _manager->setWindowFlags(_manager->windowFlags() | Qt::FramelessWindowHint);
     _manager->setGeometry(20, 20, 320, 240);

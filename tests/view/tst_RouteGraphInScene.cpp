@@ -5,6 +5,7 @@
 #include "QorNodePathMimeData.h"
 #include "RouteCanvas.h"
 #include "Selection.h"
+#include "Steps.h"
 #include "base/Graph.h"
 #include "base/ValueFields.h"
 #include <Orvane/Context.h>
@@ -15,7 +16,6 @@
 #include <Orvane/Route.h>
 #include <QSignalSpy>
 #include <QToolBar>
-#include <QUndoStack>
 #include <QtGui/QDropEvent>
 
 using namespace Orvane;
@@ -184,7 +184,7 @@ void tst_RouteGraphInScene::unfitFieldsMakeNoRoute()
 void tst_RouteGraphInScene::drawnRouteIsAStep()
 {
     World world;
-    QUndoStack steps;
+    Steps steps(nullptr);
     RouteCanvas canvas(&steps);
     showAt(canvas);
     canvas.add(world.path, QPoint(200, 100));
@@ -208,7 +208,7 @@ void tst_RouteGraphInScene::drawnRouteIsAStep()
 void tst_RouteGraphInScene::deletedRoutesAreOneStep()
 {
     World world;
-    QUndoStack steps;
+    Steps steps(nullptr);
     RouteCanvas canvas(&steps);
     showAt(canvas);
     canvas.add(world.clock, QPoint(40, 40));
@@ -235,7 +235,7 @@ void tst_RouteGraphInScene::deletedRoutesAreOneStep()
 void tst_RouteGraphInScene::stepsOutliveNothingThatIsGone()
 {
     World world;
-    QUndoStack steps;
+    Steps steps(nullptr);
     RouteCanvas canvas(&steps);
     showAt(canvas);
     canvas.add(world.path, QPoint(200, 100));
@@ -254,7 +254,7 @@ void tst_RouteGraphInScene::stepsOutliveNothingThatIsGone()
 void tst_RouteGraphInScene::refusedRouteIsNoStep()
 {
     World world;
-    QUndoStack steps;
+    Steps steps(nullptr);
     RouteCanvas canvas(&steps);
     showAt(canvas);
     QSignalSpy told(&canvas, &RouteCanvas::told);
@@ -271,7 +271,7 @@ void tst_RouteGraphInScene::droppedNodeGetsABoxAndIsSelected()
 {
     World world;
     Selection selection(nullptr);
-    QUndoStack steps;
+    Steps steps(nullptr);
     GraphDock dock(&selection, &steps, nullptr);
     showAt(dock);
     RouteCanvas* canvas = dock.canvas();
@@ -300,7 +300,7 @@ void tst_RouteGraphInScene::droppedNodeGetsABoxAndIsSelected()
 
 void tst_RouteGraphInScene::foreignDropsAreRefused()
 {
-    QUndoStack steps;
+    Steps steps(nullptr);
     RouteCanvas canvas(&steps);
     QMimeData text;
     text.setText(QStringLiteral("a node?"));
@@ -321,7 +321,7 @@ void tst_RouteGraphInScene::selectionIsShared()
 {
     World world;
     Selection selection(nullptr);
-    QUndoStack steps;
+    Steps steps(nullptr);
     GraphDock dock(&selection, &steps, nullptr);
     showAt(dock);
     RouteCanvas* canvas = dock.canvas();
@@ -347,7 +347,7 @@ void tst_RouteGraphInScene::allRoutesAreShownInLayers()
 {
     World world;
     Selection selection(nullptr);
-    QUndoStack steps;
+    Steps steps(nullptr);
     GraphDock dock(&selection, &steps, nullptr);
     dock.setRootNode(world.root);
     showAt(dock);
@@ -374,7 +374,7 @@ void tst_RouteGraphInScene::selectedNodeComesWithItsNeighbours()
 {
     World world;
     Selection selection(nullptr);
-    QUndoStack steps;
+    Steps steps(nullptr);
     GraphDock dock(&selection, &steps, nullptr);
     showAt(dock);
     dock.addSelected();
@@ -391,7 +391,7 @@ void tst_RouteGraphInScene::selectedNodeComesWithItsNeighbours()
 void tst_RouteGraphInScene::replacedSceneEmptiesTheCanvas()
 {
     World world;
-    QUndoStack steps;
+    Steps steps(nullptr);
     RouteCanvas canvas(&steps);
     showAt(canvas);
     canvas.showRoutesBelow(world.root);

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <Orvane/Export.h>
+#include <Orvane/HeldNode.h>
+#include <string>
+#include <vector>
+
+namespace Orvane {
+
+class Field;
+class Node;
+class NodeType;
+
+/// What authors do to the nodes of a scene beside writing values and making routes. There are no objects of
+/// it.
+class ORVANE_API Authoring
+{
+public:
+    Authoring() = delete;
+
+    /// Names a node among those of its scene; an empty name takes its name away. A node that bore the name
+    /// before keeps it, but is no longer found by it.
+    static void setName(Node& node, const std::string& name);
+    /// The name itself when no node of \a scene is found by it, else one with a number behind.
+    static std::string freeName(const Node& scene, const std::string& name);
+
+    /// The node and what hangs below it as a scene in classic encoding, with the prototypes and routes that
+    /// it needs. Empty, with the reason in \a error, when there is no room for it.
+    static std::string text(const Node& node, std::string& error);
+    /// Makes the nodes of a text in any encoding, to be linked into the scene below \a scene: addresses count
+    /// from its file, names that it bears already get a number, and its prototypes are known. What the text
+    /// says beside nodes and routes is left out. False, with the reason in \a error, when the text cannot be
+    /// read.
+    static bool read(Node& scene, const std::string& text, std::vector<HeldNode>& nodes, std::string& error);
+    /// The prototypes of which nodes can be made in the scene.
+    static std::vector<NodeType*> prototypes(const Node& scene);
+
+    /// The field into which a child of some type goes when nobody says; null when the parent takes none.
+    static Field* fieldFor(Node& parent, const NodeType& child);
+    /// True when the field holds nodes and may hold those of the type.
+    static bool accepts(const Field& field, const NodeType& child);
+
+    /// Puts back a field that `Node::removeField` took out of its node, as the part with the number \a part
+    /// and without its routes and nodes. False when it is not such a field, or its name has been given away.
+    static bool restoreField(Field& field, unsigned int part);
+};
+
+} // namespace Orvane

@@ -1,0 +1,272 @@
+#include "DocumentFile.h"
+
+#include "Autosave.h"
+#include "RecentFiles.h"
+#include "SceneSaving.h"
+#include <Orvane/Context.h>
+#include <QAction>
+#include <QApplication>
+#include <QDateTime>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMessageBox>
+#include <QUndoStack>
+#include <QorFileDialog.h>
+#include <QorViewManager.h>
+#include <SAI/SAIBrowserRef.h>
+
+using Orvane::Qt4::QorFileDialog;
+using Orvane::Qt4::QorViewManager;
+
+namespace {
+
+/// The pointer says that nothing can be done meanwhile.
+class Waiting
+{
+public:
+    Waiting() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~Waiting() { QApplication::restoreOverrideCursor(); }
+    Waiting(const Waiting&) = delete;
+    Waiting& operator=(const Waiting&) = delete;
+};
+
+} // namespace
+
+DocumentFile::DocumentFile(QorViewManager* manager, QUndoStack* steps, QMainWindow* window)
+    : QObject(window)
+    , _manager(manager)
+    , _steps(steps)
+    , _window(window)
+    , _recent(new RecentFiles(window))
+    , _autosave(new Autosave(steps, this))
+{
+    makeAction(tr("&New"), QKeySequence::New, &DocumentFile::makeNew);
+    _open = makeAction(tr("&Open..."), QKeySequence::Open, &DocumentFile::askForFile);
+    _actions.push_back(_recent->menu()->menuAction());
+    makeAction(tr("Re&load"), Qt::Key_F5, &DocumentFile::reload);
+    makeAction(QString(), {}, nullptr);
+    _save = makeAction(tr("&Save"), QKeySequence::Save, nullptr);
+    connect(_save, &QAction::triggered, this, &DocumentFile::save);
+    QAction* const as = makeAction(tr("Save &as..."), Qt::CTRL | Qt::SHIFT | Qt::Key_S, nullptr);
+    connect(as, &QAction::triggered, this, &DocumentFile::saveAs);
+    makeAction(tr("&Export..."), Qt::CTRL | Qt::Key_E, &DocumentFile::exportScene);
+    connect(_recent, &RecentFiles::chosen, this, &DocumentFile::openByUser);
+    connect(_autosave, &Autosave::due, this, &DocumentFile::saveCopy);
+    connect(_steps, &QUndoStack::cleanChanged, _window,
+            [this](bool clean) { _window->setWindowModified(!clean); });
+    setFile(QString());
+}
+
+DocumentFile::~DocumentFile() = default;
+
+QAction* DocumentFile::makeAction(const QString& text, const QKeySequence& keys,
+                                  void (DocumentFile::*command)())
+{
+    auto* const action = new QAction(text, this);
+    action->setSeparator(text.isEmpty());
+    action->setShortcut(keys);
+    if (command)
+        connect(action, &QAction::triggered, this, command);
+    _actions.push_back(action);
+    return action;
+}
+
+void DocumentFile::addTo(QMenu* menu)
+{
+    for (QAction* const action : _actions)
+        menu->addAction(action);
+}
+
+Orvane::Context* DocumentFile::context() const
+{
+    const std::unique_ptr<__SAI_SAIBrowserRef> browser(_manager->getSAI());
+    return browser ? browser->getExecutionContext() : nullptr;
+}
+
+void DocumentFile::setFile(const QString& file)
+{
+    _file = file;
+    const QString name = file.isEmpty() ? tr("New scene") : QFileInfo(file).fileName();
+    _window->setWindowTitle(tr("%1[*] - Orvane workbench").arg(name));
+    _window->setWindowModified(!_steps->isClean());
+}
+
+// ---- Opening
+
+bool DocumentFile::load(const QString& source)
+{
+    const Waiting waiting;
+    _error.clear();
+    const bool ok = _manager->loadContextByURL(source);
+    Orvane::Context* const scene = ok ? nullptr : context();
+    if (scene) {
+        for (const Orvane::LoadMessage& message : scene->loadReport().messages) {
+            if (message.severity == Orvane::LoadMessage::ERROR_LM)
+                _error += (_error.isEmpty() ? QString() : QStringLiteral("\n")) +
+                          QString::fromUtf8(message.toString().c_str());
+        }
+    }
+    if (!ok && _error.isEmpty())
+        _error = tr("%1: the scene cannot be loaded").arg(source);
+    return ok;
+}
+
+bool DocumentFile::open(const QString& file)
+{
+    // An address is told by its scheme; anything else is a file name, and one with odd characters too.
+    const QString path = QFileInfo(file).absoluteFilePath();
+    if (!load(path))
+        return false;
+    _steps->clear();
+    setFile(path);
+    emit opened();
+    return true;
+}
+
+bool DocumentFile::openByUser(const QString& file)
+{
+    if (!mayClose())
+        return false;
+    const QString path = QFileInfo(file).absoluteFilePath();
+    const QString copy = Autosave::newerCopyOf(path);
+    const bool brings =
+        !copy.isEmpty() &&
+        QMessageBox::question(
+            _window, tr("Changes that were not saved"),
+            tr("There are changes to %1 of %2 that were not saved. Bring them back?")
+                .arg(QFileInfo(path).fileName(),
+                     QLocale().toString(QFileInfo(copy).lastModified(), QLocale::ShortFormat)),
+            QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    emit told(tr("Opening %1...").arg(path));
+    if (!open(brings ? copy : path)) {
+        tellFailure(path);
+        return false;
+    }
+    if (!brings)
+        _autosave->drop(path);
+    if (brings) {
+        setFile(path);
+        _steps->resetClean();
+    }
+    _recent->add(path);
+    emit told(QString());
+    return true;
+}
+
+void DocumentFile::tellFailure(const QString& file)
+{
+    if (!QFileInfo::exists(file))
+        _recent->remove(file);
+    emit told(_error.section(QLatin1Char('\n'), 0, 0));
+    constexpr int shownLines = 3;
+    auto* const box = new QMessageBox(QMessageBox::Warning, tr("Scene not opened"),
+                                      tr("%1 could not be opened.").arg(QFileInfo(file).fileName()),
+                                      QMessageBox::Ok, _window);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(_error.section(QLatin1Char('\n'), 0, shownLines - 1));
+    if (_error.count(QLatin1Char('\n')) >= shownLines)
+        box->setDetailedText(_error);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void DocumentFile::askForFile()
+{
+    const QString file =
+        QFileDialog::getOpenFileName(_window, tr("Open scene"), QFileInfo(_file).path(),
+                                     QorFileDialog::buildFileFilters().join(QStringLiteral(";;")));
+    if (!file.isEmpty())
+        openByUser(file);
+}
+
+void DocumentFile::reload()
+{
+    if (!_file.isEmpty())
+        openByUser(_file);
+}
+
+void DocumentFile::makeNew()
+{
+    if (!mayClose())
+        return;
+    // An empty text would leave the manager as it is while it has no scene.
+    _manager->loadContextByString(QString(), QStringLiteral("<X3D version='4.0'><Scene/></X3D>"));
+    _steps->clear();
+    setFile(QString());
+    emit opened();
+}
+
+// ---- Saving
+
+bool DocumentFile::save()
+{
+    Orvane::Context* const scene = context();
+    if (_file.isEmpty() || !scene)
+        return saveAs();
+    const Waiting waiting;
+    const SavedScene saved = saveScene(*scene, _file, _options);
+    emit told(saved.told);
+    if (!saved.isWritten)
+        return false;
+    _steps->setClean();
+    _autosave->drop(_file);
+    return true;
+}
+
+bool DocumentFile::saveAs()
+{
+    Orvane::Context* const scene = context();
+    if (!scene)
+        return false;
+    const SavedScene saved = saveSceneByDialog(*scene, _file, _options, _window);
+    if (!saved.told.isEmpty())
+        emit told(saved.told);
+    if (!saved.isWritten)
+        return false;
+    _options = saved.options;
+    _autosave->drop(_file);
+    _steps->setClean();
+    setFile(saved.file);
+    _recent->add(saved.file);
+    return true;
+}
+
+void DocumentFile::exportScene()
+{
+    Orvane::Context* const scene = context();
+    if (!scene)
+        return;
+    const SavedScene saved = saveSceneByDialog(*scene, _file, _exportOptions, _window);
+    if (saved.isWritten)
+        _exportOptions = saved.options;
+    if (!saved.told.isEmpty())
+        emit told(saved.told);
+}
+
+void DocumentFile::saveCopy()
+{
+    Orvane::Context* const scene = context();
+    if (scene && !_autosave->write(*scene, _file))
+        emit told(tr("The copy against loss cannot be written: %1").arg(Autosave::copyOf(_file)));
+}
+
+bool DocumentFile::mayClose()
+{
+    if (_steps->isClean())
+        return true;
+    const QString name = _file.isEmpty() ? tr("the new scene") : QFileInfo(_file).fileName();
+    switch (QMessageBox::question(_window, tr("Save changes?"), tr("Save the changes to %1?").arg(name),
+                                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
+                                  QMessageBox::Save))
+    {
+    case QMessageBox::Save:
+        return save();
+    case QMessageBox::Discard:
+        _autosave->drop(_file);
+        return true;
+    default:
+        return false;
+    }
+}

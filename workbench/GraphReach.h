@@ -1,0 +1,14 @@
+#pragma once
+
+#include <vector>
+
+namespace Orvane {
+class Node;
+}
+
+/// All nodes at and below some, each once, parents first. Graphs may be deeper than the call stack, and may
+/// contain themselves.
+std::vector<Orvane::Node*> nodesBelow(const std::vector<Orvane::Node*>& roots);
+
+/// The nodes at and below \a node to which no root of its context leads.
+std::vector<Orvane::Node*> strandedNodes(Orvane::Node& node);

@@ -1,0 +1,6 @@
+#include "Steps.h"
+
+Steps::Steps(QObject* parent)
+    : QUndoStack(parent)
+{
+}
