@@ -66,9 +66,12 @@ void tellOfKept(const Node& node)
     if (!hasBehaviours() || !type.data()->entry || serviceOf(type) != TypeService::TOLD ||
         !contextData(node).toldTypes.insert(&type).second)
         return;
+    const bool isSound = type.data()->entry->component == "Sound";
     reportMessage(node, LoadMessage::WARNING_LM,
-                  type.name + (isOfEvents(type) ? ": nodes of this type are kept and do nothing"
-                                                : ": nodes of this type are kept and not drawn"));
+                  type.name + ": nodes of this type are kept and " +
+                      (isSound            ? "not heard"
+                       : isOfEvents(type) ? "do nothing"
+                                          : "not drawn"));
 }
 
 } // namespace Orvane

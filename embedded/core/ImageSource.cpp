@@ -20,12 +20,6 @@ std::shared_ptr<ImageRef> imageOf(const std::string& file)
     });
 }
 
-std::string shortened(const std::string& address)
-{
-    constexpr std::size_t MaxLength = 80;
-    return address.size() <= MaxLength ? address : address.substr(0, MaxLength) + "...";
-}
-
 } // namespace
 
 void ImageSource::read(const MFString& urls)
@@ -50,14 +44,12 @@ osg::ImagePtr ImageSource::image() const
     return _image ? osg::ImagePtr(_image->get()) : osg::ImagePtr();
 }
 
-std::string ImageSource::fault(const MFString& urls, bool loaded) const
+std::string ImageSource::fault(const MFString& urls, bool loaded, const char* expected) const
 {
     if (image() || urls.size() == 0 || (loaded && !_hasFound))
         return {};
-    std::string found;
-    for (int i = 0; i < static_cast<int>(urls.size()); ++i)
-        found += (i > 0 ? ", \"" : "\"") + shortened(urls[i]) + '"';
-    return "expected an image in a local file or in the address, found " + found;
+    return std::string("expected ") + expected + " in a local file or in the address, found " +
+           quotedAddresses(urls);
 }
 
 std::shared_ptr<ImageRef> ImageSource::imageAt(const MFString& urls, const std::string& address)

@@ -21,9 +21,9 @@ public:
 
     /// Null when there is none.
     osg::ImagePtr image() const;
-    /// Text of a message: which addresses held no image. Empty when there is one. The loader has told of
-    /// files that are not there if the list is \a loaded.
-    std::string fault(const MFString& urls, bool loaded) const;
+    /// Text of a message: which addresses held none of what was \a expected. Empty when there is an image.
+    /// The loader has told of files that are not there if the list is \a loaded.
+    std::string fault(const MFString& urls, bool loaded, const char* expected = "an image") const;
 
 private:
     using ImageRef = osg::RefPtr<osg::ImagePtr>;

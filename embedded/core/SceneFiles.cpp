@@ -1,6 +1,7 @@
 #include "core/SceneFiles.h"
 #include "base/LocalFile.h"
 #include <Orvane/Field.h>
+#include <Orvane/MFString.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodeLink.h>
 #include <Orvane/NodeNameSpace.h>
@@ -109,6 +110,19 @@ bool readDataAddress(const std::string& address, std::string& mimeType, std::vec
         return decodeBase64(body, data);
     data.assign(body.begin(), body.end());
     return true;
+}
+
+std::string quotedAddresses(const MFString& urls)
+{
+    constexpr std::size_t MaxLength = 80;
+    std::string text;
+    for (int i = 0; i < static_cast<int>(urls.size()); ++i) {
+        const std::string& address = urls[i];
+        text += i > 0 ? ", \"" : "\"";
+        text += address.size() <= MaxLength ? address : address.substr(0, MaxLength) + "...";
+        text += '"';
+    }
+    return text;
 }
 
 } // namespace Orvane

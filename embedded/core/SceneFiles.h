@@ -7,6 +7,7 @@
 
 namespace Orvane {
 
+class MFString;
 class Node;
 
 /// Name of the readable file that \a address means when it stands in a field of \a node: relative addresses
@@ -17,5 +18,8 @@ ORVANE_API std::string localFileOf(const Node& node, const std::string& address)
 /// empty.
 ORVANE_API bool readDataAddress(const std::string& address, std::string& mimeType,
                                 std::vector<std::uint8_t>& data);
+
+/// The addresses of a list as a message shows them: in quotes, with commas, long ones cut.
+ORVANE_API std::string quotedAddresses(const MFString& urls);
 
 } // namespace Orvane

@@ -17,7 +17,6 @@ const Part repeatTPart("repeatT");
 const Part texturePropertiesPart("textureProperties");
 const Part urlPart("url");
 
-/// Behaviour of an `ImageTexture`, and of the first picture of a `MovieTexture`.
 class ImageTextureProc : public PictureTextureProc
 {
 public:
@@ -69,7 +68,6 @@ public:
 };
 
 const ProcRegistration imageTexture("ImageTexture", makeProc<ImageTextureProc>);
-const ProcRegistration movieTexture("MovieTexture", makeProc<ImageTextureProc>);
 const ProcRegistration pixelTexture("PixelTexture", makeProc<PixelTextureProc>);
 
 } // namespace

@@ -52,6 +52,7 @@ private slots:
     void disablingEndsTheRun();
     void startTimeIsIgnoredWhileActive();
     void cycleIntervalIsIgnoredWhileActive();
+    void longerCycleDoesNotReviveARun();
     void restartsAtItsEnd();
     void pauseHoldsTheFraction();
     void oldPauseDoesNotCount();
@@ -179,6 +180,14 @@ void tst_TimeSensor::cycleIntervalIsIgnoredWhileActive()
     scene.set("T", "cycleInterval", "1");
     scene.runTo(2);
     QCOMPARE(scene.get("T", "fraction_changed"), std::string("0.5"));
+}
+
+void tst_TimeSensor::longerCycleDoesNotReviveARun()
+{
+    CoreScene scene("DEF T TimeSensor { startTime 1000 cycleInterval 1 }");
+    scene.set("T", "cycleInterval", "9");
+    scene.runTo(1.5);
+    QCOMPARE(scene.get("T", "isActive"), std::string("FALSE"));
 }
 
 void tst_TimeSensor::restartsAtItsEnd()
