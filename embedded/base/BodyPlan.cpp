@@ -38,7 +38,7 @@ bool holdsAny(const Field& field)
 BodyPlan::BodyPlan(Node& model)
 {
     number(model, 0);
-    namesOf(protoNames(model));
+    namesOf(rootNames(model));
     markFed(model);
     for (NodeLink* link : FieldAccess::links(protoBody(model)))
         if (Node* node = link->directNode()) {

@@ -168,7 +168,7 @@ NodeRef createNode(Context& context, NodeType& type, NodeCreator creator)
 {
     NodeRef node = createBareInstance(context, type, creator);
     if (const ProtoDeclaration* declaration = protoDeclaration(type); declaration && declaration->model) {
-        const NodeNameSpace* const names = protoNames(*declaration->model);
+        const NodeNameSpace* const names = rootNames(*declaration->model);
         std::vector<Node*> made;
         completeInstance(*node, {}, names ? names->data()->parent : nullptr, made);
         for (Node* part : made)

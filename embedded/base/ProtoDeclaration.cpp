@@ -36,10 +36,10 @@ Node* protoStandIn(Node& node)
     return result;
 }
 
-NodeNameSpace* protoNames(const Node& instance)
+NodeNameSpace* rootNames(const Node& root)
 {
-    const auto& namesOfRoots = contextData(instance).namesOfRoots;
-    const auto own = namesOfRoots.find(&instance);
+    const auto& namesOfRoots = contextData(root).namesOfRoots;
+    const auto own = namesOfRoots.find(&root);
     return own == namesOfRoots.end() ? nullptr : own->second;
 }
 

@@ -47,8 +47,9 @@ constexpr int maxNestedInstances = 256;
 /// empty; the node itself when it is no instance.
 ORVANE_API Node* protoStandIn(Node& node);
 
-/// The names of an instance's body, or of the model's; null while there is no body.
-ORVANE_API NodeNameSpace* protoNames(const Node& instance);
+/// The names of which a node is the root: of an instance's body, of a model's, or of the file of an inline;
+/// null while it has none.
+ORVANE_API NodeNameSpace* rootNames(const Node& root);
 
 /// The prototypes that a file declares outside of other prototypes, in the order of their statements. They
 /// belong to the root of the file: the `Scene`, or the `Inline` that it was read into.

@@ -165,7 +165,7 @@ void adoptModel(Context& context, NodeType& type, const NodeType& found, std::ve
     Node& model = *data.declaration.model;
     std::vector<Node*> made;
     plan->copyTo(model, partOf, {}, nullptr, made);
-    if (NodeNameSpace* names = protoNames(model))
+    if (NodeNameSpace* names = rootNames(model))
         hideNameSpace(*names, model);
 }
 

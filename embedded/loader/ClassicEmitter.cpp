@@ -449,8 +449,13 @@ std::string ClassicEmitter::routeText(std::string_view fromNode, const EventOutS
 {
     const std::string fromField = fieldName(*from.field()->node()->type(), *from.field()->_desc, from.name());
     const std::string toField = fieldName(*to.field()->node()->type(), *to.field()->_desc, to.name());
-    return "ROUTE " + coding::toFile(fromNode) + "." + fromField + " TO " + coding::toFile(toNode) + "." +
-           toField;
+    return routeText({std::string(fromNode), fromField, std::string(toNode), toField});
+}
+
+std::string ClassicEmitter::routeText(const KeptRoute& route)
+{
+    return "ROUTE " + coding::toFile(route.fromNode) + "." + route.fromField + " TO " +
+           coding::toFile(route.toNode) + "." + route.toField;
 }
 
 void ClassicEmitter::route(std::string_view fromNode, const EventOutSlot& from, std::string_view toNode,
@@ -459,6 +464,12 @@ void ClassicEmitter::route(std::string_view fromNode, const EventOutSlot& from, 
     const std::string text = routeText(fromNode, from, toNode, to);
     _out.newLine();
     _out += text;
+}
+
+void ClassicEmitter::waitingRoute(const KeptRoute& route)
+{
+    _out.newLine();
+    _out += routeText(route);
 }
 
 void ClassicEmitter::importStatement(std::string_view inlineName, std::string_view exportedName,

@@ -93,8 +93,9 @@ bool ExternPrototypes::adopt(NodeType& type, const Extern& declared, const std::
         body = place == file->prototypes.end() ? nullptr : place->second;
     }
     if (!body) {
-        reason =
-            name.empty() ? "a file with a prototype" : "a file that declares the prototype " + quoted(name);
+        reason = name.empty()        ? "a file with a prototype"
+                 : file->isBeingRead ? "a file that has declared the prototype " + quoted(name) + " by now"
+                                     : "a file that declares the prototype " + quoted(name);
         return false;
     }
     const auto other = _externs.find(body.get());

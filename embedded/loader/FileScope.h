@@ -4,6 +4,7 @@
 #include "base/Prototype.h"
 #include "loader/LoadMessages.h"
 #include <Relayne/URL.h>
+#include <map>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -27,6 +28,7 @@ struct PendingRoute
     PendingEnd from;
     PendingEnd to;
     SourcePlace place;
+    bool isKept = false; ///< an earlier load has told of what is missing
 };
 
 struct PendingImport
@@ -34,6 +36,13 @@ struct PendingImport
     std::string inlineName;
     std::string exportedName;
     std::string name;
+    SourcePlace place;
+};
+
+/// What `EXPORT local AS ...` says.
+struct PendingExport
+{
+    std::string local;
     SourcePlace place;
 };
 
@@ -68,6 +77,7 @@ struct FileScope
     const FileScope* outer = nullptr;  ///< of a body: where the prototype is declared
     bool isLibrary = false;            ///< read for its prototypes alone
     bool isRefused = false;            ///< has an error
+    bool isBeingRead = false;          ///< more may be declared
     bool isClipping = false;           ///< any node may stand at its top
     NodeRef root;                      ///< the scene, or the inline that the content hangs below
     NodeNameSpace* names = nullptr;
@@ -82,8 +92,8 @@ struct FileScope
     std::vector<PendingRoute> routes;
     std::vector<PendingImport> imports;
     std::vector<UnknownUse> unknownUses;
-    std::unordered_map<std::string, std::string> exports; ///< exported name to name in the file
-    std::unordered_map<std::string, NodeRef> imported;    ///< name in the file to the node of the inline
+    std::map<std::string, PendingExport> exports;      ///< by the exported name
+    std::unordered_map<std::string, NodeRef> imported; ///< name in the file to the node of the inline
 };
 
 } // namespace Orvane

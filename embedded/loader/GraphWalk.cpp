@@ -341,15 +341,24 @@ void GraphWalk::writeUnseen()
         _emitter.endUnseen();
 }
 
+const std::string& GraphWalk::abstractTypes(const NodeType& type)
+{
+    const auto [known, isNew] = _abstractTypes.try_emplace(&type);
+    std::string& text = known->second;
+    if (!isNew)
+        return text;
+    std::vector<NodeType*> types;
+    NodeType::getTypeVec(types, 0);
+    for (const NodeType* each : types)
+        if (each->name.compare(0, 3, "X3D") == 0 && isOfType(type, each->name))
+            text += (text.empty() ? "" : ", ") + each->name;
+    return text;
+}
+
 void GraphWalk::writeComments(const Node& node)
 {
     if (_options.writeAbstractNodes) {
-        std::vector<NodeType*> types;
-        NodeType::getTypeVec(types, 0);
-        std::string text;
-        for (const NodeType* type : types)
-            if (type->name.compare(0, 3, "X3D") == 0 && isOfType(*node.type(), type->name))
-                text += (text.empty() ? "" : ", ") + type->name;
+        const std::string& text = abstractTypes(*node.type());
         if (!text.empty())
             _emitter.comment(node.type()->name + ": " + text);
     }
@@ -386,8 +395,31 @@ void GraphWalk::writeStatements()
         const std::size_t outside = imported.count(&from) + imported.count(&to);
         if (outside == 0)
             _emitter.route(names.of(from), *route.from, names.of(to), *route.to);
-        else if (outside == 1)
+        else if (outside == 1 || from.nameSpace() != to.nameSpace()) // else the file of the inline has it
             _emitter.importedRoute(names.of(from), *route.from, names.of(to), *route.to);
+    }
+    if (!_scope->fields.model())
+        writeWaitingRoutes();
+}
+
+/// Routes whose imported ends are not there lead on to what is imported once the inlines hold it.
+void GraphWalk::writeWaitingRoutes()
+{
+    const NodeNames& names = _scope->names;
+    std::unordered_set<std::string> imports;
+    for (const Node* node : _scope->importers)
+        for (const auto& import : keptImports(*node))
+            imports.insert(import.second);
+    const auto nameOf = [&](const std::string& name) {
+        const Node* node = NodeNameSpace::findNode(_scope->nameSpace, name);
+        if (!node && imports.count(name))
+            return _emitter.sayableName(name);
+        return node && _scope->protos.resolve(node) == node ? std::string(names.of(*node)) : std::string();
+    };
+    for (const KeptRoute& route : keptRoutes(_root)) {
+        const KeptRoute written{nameOf(route.fromNode), route.fromField, nameOf(route.toNode), route.toField};
+        if (!written.fromNode.empty() && !written.toNode.empty())
+            _emitter.waitingRoute(written);
     }
 }
 
@@ -409,7 +441,7 @@ void GraphWalk::writePrototype(const NodeType& type)
         return;
     }
     const Node& model = *declaration.model;
-    Scope scope(*this, protoNames(model), &model);
+    Scope scope(*this, rootNames(model), &model);
     Scope* const outer = std::exchange(_scope, &scope);
     const std::unordered_set<const NodeType*> known = _declared;
     const bool hasInterface = partCount(type) > 1;

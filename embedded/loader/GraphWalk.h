@@ -94,7 +94,9 @@ private:
     void writeNode(const Node* placed, const Field* holder);
     void writeUnseen();
     void writeComments(const Node& node);
+    const std::string& abstractTypes(const NodeType& type);
     void writeStatements();
+    void writeWaitingRoutes();
 
     const Node& _root;
     const SaveOptions _options;
@@ -106,6 +108,7 @@ private:
     std::vector<const Field*> _content; ///< fields of the open nodes that are still to be gone through
     std::vector<const Field*> _fields;  ///< of the node that was entered last
     std::vector<const Field*> _made;
+    std::unordered_map<const NodeType*, std::string> _abstractTypes; ///< what is said of each type met
     std::unordered_set<const NodeType*> _declared; ///< prototypes whose names are known where the writing is
 };
 

@@ -1,62 +1,49 @@
 #include "loader/ImportedNodes.h"
 
-#include "base/Graph.h"
+#include "base/NameSpace.h"
+#include "base/ProtoDeclaration.h"
 #include "loader/KeptStatements.h"
-#include "loader/NodeFields.h"
-#include <Orvane/MFNode.h>
 #include <Orvane/Node.h>
-#include <Orvane/NodeNameSpace.h>
-#include <unordered_map>
-#include <unordered_set>
+#include <utility>
 
 namespace Orvane {
 
-namespace {
-
-/// The nodes below a field that bear a name in the file of the inline.
-std::unordered_map<std::string, const Node*> namedNodes(const Field& content, const Node& inlineNode)
+std::vector<std::pair<std::string, Node*>> importedNodes(const Node& inlineNode)
 {
-    std::unordered_map<std::string, const Node*> names;
-    std::vector<const Node*> waiting;
-    std::unordered_set<const Node*> met;
-    const auto add = [&](const Field& field) {
-        for (int link = 0; link < linkCount(field); ++link) {
-            const Node* node = linkedNode(field, link);
-            if (node && met.insert(node).second)
-                waiting.push_back(node);
+    std::vector<std::pair<std::string, Node*>> result;
+    const NamePairs imports = keptImports(inlineNode);
+    NodeNameSpace* const names = imports.empty() ? nullptr : rootNames(inlineNode);
+    if (!names)
+        return result;
+    std::unordered_map<std::string, std::string> exports;
+    for (const auto& [local, exported] : keptExports(inlineNode))
+        exports[exported] = local;
+    std::unordered_map<std::string, Node*> handedOn; // what the file imports itself
+    bool knowsHandedOn = false;
+    for (const auto& [exported, name] : imports) {
+        const auto local = exports.find(exported);
+        if (local == exports.end())
+            continue;
+        Node* node = NodeNameSpace::findNode(names, local->second);
+        if (!node) {
+            if (!std::exchange(knowsHandedOn, true))
+                handedOn = importedNodes(*names);
+            const auto found = handedOn.find(local->second);
+            node = found == handedOn.end() ? nullptr : found->second;
         }
-    };
-    add(content);
-    while (!waiting.empty()) {
-        const Node* node = waiting.back();
-        waiting.pop_back();
-        if (node->name() && node->nameSpace() && node->nameSpace()->rootNode() == &inlineNode)
-            names.emplace(*node->name(), node);
-        const unsigned int count = node->partDescCount();
-        for (unsigned int part = 0; part < count; ++part)
-            if (const Field& field = readField(*node, part); holdsNodes(field))
-                add(field);
+        if (node)
+            result.emplace_back(name, node);
     }
-    return names;
+    return result;
 }
 
-} // namespace
-
-std::vector<std::pair<std::string, const Node*>> importedNodes(const Node& inlineNode)
+std::unordered_map<std::string, Node*> importedNodes(const NodeNameSpace& names, const Node* exceptInline)
 {
-    std::vector<std::pair<std::string, const Node*>> result;
-    const MFNode* content = findInlineContent(inlineNode);
-    const NamePairs exports = keptExports(inlineNode);
-    if (!content || exports.empty())
-        return result;
-    const std::unordered_map<std::string, const Node*> names = namedNodes(*content, inlineNode);
-    for (const auto& [exported, name] : keptImports(inlineNode)) {
-        for (const auto& [local, as] : exports) {
-            const auto found = as == exported ? names.find(local) : names.end();
-            if (found != names.end())
-                result.emplace_back(name, found->second);
-        }
-    }
+    std::unordered_map<std::string, Node*> result;
+    for (const auto& named : names.data()->nodes)
+        if (named.second != exceptInline)
+            for (const auto& [name, node] : importedNodes(*named.second))
+                result.emplace(name, node);
     return result;
 }
 

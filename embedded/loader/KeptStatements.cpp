@@ -14,6 +14,7 @@ namespace {
 constexpr char headPart[] = "headStatements";
 constexpr char exportPart[] = "exportStatements";
 constexpr char importPart[] = "importStatements";
+constexpr char routePart[] = "waitingRoutes";
 constexpr char instancePart[] = "isPrototypeInstance";
 constexpr char contentPart[] = "inlineContent";
 
@@ -37,6 +38,12 @@ Field* addedPart(const Node& node, const char* part)
 const MFString* kept(const Node& node, const char* part)
 {
     return static_cast<const MFString*>(addedPart(node, part));
+}
+
+void drop(const Node& node, const char* part)
+{
+    if (Field* field = addedPart(node, part))
+        field->clear();
 }
 
 NamePairs pairs(const Node& node, const char* part)
@@ -89,6 +96,40 @@ void keepImport(Node& inlineNode, std::string_view exportedName, std::string_vie
 NamePairs keptImports(const Node& inlineNode)
 {
     return pairs(inlineNode, importPart);
+}
+
+void dropExports(Node& inlineNode)
+{
+    drop(inlineNode, exportPart);
+}
+
+NamePairs takeImports(Node& inlineNode)
+{
+    NamePairs result = keptImports(inlineNode);
+    drop(inlineNode, importPart);
+    return result;
+}
+
+void keepRoute(Node& root, const KeptRoute& route)
+{
+    append(root, routePart, {route.fromNode, route.fromField, route.toNode, route.toField});
+}
+
+std::vector<KeptRoute> keptRoutes(const Node& root)
+{
+    std::vector<KeptRoute> result;
+    const MFString* strings = kept(root, routePart);
+    const int count = strings ? static_cast<int>(strings->size()) : 0;
+    for (int i = 0; i + 3 < count; i += 4)
+        result.push_back({(*strings)[i], (*strings)[i + 1], (*strings)[i + 2], (*strings)[i + 3]});
+    return result;
+}
+
+std::vector<KeptRoute> takeRoutes(Node& root)
+{
+    std::vector<KeptRoute> result = keptRoutes(root);
+    drop(root, routePart);
+    return result;
 }
 
 void markInstance(Node& node)

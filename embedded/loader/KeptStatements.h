@@ -35,6 +35,27 @@ NamePairs keptExports(const Node& root);
 void keepImport(Node& inlineNode, std::string_view exportedName, std::string_view name);
 NamePairs keptImports(const Node& inlineNode);
 
+/// Another file comes into the inline: forgets what the last one exported.
+void dropExports(Node& inlineNode);
+/// As `keptImports`, which the inline then keeps no more.
+NamePairs takeImports(Node& inlineNode);
+
+/// A route in words. Of its ends at least one is imported from an inline that holds nothing now, so that it
+/// waits for that to change.
+struct KeptRoute
+{
+    std::string fromNode;
+    std::string fromField;
+    std::string toNode;
+    std::string toField;
+};
+
+/// A route of the scene, or of the file of an inline, kept by its root.
+void keepRoute(Node& root, const KeptRoute& route);
+std::vector<KeptRoute> keptRoutes(const Node& root);
+/// As `keptRoutes`, which the root then keeps no more.
+std::vector<KeptRoute> takeRoutes(Node& root);
+
 /// A node of unknown type that the text calls an instance of a prototype.
 void markInstance(Node& node);
 bool isMarkedInstance(const Node& node);

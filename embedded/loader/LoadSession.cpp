@@ -5,6 +5,7 @@
 #include "base/Prototype.h"
 #include "base/ValueOrigin.h"
 #include "loader/AdoptedNodes.h"
+#include "loader/Exchange.h"
 #include "loader/ExternalFiles.h"
 #include "loader/KeptStatements.h"
 #include "loader/Routes.h"
@@ -261,7 +262,10 @@ bool LoadSession::parse(SourceText& source, FileScope& scope)
     const bool isScene = !scope.parent && scope.root->type()->isContextRoot() && !scope.isClipping;
     Field& content = isScene ? contentOf(*scope.root) : inlineContent(*scope.root);
     SceneBuilder builder(*this, scope, content);
-    return format->read(source, builder, scope.messages);
+    scope.isBeingRead = true;
+    const bool ok = format->read(source, builder, scope.messages);
+    scope.isBeingRead = false;
+    return ok;
 }
 
 void LoadSession::addInline(Node& node, const FileScope& scope, unsigned int depth)
@@ -276,7 +280,12 @@ bool LoadSession::reloadInline(Node& node)
     const Relayne::URL url = names ? names->baseURL() : Relayne::URL();
     FileScope& outer = openScope(url.isLocalFile() ? url.localFile() : url.toString(), url);
     outer.names = node.nameSpace();
+    if (outer.names && outer.names->rootNode()) {
+        outer.root = NodeRef(outer.names->rootNode());
+        awaitImports(node, outer);
+    }
     inlineContent(node).clear();
+    dropExports(node);
     const bool ok = readInline({NodeRef(&node), &outer, 0});
     readInlines();
     finish();
@@ -356,10 +365,12 @@ bool LoadSession::readInlineFile(const PendingInline& pending, const Relayne::UR
         return true;
     // What stood in front of the fault goes again, and with it what it would have inlined.
     inlineContent(node).clear();
+    dropExports(node);
     const auto ofThisFile = [&](const PendingInline& inner) { return inner.scope == &scope; };
     _inlines.erase(std::remove_if(_inlines.begin(), _inlines.end(), ofThisFile), _inlines.end());
     scope.routes.clear();
     scope.imports.clear();
+    scope.exports.clear();
     scope.unknownUses.clear();
     scope.prototypes.clear();
     scope.firstPrototype.reset();
@@ -413,9 +424,12 @@ void LoadSession::finish()
         if (takesPart(*scope))
             tellUnknownUses(*scope);
     // An inlined file may hand on what it imports itself, so the innermost come first.
-    for (auto scope = _scopes.rbegin(); scope != _scopes.rend(); ++scope)
-        if (takesPart(**scope))
-            resolveImports(**scope);
+    for (auto scope = _scopes.rbegin(); scope != _scopes.rend(); ++scope) {
+        if (takesPart(**scope)) {
+            resolveImports(**scope, _scopes);
+            checkExports(**scope);
+        }
+    }
     for (const auto& scope : _scopes)
         if (takesPart(*scope))
             makeRoutes(*scope, _report);
@@ -426,32 +440,6 @@ void LoadSession::tellLeftOut()
     if (_leftOut > 0)
         _report.messages.push_back({LoadMessage::WARNING_LM, _scopes.front()->messages.file(), 0, 0,
                                     std::to_string(_leftOut) + " further messages are left out"});
-}
-
-void LoadSession::resolveImports(FileScope& scope)
-{
-    for (const PendingImport& import : scope.imports) {
-        Node* inlineNode = scope.findNode(import.inlineName);
-        if (!inlineNode || inlineNode->type() != findType("Inline")) {
-            scope.messages.warn(import.place,
-                                "IMPORT: expected the name of an Inline, found " + quoted(import.inlineName));
-            continue;
-        }
-        keepImport(*inlineNode, import.exportedName, import.name);
-        const FileScope* inner = nullptr;
-        for (const auto& candidate : _scopes)
-            if (candidate->parent && !candidate->isBody() && candidate->root.get() == inlineNode)
-                inner = candidate.get();
-        if (!inner)
-            continue; // the inline has said why it holds nothing
-        const auto exported = inner->exports.find(import.exportedName);
-        Node* node = exported == inner->exports.end() ? nullptr : inner->findNode(exported->second);
-        if (node)
-            scope.imported[import.name] = NodeRef(node);
-        else
-            scope.messages.warn(import.place, "IMPORT: expected a name that " + inner->messages.file() +
-                                                  " exports, found " + quoted(import.exportedName));
-    }
 }
 
 } // namespace Orvane

@@ -87,7 +87,6 @@ private:
     void tellUnknownUses(const FileScope& scope);
     void finish();
     void tellLeftOut();
-    void resolveImports(FileScope& scope);
 
     Context& _context;
     LoadReport& _report;

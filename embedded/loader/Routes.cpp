@@ -3,6 +3,7 @@
 #include "base/Graph.h"
 #include "loader/ChildPlacement.h"
 #include "loader/FileScope.h"
+#include "loader/KeptStatements.h"
 #include <Orvane/EventInSlot.h>
 #include <Orvane/EventOutSlot.h>
 #include <Orvane/Field.h>
@@ -22,14 +23,22 @@ std::string label(const Node& node)
     return node.type()->name + named;
 }
 
-/// Null when there is no such node; told, unless the name is that of an import, which has been told of.
-Node* findEnd(const PendingEnd& end, FileScope& scope, SourcePlace place)
+/// One end of a route as it is found.
+struct RouteEnd
 {
-    Node* node = end.node ? end.node.get() : scope.findNode(end.nodeName);
+    Node* node;
+    bool isAwaited; ///< imported from an inline that holds no such node now, which has been told of
+};
+
+RouteEnd findEnd(const PendingEnd& end, FileScope& scope, const PendingRoute& route)
+{
+    if (Node* node = end.node ? end.node.get() : scope.findNode(end.nodeName))
+        return {node, false};
     const auto isImport = [&](const PendingImport& import) { return import.name == end.nodeName; };
-    if (!node && std::none_of(scope.imports.begin(), scope.imports.end(), isImport))
-        scope.messages.warn(place, "ROUTE: expected the name of a node, found " + quoted(end.nodeName));
-    return node;
+    if (route.isKept || std::any_of(scope.imports.begin(), scope.imports.end(), isImport))
+        return {nullptr, true};
+    scope.messages.warn(route.place, "ROUTE: expected the name of a node, found " + quoted(end.nodeName));
+    return {nullptr, false};
 }
 
 Field* outField(const Node& node, const std::string& name)
@@ -69,10 +78,14 @@ Field* adapted(Field* field, Node& node, const std::string& name, const Field* o
 
 void makeRoute(const PendingRoute& pending, FileScope& scope, LoadReport& report)
 {
-    Node* fromNode = findEnd(pending.from, scope, pending.place);
-    Node* toNode = findEnd(pending.to, scope, pending.place);
-    if (!fromNode || !toNode)
+    const auto [fromNode, fromIsAwaited] = findEnd(pending.from, scope, pending);
+    const auto [toNode, toIsAwaited] = findEnd(pending.to, scope, pending);
+    if (!fromNode || !toNode) {
+        if ((fromNode || fromIsAwaited) && (toNode || toIsAwaited))
+            keepRoute(*scope.root,
+                      {pending.from.nodeName, pending.from.field, pending.to.nodeName, pending.to.field});
         return;
+    }
     Field* from = outField(*fromNode, pending.from.field);
     Field* to = inField(*toNode, pending.to.field);
     const bool fromIsKnown = !isUnknown(*fromNode->type());

@@ -434,7 +434,11 @@ void SceneBuilder::exportNode(const ExchangeStatement& statement)
         return;
     const std::string local = coding::toGraph(statement.exportedName);
     const std::string name = statement.name.empty() ? local : coding::toGraph(statement.name);
-    _scope->exports[name] = local;
+    if (!_scope->exports.emplace(name, PendingExport{local, statement.place}).second) {
+        warn(statement.place, "EXPORT: expected a name of its own, found " + quoted(name) +
+                                  ", under which another node is exported");
+        return;
+    }
     keepExport(*_scope->root, local, name);
 }
 

@@ -70,6 +70,8 @@ public:
     /// A route from or to a node that is imported.
     virtual void importedRoute(std::string_view fromNode, const EventOutSlot& from, std::string_view toNode,
                                const EventInSlot& to);
+    /// A route of which an imported end is not there.
+    virtual void waitingRoute(const KeptRoute& route) = 0;
     virtual void importStatement(std::string_view inlineName, std::string_view exportedName,
                                  std::string_view name) = 0;
     virtual void exportStatement(std::string_view localName, std::string_view exportedName) = 0;

@@ -118,6 +118,11 @@ void Vrml97Emitter::importedRoute(std::string_view fromNode, const EventOutSlot&
     comment(routeText(fromNode, from, toNode, to));
 }
 
+void Vrml97Emitter::waitingRoute(const KeptRoute& route)
+{
+    comment(routeText(route));
+}
+
 void Vrml97Emitter::importStatement(std::string_view inlineName, std::string_view exportedName,
                                     std::string_view name)
 {

@@ -17,6 +17,7 @@ public:
     void beginNode(const Node& node, std::string_view name, const Field* holder) override;
     void importedRoute(std::string_view fromNode, const EventOutSlot& from, std::string_view toNode,
                        const EventInSlot& to) override;
+    void waitingRoute(const KeptRoute& route) override;
     void importStatement(std::string_view inlineName, std::string_view exportedName,
                          std::string_view name) override;
     void exportStatement(std::string_view localName, std::string_view exportedName) override;

@@ -102,12 +102,17 @@ void XmlEmitter::endUnseen()
 void XmlEmitter::route(std::string_view fromNode, const EventOutSlot& from, std::string_view toNode,
                        const EventInSlot& to)
 {
+    waitingRoute({std::string(fromNode), from.name(), std::string(toNode), to.name()});
+}
+
+void XmlEmitter::waitingRoute(const KeptRoute& route)
+{
     _out.newLine();
     _out += "<ROUTE";
-    attribute("fromNode", fromNode);
-    attribute("fromField", from.name());
-    attribute("toNode", toNode);
-    attribute("toField", to.name());
+    attribute("fromNode", route.fromNode);
+    attribute("fromField", route.fromField);
+    attribute("toNode", route.toNode);
+    attribute("toField", route.toField);
     _out += "/>";
 }
 

@@ -23,7 +23,8 @@ public:
     bool isContextRoot() const { return _isContextRoot; }
 
     /// Fills the list of all known node types in order of name and gives their number. With \a instantiable
-    /// not 0 the list holds only types of which nodes can be made.
+    /// not 0 the list holds only types of which nodes can be made. Types that only a scene knows, those of
+    /// its prototypes, are not in it.
     static unsigned int getTypeVec(std::vector<NodeType*>& types, int instantiable);
 
     /// Name, and one line for the user, which may be empty.

@@ -15,8 +15,6 @@ namespace Base {
 class ORVANE_API SAIBrowserRef
 {
 public:
-    virtual ~SAIBrowserRef();
-
     /// Name and version of the runtime.
     virtual std::string getName() const = 0;
     virtual std::string getVersion() const = 0;
@@ -34,6 +32,9 @@ public:
     virtual void print(const std::string& text) = 0;
     /// Lets go of the context; the object itself stays.
     virtual void dispose() = 0;
+
+    // Behind the operations, as programs that were built against the interface call them by their place.
+    virtual ~SAIBrowserRef();
 };
 
 } // namespace Base

@@ -59,6 +59,7 @@ private slots:
     void chainsOfFilesLeadToTheBody();
     void fileThatLeadsBackIsTold();
     void fileThatHoldsItsOwnInstanceIsTold();
+    void prototypeOfAFileBeingReadIsTold();
     void fieldsThatDoNotFitAreTold();
     void instanceWithoutBodyKeepsItsFields();
     void declarationIsKept();
@@ -292,6 +293,19 @@ void tst_ExternProto::fileThatHoldsItsOwnInstanceIsTold()
     QCOMPARE(told(scene).size(), 1);
     QVERIFY(told(scene)[0].startsWith(QStringLiteral("b.x3d:2:")));
     QCOMPARE(LoadedText::outline(scene.find("A")), QStringLiteral("PA(Group(PB(Group(PA))))"));
+}
+
+void tst_ExternProto::prototypeOfAFileBeingReadIsTold()
+{
+    write("a.x3d", declare("PB", "\"b.x3d#PB\"") + "<ProtoInstance name='PB'/>\n" + paint);
+    write("b.x3d", declare("PA", "\"a.x3d#Paint\"") +
+                       "<ProtoDeclare name='PB'><ProtoBody><Shape><Appearance><ProtoInstance name='PA'/>"
+                       "</Appearance></Shape></ProtoBody></ProtoDeclare>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("a.x3d")));
+    QCOMPARE(told(scene),
+             QStringList(QStringLiteral("b.x3d:2:1: EXTERNPROTO PA: expected a file that has declared the "
+                                        "prototype \"Paint\" by now, found \"a.x3d#Paint\"")));
 }
 
 void tst_ExternProto::fieldsThatDoNotFitAreTold()

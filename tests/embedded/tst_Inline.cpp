@@ -1,6 +1,8 @@
 #include "LoadedText.h"
+#include <Orvane/EventInSlot.h>
 #include <Orvane/EventOutSlot.h>
 #include <Orvane/NodePartDesc.h>
+#include <Orvane/Route.h>
 #include <Orvane/System.h>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -31,6 +33,13 @@ private slots:
     void rootsOfInlinedFilesAreNotTaken();
     void importedNodesCanBeRouted();
     void importsThatCannotBeAreTold();
+    void importsOfOneNameAreTold();
+    void exportsThatCannotBeAreTold();
+    void routesWaitForTheirInline();
+    void routesFollowTheAddress();
+    void routesOfTwoInlinesWaitForBoth();
+    void routesToImportsAreWritten_data();
+    void routesToImportsAreWritten();
     void nestingCountsOverAllFiles();
     void bytesOfAllFilesCount();
     void sharedInlineIsReadOnce();
@@ -253,6 +262,164 @@ void tst_Inline::importsThatCannotBeAreTold()
         QStringList(
             {QStringLiteral("scene.x3d:3:1: IMPORT: expected the name of an Inline, found \"G\""),
              QStringLiteral("scene.x3d:4:1: IMPORT: expected a name that inner.x3d exports, found \"T\"")}));
+}
+
+void tst_Inline::importsOfOneNameAreTold()
+{
+    write("a.x3d", "<Group DEF='N'/><EXPORT localDEF='N'/>");
+    write("b.x3d", "<Transform DEF='N'/><EXPORT localDEF='N'/>");
+    write("scene.x3d",
+          "<Inline DEF='A' url='\"a.x3d\"'/><Inline DEF='B' url='\"b.x3d\"'/><Switch DEF='N'/>\n"
+          "<IMPORT inlineDEF='A' importedDEF='N'/>\n<IMPORT inlineDEF='A' importedDEF='N' AS='M'/>\n"
+          "<IMPORT inlineDEF='B' importedDEF='N' AS='M'/><PositionInterpolator DEF='P'/>"
+          "<ROUTE fromNode='P' fromField='value_changed' toNode='M' toField='translation'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(
+        told(scene),
+        QStringList({QStringLiteral("scene.x3d:3:1: IMPORT: expected a name of its own, found \"N\", which "
+                                    "the node at 2:63 bears"),
+                     QStringLiteral("scene.x3d:5:1: IMPORT: expected a name of its own, found \"M\", which "
+                                    "another import bears")}));
+    // The last one counts: a group has no translation.
+    QCOMPARE(scene.report().routes, std::size_t(1));
+    QCOMPARE(scene.find("N")->type()->name, std::string("Switch"));
+}
+
+void tst_Inline::exportsThatCannotBeAreTold()
+{
+    write("inner.x3d", "<Group DEF='G'/><Transform DEF='T'/>\n<EXPORT localDEF='None' AS='N'/>\n"
+                       "<EXPORT localDEF='G' AS='X'/>\n<EXPORT localDEF='T' AS='X'/>");
+    write("scene.x3d", "<Inline DEF='I' url='\"inner.x3d\"'/><IMPORT inlineDEF='I' importedDEF='X'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(
+        told(scene),
+        QStringList({QStringLiteral("inner.x3d:5:1: EXPORT: expected a name of its own, found \"X\", under "
+                                    "which another node is exported"),
+                     QStringLiteral("inner.x3d:3:1: EXPORT: expected the name of a node, found \"None\"")}));
+}
+
+namespace {
+
+/// How many routes lead from a field of a node.
+unsigned int routesFrom(const LoadedText& scene, const char* node, const char* field)
+{
+    return scene.find(node)->findField(field, Node::EXACT_FSO)->outRouteCount(true, false);
+}
+
+void set(const LoadedText& scene, const char* node, const char* field, const char* text)
+{
+    scene.find(node)->findField(field, Node::EXACT_FSO)->setValueByStr(0.0, text);
+    scene.context().runFrame();
+}
+
+} // namespace
+
+void tst_Inline::routesWaitForTheirInline()
+{
+    write("inner.x3d", "<Transform DEF='T'/><EXPORT localDEF='T' AS='Box'/>");
+    write("scene.x3d", "<Inline DEF='I' load='false' url='\"inner.x3d\"'/><PositionInterpolator DEF='P'/>"
+                       "<IMPORT inlineDEF='I' importedDEF='Box' AS='B'/>"
+                       "<ROUTE fromNode='P' fromField='value_changed' toNode='B' toField='translation'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    scene.context().setRootState(0.0, RUNNING_NS);
+    scene.context().runFrame();
+    QCOMPARE(routesFrom(scene, "P", "value_changed"), 0U);
+    for (int time = 0; time < 2; ++time) {
+        set(scene, "I", "load", "TRUE");
+        QCOMPARE(routesFrom(scene, "P", "value_changed"), 1U);
+        set(scene, "I", "load", "FALSE");
+        QCOMPARE(routesFrom(scene, "P", "value_changed"), 0U);
+    }
+    QCOMPARE(told(scene), QStringList());
+}
+
+void tst_Inline::routesFollowTheAddress()
+{
+    write("first.x3d", "<Transform DEF='T'/><Transform DEF='U'/><EXPORT localDEF='T' AS='Box'/>");
+    write("second.x3d", "<Transform DEF='T'/><Transform DEF='U'/><EXPORT localDEF='U' AS='Box'/>");
+    write("scene.x3d", "<Inline DEF='I' url='\"first.x3d\"'/><PositionInterpolator DEF='P'/>"
+                       "<IMPORT inlineDEF='I' importedDEF='Box'/>"
+                       "<ROUTE fromNode='P' fromField='value_changed' toNode='Box' toField='translation'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    scene.context().setRootState(0.0, RUNNING_NS);
+    scene.context().runFrame();
+    const auto target = [&] {
+        const Field& field = *scene.find("P")->findField("value_changed", Node::EXACT_FSO);
+        return *(*field._outSlot->begin())->inSlot()->field()->node()->name();
+    };
+    QCOMPARE(routesFrom(scene, "P", "value_changed"), 1U);
+    QCOMPARE(target(), std::string("T"));
+    set(scene, "I", "url", "\"second.x3d\"");
+    QCOMPARE(routesFrom(scene, "P", "value_changed"), 1U);
+    QCOMPARE(target(), std::string("U"));
+    set(scene, "I", "url", "\"none.x3d\"");
+    QCOMPARE(routesFrom(scene, "P", "value_changed"), 0U);
+    set(scene, "I", "url", "\"first.x3d\"");
+    QCOMPARE(routesFrom(scene, "P", "value_changed"), 1U);
+    QCOMPARE(target(), std::string("T"));
+}
+
+void tst_Inline::routesOfTwoInlinesWaitForBoth()
+{
+    write("a.x3d", "<PositionInterpolator DEF='P'/><EXPORT localDEF='P'/>");
+    write("b.x3d", "<Transform DEF='T'/><EXPORT localDEF='T'/>");
+    write("scene.x3d", "<Inline DEF='A' load='false' url='\"a.x3d\"'/><Inline DEF='B' load='false' "
+                       "url='\"b.x3d\"'/><IMPORT inlineDEF='A' importedDEF='P'/><IMPORT inlineDEF='B' "
+                       "importedDEF='T'/><ROUTE fromNode='P' fromField='value_changed' toNode='T' "
+                       "toField='translation'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    scene.context().setRootState(0.0, RUNNING_NS);
+    scene.context().runFrame();
+    set(scene, "A", "load", "TRUE");
+    set(scene, "B", "load", "TRUE");
+    NodeNameSpace* names = NodeNameSpace::findNameSpace(scene.scene()->nameSpace(), "A", nullptr, false);
+    Node* interpolator = NodeNameSpace::findNode(names, "P");
+    QVERIFY(interpolator);
+    QCOMPARE(interpolator->findField("value_changed", Node::EXACT_FSO)->outRouteCount(true, false), 1U);
+    std::string error;
+    QVERIFY(scene.context().save(path("saved.x3d"), {}, error));
+    LoadedText again;
+    QVERIFY(again.loadFile(path("saved.x3d")));
+    QCOMPARE(again.report().routes, std::size_t(1));
+}
+
+void tst_Inline::routesToImportsAreWritten_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::newRow("XML") << QByteArray("saved.x3d");
+    QTest::newRow("classic") << QByteArray("saved.x3dv");
+}
+
+void tst_Inline::routesToImportsAreWritten()
+{
+    QFETCH(QByteArray, file);
+    write("inner.x3d", "<Transform DEF='T'/><EXPORT localDEF='T'/>");
+    write("middle.x3d", "<Inline DEF='I' url='\"inner.x3d\"'/><IMPORT inlineDEF='I' importedDEF='T' AS='M'/>"
+                        "<EXPORT localDEF='M' AS='Deep'/>");
+    write("scene.x3d", "<PositionInterpolator DEF='P'/><Inline DEF='I' url='\"middle.x3d\"'/>"
+                       "<Inline DEF='Off' load='false' url='\"inner.x3d\"'/>"
+                       "<IMPORT inlineDEF='I' importedDEF='Deep' AS='D'/>"
+                       "<IMPORT inlineDEF='Off' importedDEF='T'/>"
+                       "<ROUTE fromNode='P' fromField='value_changed' toNode='D' toField='translation'/>"
+                       "<ROUTE fromNode='P' fromField='value_changed' toNode='T' toField='translation'/>");
+    LoadedText scene;
+    QVERIFY(scene.loadFile(path("scene.x3d")));
+    QCOMPARE(told(scene), QStringList());
+    std::string error;
+    QVERIFY(scene.context().save(path(file.constData()), {}, error));
+    LoadedText again;
+    QVERIFY(again.loadFile(path(file.constData())));
+    QCOMPARE(told(again), QStringList());
+    again.context().setRootState(0.0, RUNNING_NS);
+    again.context().runFrame();
+    QCOMPARE(routesFrom(again, "P", "value_changed"), 1U);
+    set(again, "Off", "load", "TRUE");
+    QCOMPARE(routesFrom(again, "P", "value_changed"), 2U);
 }
 
 void tst_Inline::nestingCountsOverAllFiles()

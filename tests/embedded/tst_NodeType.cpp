@@ -1,4 +1,5 @@
 #include "BaseTools.h"
+#include "base/Prototype.h"
 #include <Orvane/ContextSetup.h>
 #include <Orvane/FieldType.h>
 #include <Orvane/NodePartDesc.h>
@@ -15,6 +16,9 @@ class tst_NodeType : public QObject
 private slots:
     void allTypesInOrderOfName();
     void onlyTypesOfWhichNodesCanBeMade();
+    void listIsFilledAnew();
+    void ofEveryListedTypeNodesCanBeMade();
+    void typesOfScenesAreNotListed();
     void typesByName();
     void staticTypesStandForTheTable();
     void unknownTypes();
@@ -42,6 +46,47 @@ void tst_NodeType::onlyTypesOfWhichNodesCanBeMade()
     QVERIFY(std::find(types.begin(), types.end(), findType("X3DNode")) == types.end());
     QVERIFY(std::find(types.begin(), types.end(), findType("Box")) != types.end());
     QVERIFY(std::find(types.begin(), types.end(), &ContextSetup::_type) != types.end());
+}
+
+void tst_NodeType::listIsFilledAnew()
+{
+    std::vector<NodeType*> types;
+    std::vector<NodeType*> again;
+    const unsigned int count = NodeType::getTypeVec(types, 1);
+    QCOMPARE(NodeType::getTypeVec(again, 1), count);
+    QCOMPARE(NodeType::getTypeVec(again, 1), count);
+    QVERIFY(again == types);
+    QVERIFY(std::adjacent_find(types.begin(), types.end()) == types.end());
+    QVERIFY(NodeType::getTypeVec(again, 0) > count);
+    QVERIFY(std::includes(again.begin(), again.end(), types.begin(), types.end(),
+                          [](NodeType* a, NodeType* b) { return a->name < b->name; }));
+}
+
+void tst_NodeType::ofEveryListedTypeNodesCanBeMade()
+{
+    const TestContext context;
+    std::vector<NodeType*> types;
+    NodeType::getTypeVec(types, 1);
+    for (NodeType* type : types) {
+        QVERIFY(!type->name.empty());
+        QVERIFY2(!type->description.empty(), type->name.c_str());
+        const NodeRef node = createNode(*context, *type, HOST_NC);
+        QVERIFY(node);
+        QCOMPARE(node->type(), type);
+        QCOMPARE(node->partDescCount(), partCount(*type));
+    }
+}
+
+void tst_NodeType::typesOfScenesAreNotListed()
+{
+    std::vector<NodeType*> before;
+    const unsigned int count = NodeType::getTypeVec(before, 0);
+    const std::shared_ptr<NodeType> prototype = createPrototype("Chair", {});
+    QVERIFY(prototype->isProto());
+    unknownType("Gadget");
+    std::vector<NodeType*> types;
+    QCOMPARE(NodeType::getTypeVec(types, 0), count);
+    QVERIFY(types == before);
 }
 
 void tst_NodeType::typesByName()

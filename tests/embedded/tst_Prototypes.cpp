@@ -475,7 +475,7 @@ void tst_Prototypes::namesOfBodiesAreTheirOwn()
     QCOMPARE(nodeIn(inBody(a, 1), "children"), inBody(a));
     NodeNameSpace* names = NodeNameSpace::findNameSpace(scene.scene()->nameSpace(), "A", nullptr, false);
     QVERIFY(names);
-    QCOMPARE(names, protoNames(*a));
+    QCOMPARE(names, rootNames(*a));
     QCOMPARE(names->rootNode(), a);
     QCOMPARE(NodeNameSpace::findNode(names, "S"), inBody(a));
     QCOMPARE(inBody(a)->nameSpace(), names);
@@ -706,8 +706,8 @@ void tst_Prototypes::instancesCanBeMadeAtRunTime()
     static_cast<MFNode&>(fieldOf(scene.scene(), "children")).addNode(0.0, made.get(), Field::EXTERNAL_CT);
     QCOMPARE(made->state(), RUNNING_NS);
     QCOMPARE(inBody(made.get(), 1)->state(), RUNNING_NS);
-    QCOMPARE(inBody(made.get())->nameSpace(), protoNames(*made));
-    QCOMPARE(NodeNameSpace::findNode(protoNames(*made), "G"), inBody(made.get()));
+    QCOMPARE(inBody(made.get())->nameSpace(), rootNames(*made));
+    QCOMPARE(NodeNameSpace::findNode(rootNames(*made), "G"), inBody(made.get()));
 }
 
 void tst_Prototypes::instancesDieWithTheirBodies()

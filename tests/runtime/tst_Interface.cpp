@@ -485,6 +485,8 @@ void tst_Interface::virtualOperationsStandInOrder()
     QVERIFY(standInOrder(&Browser::getName, &Browser::getVersion, &Browser::getCurrentSpeed,
                          &Browser::getCurrentFrameRate, &Browser::getExecutionContext, &Browser::loadURL,
                          &Browser::setDescription, &Browser::print, &Browser::dispose));
+    // The destructor stands behind them.
+    QCOMPARE(place(&Browser::getName), std::ptrdiff_t(1));
 }
 
 void tst_Interface::everyDataTypeHasAName()

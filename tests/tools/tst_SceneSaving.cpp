@@ -41,10 +41,12 @@ void tst_SceneSaving::init()
 {
     _folder = std::make_unique<QTemporaryDir>();
     _context = Orvane::Context::create();
-    QVERIFY(_context->load("saved.x3d",
-                           "<X3D version='4.0'><Scene><Transform DEF='Named' translation='1 2 3'><Shape/>"
-                           "</Transform></Scene></X3D>",
-                           Orvane::Context::REPLACE_LT, std::string()));
+    QVERIFY(
+        _context->load("saved.x3d",
+                       "<X3D version='4.0'><Scene visible='false'><ProtoDeclare name='P'><ProtoBody><Group/>"
+                       "</ProtoBody></ProtoDeclare><Transform DEF='Named' translation='1 2 3'><Shape/>"
+                       "</Transform><TimeSensor/><ProtoInstance name='P'/></Scene></X3D>",
+                       Orvane::Context::REPLACE_LT, std::string()));
 }
 
 void tst_SceneSaving::cleanup()
@@ -99,8 +101,16 @@ void tst_SceneSaving::boxesSayHow_data()
 {
     QTest::addColumn<QByteArray>("box");
     QTest::addColumn<QByteArray>("text");
-    QTest::newRow("defaults") << QByteArray("writeDefaultValueCheck") << QByteArray("scaleOrientation");
-    QTest::newRow("tabs") << QByteArray("useTabCheck") << QByteArray("\t");
+    QTest::addColumn<bool>("isWritten");
+    const auto row = [](const char* box, const char* text, bool isWritten) {
+        QTest::newRow(box) << QByteArray(box) << QByteArray(text) << isWritten;
+    };
+    row("skipRootCheck", "visible=\"false\"", false);
+    row("useTabCheck", "\t", true);
+    row("resolveProtoCheck", "ProtoInstance", false);
+    row("writeProcInfoCheck", "TimeSensor.time = ", true);
+    row("writeAbstractCheck", "X3DGroupingNode", true);
+    row("writeDefaultValueCheck", "scaleOrientation", true);
 }
 
 void tst_SceneSaving::boxesSayHow()
@@ -109,8 +119,9 @@ void tst_SceneSaving::boxesSayHow()
     QFETCH(QByteArray, text);
     saveAs(path("without.x3d"));
     saveAs(path("with.x3d"), box.constData());
-    QVERIFY(!contentOf(path("without.x3d")).contains(text));
-    QVERIFY(contentOf(path("with.x3d")).contains(text));
+    QFETCH(bool, isWritten);
+    QCOMPARE(contentOf(path("without.x3d")).contains(text), !isWritten);
+    QCOMPARE(contentOf(path("with.x3d")).contains(text), isWritten);
 }
 
 void tst_SceneSaving::cancelWritesNothing()
