@@ -234,6 +234,11 @@ void AppearanceProc::describeBack(Surface& surface)
         surface.lit = true;
     }
     surface.back = static_cast<const SurfaceColors&>(back);
+    // Two sides by one program need materials of one model.
+    if (surface.shading && back.shading)
+        surface.shading->sides[1] = back.shading->sides[0];
+    else
+        surface.shading.reset();
 }
 
 void AppearanceProc::describeTextures(Surface& surface, MaterialProc* material,
@@ -259,6 +264,8 @@ void AppearanceProc::describeTextures(Surface& surface, MaterialProc* material,
             applyChannels(surface);
         findCoordinates(surface, 0, std::string(), transform, channels);
     }
+    if (material && surface.lit)
+        describeShading(surface, *material, transform, channels);
     const MaterialTexture emission =
         material && surface.lit ? material->emissionTexture() : MaterialTexture();
     if (!emission.proc)
@@ -270,6 +277,41 @@ void AppearanceProc::describeTextures(Surface& surface, MaterialProc* material,
         findCoordinates(surface, before, emission.mapping, transform, channels);
     } else
         surface.textures.resize(before);
+}
+
+/// Adds what programs make of the textures of a material. The texture of the colour is in the surface
+/// already.
+void AppearanceProc::describeShading(Surface& surface, MaterialProc& material,
+                                     TextureTransformProc* transform, const std::vector<TexChannel>& channels)
+{
+    std::vector<MaterialTexture> textures = material.shadingTextures();
+    const bool isFixed =
+        surface.textures.size() > 1 ||
+        (!surface.textures.empty() && surface.textures[0].envMode != osg::TextureChunk::ENV_MODULATE);
+    if (isFixed || (textures.empty() && !surface.shading)) {
+        surface.shading.reset();
+        return;
+    }
+    if (!surface.shading)
+        surface.shading.emplace();
+    material.describeShading(*surface.shading);
+    if (surface.shading->model == SurfaceShading::PHONG) {
+        surface.shading->sides[0].emission = surface.emission;
+        surface.shading->sides[1].emission = surface.back ? surface.back->emission : surface.emission;
+    }
+    textures.push_back(material.emissionTexture());
+    textures.back().role = SurfaceShading::EMISSION;
+    if (!surface.textures.empty())
+        surface.shading->textures.push_back({SurfaceShading::COLOR, surface.textures[0]});
+    for (const MaterialTexture& texture : textures) {
+        Surface alone;
+        if (texture.proc)
+            texture.proc->describe(alone);
+        if (alone.textures.size() != 1 || surface.shading->textures.size() == osg::StateChunk::MaxSlots)
+            continue;
+        findCoordinates(alone, 0, texture.mapping, transform, channels);
+        surface.shading->textures.push_back({texture.role, std::move(alone.textures[0])});
+    }
 }
 
 } // namespace Orvane

@@ -41,6 +41,7 @@ struct MaterialTexture
 {
     TextureProc* proc = nullptr; ///< null when there is none
     std::string mapping;
+    SurfaceShading::Role role = SurfaceShading::COLOR;
 };
 
 /// Behaviour of a material: the colours of a surface.
@@ -56,6 +57,10 @@ public:
     virtual MaterialTexture colorTexture() { return {}; }
     /// The texture of the emissive colour of a lit surface.
     virtual MaterialTexture emissionTexture() { return {}; }
+    /// Fills what programs take besides colours and textures.
+    virtual void describeShading(SurfaceShading& /*shading*/) const {}
+    /// The textures that only programs can use, after the two above.
+    virtual std::vector<MaterialTexture> shadingTextures() { return {}; }
     /// True when coloured textures of the appearance are multiplied with the colour, not shown in its place.
     virtual bool tintsTextures() const { return false; }
 };
@@ -123,6 +128,8 @@ private:
     void describeBack(Surface& surface);
     void describeLooks(Surface& surface);
     void describeShader(Surface& surface);
+    void describeShading(Surface& surface, MaterialProc& material, TextureTransformProc* transform,
+                         const std::vector<TexChannel>& channels);
     void describeTextures(Surface& surface, MaterialProc* material, const std::vector<TexChannel>& channels);
     void selectShader(ShaderProc* shader);
 

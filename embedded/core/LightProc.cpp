@@ -92,14 +92,15 @@ public:
         const float cutOff = angle(cutOffAnglePart);
         const float beam = angle(beamWidthPart);
         spot->setSpotCutOff(cutOff);
-        // A cone that is full out to its beam width and gone at its cut-off angle has no equal in OpenGL. The
-        // exponent halves the light midway between both.
+        // A cone that is full out to its beam width and gone at its cut-off angle has no equal in OpenGL's
+        // fixed steps. The exponent halves the light midway between both.
         float exponent = 0.0F;
         if (beam < cutOff) {
             const float cosine = std::cos(0.5F * (beam + cutOff));
             exponent = std::clamp(std::log(0.5F) / std::log(std::min(cosine, 0.9999F)), 0.0F, 128.0F);
         }
         spot->setSpotExponent(exponent);
+        spot->setBeamWidth(beam);
     }
 };
 

@@ -29,6 +29,8 @@ const Part emissiveColorPart("emissiveColor");
 const Part emissiveTexturePart("emissiveTexture");
 const Part emissiveTextureMappingPart("emissiveTextureMapping");
 const Part metallicPart("metallic");
+const Part normalScalePart("normalScale");
+const Part occlusionStrengthPart("occlusionStrength");
 const Part roughnessPart("roughness");
 const Part separateBackColorPart("separateBackColor");
 const Part shininessPart("shininess");
@@ -37,18 +39,21 @@ const Part transparencyPart("transparency");
 
 constexpr float MaxExponent = 128.0F; ///< of a highlight, in OpenGL
 
-/// Textures that fixed lighting cannot use.
-struct UnusedTexture
+/// Textures that only programs can use.
+struct ShadingField
 {
-    const char* name;
-    Part part;
+    SurfaceShading::Role role;
+    Part texture;
+    Part mapping;
 };
-const UnusedTexture unusedTextures[] = {{"ambientTexture", Part("ambientTexture")},
-                                        {"metallicRoughnessTexture", Part("metallicRoughnessTexture")},
-                                        {"normalTexture", Part("normalTexture")},
-                                        {"occlusionTexture", Part("occlusionTexture")},
-                                        {"shininessTexture", Part("shininessTexture")},
-                                        {"specularTexture", Part("specularTexture")}};
+const ShadingField shadingFields[] = {
+    {SurfaceShading::AMBIENT, Part("ambientTexture"), Part("ambientTextureMapping")},
+    {SurfaceShading::SPECULAR, Part("specularTexture"), Part("specularTextureMapping")},
+    {SurfaceShading::SHININESS, Part("shininessTexture"), Part("shininessTextureMapping")},
+    {SurfaceShading::METALLIC_ROUGHNESS, Part("metallicRoughnessTexture"),
+     Part("metallicRoughnessTextureMapping")},
+    {SurfaceShading::OCCLUSION, Part("occlusionTexture"), Part("occlusionTextureMapping")},
+    {SurfaceShading::NORMAL, Part("normalTexture"), Part("normalTextureMapping")}};
 
 float fraction(const Part& part, const Node& node)
 {
@@ -78,6 +83,28 @@ public:
         return use(1, emissiveTexturePart, emissiveTextureMappingPart);
     }
 
+    std::vector<MaterialTexture> shadingTextures() override
+    {
+        std::vector<MaterialTexture> result;
+        std::vector<Use> uses;
+        for (const ShadingField& field : shadingFields) {
+            auto* const proc = elementOf<TextureProc>(field.texture.readNode(node()));
+            if (!proc)
+                continue;
+            uses.emplace_back();
+            uses.back().set(*this, proc);
+            result.push_back({proc, field.mapping.read<SFString>(node()).value(), field.role});
+        }
+        _shadingUses = std::move(uses);
+        return result;
+    }
+
+    void describeShading(SurfaceShading& shading) const override
+    {
+        shading.normalScale = usableNumber(normalScalePart.read<SFFloat>(node()).value(), 1.0F);
+        shading.occlusionStrength = fraction(occlusionStrengthPart, node());
+    }
+
 protected:
     /// The texture of a field, of which changes are followed from now on.
     MaterialTexture use(std::size_t place, const Part& texturePart, const Part& mappingPart)
@@ -91,18 +118,9 @@ protected:
         return result;
     }
 
-    /// Says of textures that are not drawn that they are not.
-    void tellUnused()
-    {
-        for (const UnusedTexture& unused : unusedTextures) {
-            if (unused.part.readNode(node()))
-                complain(unused.name, "expected textures of the colour and of the light of a surface, found "
-                                      "another one; it is not drawn");
-        }
-    }
-
 private:
     Use _uses[2];
+    std::vector<Use> _shadingUses;
 };
 
 /// Behaviour of a `Material`.
@@ -128,11 +146,7 @@ public:
         surface.shininess = fraction(shininessPart, node()) * MaxExponent;
     }
 
-    MaterialTexture colorTexture() override
-    {
-        tellUnused();
-        return use(0, diffuseTexturePart, diffuseTextureMappingPart);
-    }
+    MaterialTexture colorTexture() override { return use(0, diffuseTexturePart, diffuseTextureMappingPart); }
 };
 
 /// Behaviour of a `TwoSidedMaterial`.
@@ -159,6 +173,7 @@ public:
     // These have no textures.
     MaterialTexture colorTexture() override { return {}; }
     MaterialTexture emissionTexture() override { return {}; }
+    std::vector<MaterialTexture> shadingTextures() override { return {}; }
 };
 
 /// Behaviour of an `UnlitMaterial`.
@@ -181,8 +196,9 @@ public:
     bool tintsTextures() const override { return true; }
 };
 
-/// Behaviour of a `PhysicalMaterial`, shown by the lighting of OpenGL: as bright as by the equations of X3D
-/// where one looks along the light and the normal, with a highlight of the same width.
+/// Behaviour of a `PhysicalMaterial`, and how it is shown by fixed lighting where there are no programs: as
+/// bright as by the equations of X3D where one looks along the light and the normal, with a highlight of the
+/// same width.
 class PhysicalMaterialProc : public TexturedMaterialProc
 {
 public:
@@ -221,13 +237,17 @@ public:
         surface.emission = emission;
         // Blinn's exponent for the width.
         surface.shininess = std::clamp(2.0F / width - 2.0F, 0.0F, MaxExponent);
+        surface.shading.emplace();
+        surface.shading->model = SurfaceShading::PHYSICAL;
+        SurfaceShading::Side side;
+        side.base = base;
+        side.emission = emission;
+        side.metallic = metallic;
+        side.roughness = fraction(roughnessPart, node());
+        surface.shading->sides.fill(side);
     }
 
-    MaterialTexture colorTexture() override
-    {
-        tellUnused();
-        return use(0, baseTexturePart, baseTextureMappingPart);
-    }
+    MaterialTexture colorTexture() override { return use(0, baseTexturePart, baseTextureMappingPart); }
     bool tintsTextures() const override { return true; }
 };
 

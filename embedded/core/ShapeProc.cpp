@@ -63,7 +63,11 @@ void ShapeProc::update()
     const auto takesCoordinates = [](const SurfaceTexture& texture) {
         return texture.coordinates == SurfaceTexture::GIVEN;
     };
-    if (surface.program || std::any_of(surface.textures.begin(), surface.textures.end(), takesCoordinates))
+    const bool isShaded =
+        surface.shading && std::any_of(surface.shading->textures.begin(), surface.shading->textures.end(),
+                                       [&](const auto& entry) { return takesCoordinates(entry.texture); });
+    if (surface.program || isShaded ||
+        std::any_of(surface.textures.begin(), surface.textures.end(), takesCoordinates))
         geometry->needTexCoords();
     const Node& shown = geometry->node();
     if (surface.program && attribPart.isIn(shown) && attribPart.read<MFNode>(shown).size() > 0)

@@ -37,7 +37,8 @@ bool Surface::operator==(const Surface& other) const
     };
     return values(*this) == values(other) && hasColorsOf(other) &&
            back.has_value() == other.back.has_value() && (!back || back->hasColorsOf(*other.back)) &&
-           pointLook == other.pointLook && textures == other.textures && program == other.program;
+           pointLook == other.pointLook && textures == other.textures && shading == other.shading &&
+           program == other.program;
 }
 
 std::size_t Surface::hash() const
@@ -56,6 +57,8 @@ std::size_t Surface::hash() const
         mix(texture.hash());
     mix(static_cast<std::size_t>(kind) * 64 + vertexColors * 16U + (lit ? 8 : 0) + (solid ? 4 : 0) +
         alphaMode);
+    if (shading)
+        mix(shading->hash());
     mix(std::hash<const void*>()(program.get().getCPtr()));
     mix(linePattern + (filled ? 0x10000U : 0U) + hatchStyle * 0x20000U);
     return result;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/SurfaceShading.h"
 #include "core/SurfaceTexture.h"
 #include <OpenSG/OSGColor.h>
 #include <OpenSG/OSGNodeCore.h>
@@ -74,6 +75,9 @@ struct ORVANE_API Surface : SurfaceColors
 
     std::vector<SurfaceTexture> textures; ///< by texture unit
 
+    /// Draws in place of the fixed steps where programs can be used.
+    std::optional<SurfaceShading> shading;
+
     osg::RefPtr<osg::StateChunkPtr> program; ///< draws in place of the fixed steps; null when there is none
 
     bool operator==(const Surface& other) const;
@@ -90,6 +94,7 @@ struct SurfaceCore
     // What other surfaces share.
     std::vector<std::shared_ptr<SurfaceChunk>> textures;
     std::shared_ptr<SurfaceChunk> polygon;
+    std::vector<std::shared_ptr<SurfaceChunk>> programParts;
 };
 
 /// A texture as OpenSG puts it on, the same for equal ones as long as somebody holds it.

@@ -1,6 +1,7 @@
 #include "core/HatchPattern.h"
 #include "core/SharedTable.h"
 #include "core/Surface.h"
+#include "core/SurfaceProgram.h"
 #include <OpenSG/OSGBlendChunk.h>
 #include <OpenSG/OSGChunkMaterial.h>
 #include <OpenSG/OSGLineChunk.h>
@@ -130,28 +131,12 @@ osg::TexGenChunkPtr genChunk(SurfaceTexture::Coordinates coordinates)
     return chunk;
 }
 
-/// The matrix that the coordinates of a texture go through, if any.
-std::optional<osg::Matrix> matrixOf(const SurfaceTexture& texture)
-{
-    if (texture.coordinates != SurfaceTexture::CAMERA_SPHERE)
-        return texture.transform;
-    // From -1 to 1 becomes from 0 to 1.
-    osg::Matrix result = texture.transform.value_or(osg::Matrix());
-    osg::Matrix step;
-    step.setTranslate(0.5F, 0.5F, 0.0F);
-    result.mult(step);
-    step.setIdentity();
-    step.setScale(0.5F, 0.5F, 1.0F);
-    result.mult(step);
-    return result;
-}
-
 void addTexture(osg::ChunkMaterial& material, SurfaceCore& core, const SurfaceTexture& texture)
 {
     const auto unit = static_cast<osg::Int32>(core.textures.size());
     core.textures.push_back(surfaceTexture(texture));
     material.addChunk(core.textures.back()->get(), unit);
-    if (const std::optional<osg::Matrix> matrix = matrixOf(texture)) {
+    if (const std::optional<osg::Matrix> matrix = texture.matrix()) {
         const osg::TextureTransformChunkPtr chunk = osg::TextureTransformChunk::create();
         chunk->setMatrix(*matrix);
         material.addChunk(chunk, unit);
@@ -242,8 +227,13 @@ std::shared_ptr<SurfaceCore> surfaceCore(const Surface& surface)
             addLineLook(*material, surface);
         if (surface.kind == Surface::POINTS && surface.pointLook)
             addPointLook(*material, *surface.pointLook);
-        if (surface.program)
+        if (surface.program) {
             material->addChunk(surface.program.get());
+        } else {
+            const SurfaceChunk program = surfaceProgram(surface, result->programParts);
+            if (program)
+                material->addChunk(program.get());
+        }
         const osg::MaterialGroupPtr group = osg::MaterialGroup::create();
         group->setMaterial(material);
         result->core = osg::NodeCorePtr(group);

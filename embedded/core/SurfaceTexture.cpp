@@ -44,6 +44,21 @@ bool SurfaceTexture::operator==(const SurfaceTexture& other) const
     return hasStateOf(other) && coordinates == other.coordinates && isSame(transform, other.transform);
 }
 
+std::optional<osg::Matrix> SurfaceTexture::matrix() const
+{
+    if (coordinates != CAMERA_SPHERE)
+        return transform;
+    // From -1 to 1 becomes from 0 to 1.
+    osg::Matrix result = transform.value_or(osg::Matrix());
+    osg::Matrix step;
+    step.setTranslate(0.5F, 0.5F, 0.0F);
+    result.mult(step);
+    step.setIdentity();
+    step.setScale(0.5F, 0.5F, 1.0F);
+    result.mult(step);
+    return result;
+}
+
 std::size_t SurfaceTexture::hash() const
 {
     return std::hash<const void*>()(image.get().getCPtr()) + wrap[0] * 31U + wrap[1] * 37U + envMode * 41U +

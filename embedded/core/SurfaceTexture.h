@@ -43,6 +43,9 @@ struct ORVANE_API SurfaceTexture
     Coordinates coordinates = GIVEN;
     std::optional<osg::Matrix> transform;
 
+    /// The matrix that the coordinates go through, if any.
+    std::optional<osg::Matrix> matrix() const;
+
     /// True when \a other differs in nothing but its coordinates and their transform.
     bool hasStateOf(const SurfaceTexture& other) const;
     bool operator==(const SurfaceTexture& other) const;

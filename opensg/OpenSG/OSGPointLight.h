@@ -24,6 +24,7 @@ public:
 
     const Pnt3f* getSource() const override { return &_position; }
     Real32 getRange() const override { return _range; }
+    Vec4f getShape(Real32 range) const override;
     void activate(UInt32 index, const Matrix& toEye) const override;
 
 protected:

@@ -7,6 +7,7 @@
 
 namespace osg {
 
+struct Surroundings;
 class Viewport;
 class Window;
 
@@ -29,6 +30,10 @@ public:
     bool hasVertexColors() const { return _vertexColors; }
     /// For chunks: whether what is drawn now mixes with what is there.
     bool isTransparentPass() const { return _transparentPass; }
+    /// For chunks: whether a light is so near that it changes over the faces of what is drawn now.
+    bool hasNearLights() const { return _nearLights; }
+    /// For chunks: what acts on what is drawn now; null outside of a picture.
+    const Surroundings* getSurroundings() const { return _surroundings; }
     /// For chunks: the sense in which front faces run, 0x0900 or 0x0901 as in GL. Matrices that mirror turn
     /// it.
     void setFrontFace(UInt32 sense) { _frontFace = sense; }
@@ -44,6 +49,8 @@ private:
 
     bool _vertexColors = false;
     bool _transparentPass = false;
+    bool _nearLights = false;
+    const Surroundings* _surroundings = nullptr;
     UInt32 _frontFace = 0x0901;
     UInt32 _polygonMode = 0x1B02;
     Window* _window = nullptr;

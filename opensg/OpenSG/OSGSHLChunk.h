@@ -56,6 +56,19 @@ public:
     /// Sets all uniforms; those that are not named are set no more.
     void setValues(Values values);
 
+    /// Whether it draws only where a light is so near that it changes over the faces, and leaves all else to
+    /// the fixed steps. Default: no.
+    bool getNearLightsOnly() const { return _nearLightsOnly; }
+    void setNearLightsOnly(bool only) { _nearLightsOnly = only; }
+
+    /// Which coordinates of a geometry the program finds as those of unit 0, 1 and so on, where these show no
+    /// texture. Of units that are not named it finds what fixed drawing would have used.
+    const std::vector<UInt32>& getCoordSets() const { return _coordSets; }
+    void setCoordSets(std::vector<UInt32> sets) { _coordSets = std::move(sets); }
+
+    /// Tells the program of lights and fog that have changed since `activate`.
+    void surroundingsChanged(RenderActionBase& action) const;
+
     ChunkClass getChunkClass() const override { return PROGRAM; }
     void activate(RenderActionBase& action, UInt32 slot) override;
     void changeFrom(RenderActionBase& action, StateChunk& old, UInt32 slot) override;
@@ -68,11 +81,14 @@ private:
     friend class GLProgram;
 
     GLProgram* findUsable(GLObjects& objects) const;
+    bool isWanted(const RenderActionBase& action) const;
 
     RefPtr<SHLProgramPtr> _program;
     RefPtr<SHLProgramPtr> _lastGood;
     Values _values;
     UInt64 _stamp = 1; ///< changes with the values
+    bool _nearLightsOnly = false;
+    std::vector<UInt32> _coordSets;
 };
 
 } // namespace osg

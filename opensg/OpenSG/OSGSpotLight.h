@@ -27,6 +27,12 @@ public:
     Real32 getSpotCutOff() const { return _cutOff; }
     void setSpotCutOff(Real32 angle) { _cutOff = angle; }
 
+    /// For programs that compute light, which fades evenly from this angle to the cut-off angle; negative
+    /// (the default) where the exponent counts.
+    Real32 getBeamWidth() const { return _beamWidth; }
+    void setBeamWidth(Real32 angle) { _beamWidth = angle; }
+
+    Vec4f getShape(Real32 range) const override;
     void activate(UInt32 index, const Matrix& toEye) const override;
 
 protected:
@@ -36,6 +42,7 @@ private:
     Vec3f _direction = {0, 0, -1};
     Real32 _exponent = 0;
     Real32 _cutOff = Pi / 4;
+    Real32 _beamWidth = -1;
 };
 
 } // namespace osg

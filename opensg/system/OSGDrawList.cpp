@@ -7,8 +7,10 @@
 #include <OpenSG/OSGMaterial.h>
 #include <OpenSG/OSGMaterialChunk.h>
 #include <OpenSG/OSGNode.h>
+#include <OpenSG/OSGSHLChunk.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 
 namespace osg {
@@ -17,6 +19,11 @@ namespace {
 
 const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
 const UInt16 blendPlace = StateChunk::BLEND * StateChunk::MaxSlots;
+const UInt16 programPlace = StateChunk::PROGRAM * StateChunk::MaxSlots;
+// Of the distance to a light, the size of faces over which it changes much; lights that end somewhere must be
+// found sooner.
+const Real32 nearPoint = 0.25f;
+const Real32 nearCone = 0.05f;
 const UInt32 greater = 0x0204; // of the functions of the alpha test
 
 // Stand for what a material does not have. Never destroyed: pictures may be drawn until the process ends.
@@ -150,7 +157,7 @@ void DrawList::add(const Geometry& geometry, const Matrix& toWorld)
         gather(_scopes[scope]);
     const Material* const group = _openMaterials.back();
     const Material* const material = group ? group : geometry.getMaterial().getCPtr();
-    _items.push_back({&geometry, material, 0, 0, false, false, scope, toWorld});
+    _items.push_back({&geometry, material, 0, 0, false, false, scope, 0, toWorld});
 }
 
 void DrawList::arrange(bool keep)
@@ -160,6 +167,7 @@ void DrawList::arrange(bool keep)
         item.vertexColors = static_cast<bool>(item.geometry->getColors());
         item.transparent =
             (item.material && item.material->isTransparent()) || item.geometry->hasTransparentColors();
+        item.faceShare = faceShareOf(item);
         const Item* last = i > 0 ? &_items[i - 1] : nullptr;
         if (last && last->material == item.material && last->transparent == item.transparent) {
             item.firstState = last->firstState;
@@ -176,6 +184,40 @@ void DrawList::arrange(bool keep)
         std::stable_sort(_opaque.begin(), _opaque.end());
     if (keep)
         layOut();
+}
+
+// About one over the number of faces along an edge of the shape.
+Real32 DrawList::faceShareOf(const Item& item)
+{
+    const auto isForNearLights = [](const Material::Entry& entry) {
+        return entry.place == programPlace &&
+               static_cast<const SHLChunk*>(entry.chunk.getCPtr())->getNearLightsOnly();
+    };
+    if (!item.material || item.material->getEntries().empty() ||
+        !isForNearLights(item.material->getEntries().back()) || !item.geometry->getPositions())
+        return 0;
+    const UInt32 count = item.geometry->getPositions()->getSize();
+    return 1 / std::sqrt(osgMax(static_cast<Real32>(count) / 4, 1.f));
+}
+
+bool DrawList::isNear(UInt32 item, UInt32 light) const
+{
+    const PlacedLight& placed = _lights[light];
+    if (!placed.hasSource)
+        return false;
+    const BoxVolume box = boxOf(item);
+    Vec3f size;
+    box.getSize(size);
+    Real32 square = 0;
+    for (UInt32 i = 0; i < 3; ++i) {
+        const Real32 outside = osgMax(box.getMin()[i] - placed.source[i], placed.source[i] - box.getMax()[i]);
+        square += osgMax(outside, 0.f) * osgMax(outside, 0.f);
+    }
+    const Real32 distance = std::sqrt(square);
+    const Real32 faceSize = size.length() * _items[item].faceShare;
+    const bool isCone = placed.light->getShape(placed.range)[0] > 2;
+    const bool ends = placed.range < distance + size.length();
+    return faceSize > distance * (isCone || ends ? nearCone : nearPoint);
 }
 
 void DrawList::resolveState(Item& item)

@@ -35,6 +35,7 @@ public:
         bool vertexColors;
         bool transparent;
         UInt32 scope;
+        Real32 faceShare; ///< of the shape's size that its faces have; 0 where no light need be near
         Matrix toWorld;
     };
 
@@ -109,6 +110,9 @@ public:
     /// The nearest lights that reach an item, those without a source first; at most `lightLimit`.
     void chooseLights(const Item& item, std::vector<UInt32>& chosen) const;
 
+    /// Whether a light is so near to an item that it changes much over its faces.
+    bool isNear(UInt32 item, UInt32 light) const;
+
     const std::vector<Item>& getItems() const { return _items; }
     /// The box of an item in world coordinates; kept lists only.
     const BoxVolume& getBox(UInt32 item) const { return _boxes[item]; }
@@ -128,6 +132,7 @@ private:
     void resolveState(Item& item);
     UInt64 stateKey(const Item& item) const;
     void layOut();
+    static Real32 faceShareOf(const Item& item);
     static BoxVolume computeBox(const Item& item);
     BoxVolume boxOf(UInt32 item) const { return _boxes.empty() ? computeBox(_items[item]) : _boxes[item]; }
 

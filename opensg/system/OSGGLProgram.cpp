@@ -64,6 +64,7 @@ void GLProgram::free()
     _name = 0;
     _variables.clear();
     _sentChunk = 0;
+    _surroundingsStamp = 0;
 }
 
 bool GLProgram::compile(UInt32 stage, const std::string& text, std::string& log)
@@ -141,6 +142,9 @@ void GLProgram::findVariables()
     glGetProgramiv(_name, GL_ACTIVE_UNIFORMS, &count);
     glGetProgramiv(_name, GL_ACTIVE_UNIFORM_MAX_LENGTH, &longest);
     std::string name(static_cast<std::size_t>(osgMax(longest, 1)), '\0');
+    _surroundingPlaces.lightCount = glGetUniformLocation(_name, "osg_LightCount");
+    _surroundingPlaces.lightShape = glGetUniformLocation(_name, "osg_LightShape");
+    _surroundingPlaces.fogKind = glGetUniformLocation(_name, "osg_FogKind");
     for (GLint i = 0; i < count; ++i) {
         GLsizei length = 0;
         GLint size = 0;
@@ -150,8 +154,8 @@ void GLProgram::findVariables()
         Variable variable;
         variable.uniform.name = name.substr(0, static_cast<std::size_t>(osgMax(length, 0)));
         variable.location = glGetUniformLocation(_name, variable.uniform.name.c_str());
-        if (variable.location < 0)
-            continue; // built in
+        if (variable.location < 0 || variable.uniform.name.compare(0, 4, "osg_") == 0)
+            continue; // built in, or sent by the painter
         const std::size_t index = variable.uniform.name.rfind("[0]");
         if (index != std::string::npos && index + 3 == variable.uniform.name.size())
             variable.uniform.name.resize(index);
@@ -169,6 +173,19 @@ void GLProgram::use(const SHLChunk& chunk, RenderActionBase& action, const GLLim
     _sentChunk = chunk.getFieldContainerId();
     _sentStamp = chunk._stamp;
     sendSamplers(chunk, action, limits);
+    if (action.getSurroundings())
+        sendSurroundings(*action.getSurroundings());
+}
+
+void GLProgram::sendSurroundings(const Surroundings& surroundings)
+{
+    if (_surroundingsStamp == surroundings.stamp)
+        return;
+    _surroundingsStamp = surroundings.stamp;
+    // GL passes over places that are negative.
+    glUniform1i(_surroundingPlaces.lightCount, surroundings.lightCount);
+    glUniform4fv(_surroundingPlaces.lightShape, Surroundings::MostLights, surroundings.lights);
+    glUniform1i(_surroundingPlaces.fogKind, surroundings.fogKind);
 }
 
 void GLProgram::sendValues(const SHLChunk& chunk)

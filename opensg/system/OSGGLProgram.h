@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OSGGLObjects.h"
+#include "OSGSurroundings.h"
 
 #include <OpenSG/OSGSHLChunk.h>
 
@@ -19,8 +20,18 @@ public:
     /// Has GL draw by the program, with the values of a chunk. Only values that differ from what was set
     /// last are sent.
     void use(const SHLChunk& chunk, RenderActionBase& action, const GLLimits& limits);
+    /// Tells the program, which is in use, what acts on shapes, if it asks for that.
+    void sendSurroundings(const Surroundings& surroundings);
 
 private:
+    /// Where the program takes what acts on shapes; negative where it does not.
+    struct SurroundingPlaces
+    {
+        Int32 lightCount = -1;
+        Int32 lightShape = -1;
+        Int32 fogKind = -1;
+    };
+
     struct Variable
     {
         SHLProgram::Uniform uniform;
@@ -40,6 +51,8 @@ private:
     std::vector<Variable> _variables;
     UInt32 _sentChunk = 0; ///< whose values were sent last
     UInt64 _sentStamp = 0;
+    SurroundingPlaces _surroundingPlaces;
+    UInt64 _surroundingsStamp = 0; ///< of what was sent last
     bool _toldOfUnits = false;
 };
 

@@ -16,6 +16,13 @@ OSG_CREATABLE_CONTAINER_TYPE(DirectionalLight, Light)
 OSG_CREATABLE_CONTAINER_TYPE(PointLight, Light)
 OSG_CREATABLE_CONTAINER_TYPE(SpotLight, PointLight)
 
+namespace {
+
+// Stands for lights without a bound: shading languages know no infinite numbers.
+const Real32 mostRange = 1e30f;
+
+} // namespace
+
 void Light::setOn(bool on)
 {
     if (on != _on)
@@ -31,6 +38,11 @@ void Light::renderEnter(RenderAction& action)
 void Light::renderLeave(RenderAction& action)
 {
     action.popLight();
+}
+
+Vec4f Light::getShape(Real32) const
+{
+    return Vec4f(1, 0, 0, 0);
 }
 
 void Light::activate(UInt32 index, const Matrix&) const
@@ -67,6 +79,11 @@ void PointLight::setRange(Real32 range)
     _range = range;
 }
 
+Vec4f PointLight::getShape(Real32 range) const
+{
+    return Vec4f(2, osgMin(range, mostRange), 0, 0);
+}
+
 void PointLight::activate(UInt32 index, const Matrix& toEye) const
 {
     Light::activate(index, toEye);
@@ -74,6 +91,15 @@ void PointLight::activate(UInt32 index, const Matrix& toEye) const
     toEye.multMatrixPnt(_position, source);
     const Real32 position[] = {source[0], source[1], source[2], 1};
     glLightfv(GL_LIGHT0 + index, GL_POSITION, position);
+}
+
+Vec4f SpotLight::getShape(Real32 range) const
+{
+    const Real32 reach = osgMin(range, mostRange);
+    const Real32 edge = osgClamp(0.f, _cutOff, Pi);
+    if (_beamWidth < 0)
+        return Vec4f(3, reach, 0, edge <= Pi / 2 ? edge : Pi);
+    return Vec4f(4, reach, osgMin(_beamWidth, edge), edge);
 }
 
 void SpotLight::activate(UInt32 index, const Matrix& toEye) const

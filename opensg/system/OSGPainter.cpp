@@ -8,10 +8,12 @@
 #include <OpenSG/OSGLight.h>
 #include <OpenSG/OSGMaterialChunk.h>
 #include <OpenSG/OSGRenderAction.h>
+#include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGTextureChunk.h>
 #include <OpenSG/OSGWindow.h>
 
 #include <algorithm>
+#include <atomic>
 #include <epoxy/gl.h>
 
 namespace osg {
@@ -23,8 +25,25 @@ const UInt32 noLight = DrawList::none;
 /// Planes that every GL has.
 const std::size_t mostPlanes = 6;
 const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
+const UInt16 programPlace = StateChunk::PROGRAM * StateChunk::MaxSlots;
+
+void takeCoordSets(const SHLChunk& program, TexCoordSets& sets)
+{
+    const std::vector<UInt32>& wanted = program.getCoordSets();
+    for (UInt32 unit = 0; unit < wanted.size() && unit < StateChunk::MaxSlots; ++unit) {
+        if (!sets.isTextured(unit))
+            sets.take(unit, wanted[unit]);
+    }
+}
 
 } // namespace
+
+void Surroundings::renew()
+{
+    // Several actions may draw into a window.
+    static std::atomic<UInt64> last{0};
+    stamp = ++last;
+}
 
 void Painter::draw(DrawList& list, const FrustumVolume* frustum, RenderAction& action,
                    RenderStatistics& statistics)
@@ -66,6 +85,10 @@ void Painter::begin()
     _frontFace = GL_CCW;
     _action->_transparentPass = false;
     _action->_vertexColors = false;
+    _action->_nearLights = false;
+    _surroundings = Surroundings();
+    _surroundings.renew();
+    _action->_surroundings = &_surroundings;
     _action->setFrontFace(GL_CCW);
 
     glMatrixMode(GL_PROJECTION);
@@ -95,6 +118,7 @@ void Painter::end()
 {
     clearState();
     _action->_transparentPass = false;
+    _action->_surroundings = nullptr;
     for (UInt32 i = 0; i < DrawList::lightLimit; ++i) {
         if (_lights[i] != noLight)
             glDisable(GL_LIGHT0 + i);
@@ -125,11 +149,15 @@ void Painter::drawItems(const std::vector<DrawList::Order>& order, const Frustum
             continue;
         }
         const Item& item = _list->getItems()[entry.item];
+        const UInt64 surroundings = _surroundings.stamp;
         if (item.scope != _scope || _list->getScope(item).choose)
             setScope(item);
+        const bool nearLights = item.faceShare > 0 && hasNearLight(entry.item);
         if (!_stateItem || item.firstState != _stateItem->firstState ||
-            item.vertexColors != _stateItem->vertexColors)
-            setState(item);
+            item.vertexColors != _stateItem->vertexColors || nearLights != _action->_nearLights)
+            setState(item, nearLights);
+        else if (surroundings != _surroundings.stamp)
+            tellProgram();
         setGeometry(item);
         setPlace(item.toWorld);
         _buffers->draw(*_statistics);
@@ -151,10 +179,13 @@ void Painter::setFog(UInt32 fog)
         return;
     _fog = fog;
     const DrawList::PlacedFog* placed = fog == DrawList::none ? nullptr : &_list->getFog(fog);
-    if (placed && placed->fog->activate(placed->toWorld))
+    const bool isOn = placed && placed->fog->activate(placed->toWorld);
+    if (isOn)
         glEnable(GL_FOG);
     else
         glDisable(GL_FOG);
+    _surroundings.fogKind = !isOn ? 0 : placed->fog->getMode() == Fog::EXPONENTIAL_MODE ? 2 : 1;
+    _surroundings.renew();
 }
 
 void Painter::setPlanes(const std::vector<UInt32>& planes)
@@ -184,11 +215,14 @@ void Painter::setLights(const Item& item)
         wanted = &_chosen;
     }
     UInt32* const end = _lights + DrawList::lightLimit;
+    bool changes = false;
     for (UInt32& light : _lights) {
         if (light == noLight || std::find(wanted->begin(), wanted->end(), light) != wanted->end())
             continue;
         glDisable(GL_LIGHT0 + static_cast<GLenum>(&light - _lights));
+        std::fill_n(_surroundings.lights + 4 * (&light - _lights), 4, 0.f);
         light = noLight;
+        changes = true;
     }
     for (UInt32 light : *wanted) {
         if (std::find(_lights, end, light) != end)
@@ -202,13 +236,36 @@ void Painter::setLights(const Item& item)
         const UInt32 index = static_cast<UInt32>(place - _lights);
         _list->getLight(light).light->activate(index, toEye);
         glEnable(GL_LIGHT0 + index);
+        const Vec4f shape = _list->getLight(light).light->getShape(_list->getLight(light).range);
+        std::copy_n(shape.getValues(), 4, _surroundings.lights + std::size_t(4) * index);
+        changes = true;
     }
+    if (!changes)
+        return;
+    _surroundings.lightCount = DrawList::lightLimit;
+    while (_surroundings.lightCount > 0 && _lights[_surroundings.lightCount - 1] == noLight)
+        --_surroundings.lightCount;
+    _surroundings.renew();
 }
 
-void Painter::setState(const Item& item)
+bool Painter::hasNearLight(UInt32 item) const
+{
+    return std::any_of(_lights, _lights + DrawList::lightLimit,
+                       [&](UInt32 light) { return light != noLight && _list->isNear(item, light); });
+}
+
+void Painter::tellProgram()
+{
+    if (_state.back().place == programPlace)
+        static_cast<const SHLChunk*>(_state.back().chunk)->surroundingsChanged(*_action);
+}
+
+void Painter::setState(const Item& item, bool nearLights)
 {
     const bool colorsChange = item.vertexColors != _action->hasVertexColors();
+    const bool lightsChange = nearLights != _action->hasNearLights();
     _action->_vertexColors = item.vertexColors;
+    _action->_nearLights = nearLights;
     _stateItem = &item;
     ++_statistics->materialChanges;
 
@@ -228,7 +285,9 @@ void Painter::setState(const Item& item)
             continue;
         if (entry->place / StateChunk::MaxSlots == StateChunk::TEXTURE)
             sets.take(slot, static_cast<const TextureChunk*>(entry->chunk)->getCoordSet(slot));
-        if (!has) {
+        if (entry->place == programPlace)
+            takeCoordSets(*static_cast<const SHLChunk*>(entry->chunk), sets);
+        if (!has || (lightsChange && entry->place == programPlace)) {
             entry->chunk->activate(*_action, slot);
         } else if (colorsChange && entry->place == colorPlace) {
             old->chunk->deactivate(*_action, slot);
@@ -243,7 +302,7 @@ void Painter::setState(const Item& item)
     setTextured(sets.textured != 0);
     _sets = sets;
     // Programs find the colour of vertices without one in the same variable.
-    const bool isProgrammed = (nextEnd - 1)->place / StateChunk::MaxSlots == StateChunk::PROGRAM;
+    const bool isProgrammed = (nextEnd - 1)->place == programPlace;
     if (isProgrammed && !item.vertexColors)
         glColor4fv(static_cast<const MaterialChunk*>(next->chunk)->getDiffuse().getValuesRGBA());
     _state.clear();
@@ -260,6 +319,7 @@ void Painter::clearState()
     _stateItem = nullptr;
     setTextured(false);
     _action->_vertexColors = false;
+    _action->_nearLights = false;
 }
 
 // Highlights lie over textures. Without one the sum is the same, and cheaper in one.

@@ -2,6 +2,7 @@
 
 #include "OSGDrawList.h"
 #include "OSGGLGeometry.h"
+#include "OSGSurroundings.h"
 
 namespace osg {
 
@@ -29,7 +30,9 @@ private:
     void setLights(const Item& item);
     void setFog(UInt32 fog);
     void setPlanes(const std::vector<UInt32>& planes);
-    void setState(const Item& item);
+    bool hasNearLight(UInt32 item) const;
+    void setState(const Item& item, bool nearLights);
+    void tellProgram();
     void clearState();
     void setTextured(bool textured);
     void setGeometry(const Item& item);
@@ -57,6 +60,7 @@ private:
     const Geometry* _geometry = nullptr;
     const GLGeometry* _buffers = nullptr;
     UInt32 _frontFace = 0;
+    Surroundings _surroundings;
 };
 
 } // namespace osg

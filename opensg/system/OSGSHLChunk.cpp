@@ -166,10 +166,23 @@ GLProgram* SHLChunk::findUsable(GLObjects& objects) const
 void SHLChunk::activate(RenderActionBase& action, UInt32)
 {
     GLObjects& objects = action.getWindow()->getGLObjects();
-    if (GLProgram* program = findUsable(objects))
+    GLProgram* program = isWanted(action) ? findUsable(objects) : nullptr;
+    if (program)
         program->use(*this, action, objects.getLimits());
     else if (objects.getLimits().programs)
         glUseProgram(0);
+}
+
+void SHLChunk::surroundingsChanged(RenderActionBase& action) const
+{
+    GLProgram* program = isWanted(action) ? findUsable(action.getWindow()->getGLObjects()) : nullptr;
+    if (program && action.getSurroundings())
+        program->sendSurroundings(*action.getSurroundings());
+}
+
+bool SHLChunk::isWanted(const RenderActionBase& action) const
+{
+    return !_nearLightsOnly || action.hasNearLights();
 }
 
 void SHLChunk::changeFrom(RenderActionBase& action, StateChunk&, UInt32 slot)

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <OpenSG/OSGBaseTypes.h>
+
+namespace osg {
+
+/// What acts on the shapes that are being drawn, for programs, beside what they find in their built-in
+/// variables. A program that declares the uniforms `osg_LightCount`, `osg_LightShape[8]` and `osg_FogKind`
+/// gets it.
+struct Surroundings
+{
+    static constexpr UInt32 MostLights = 8;
+
+    /// Changes with the values; no two states ever have the same.
+    UInt64 stamp = 0;
+    /// Lights from this one on are off.
+    Int32 lightCount = 0;
+    /// Of each light its `Light::getShape`, or zeros when it is off.
+    Real32 lights[4 * MostLights] = {};
+    /// 0 for none, 1 for a linear fog, 2 for an exponential one.
+    Int32 fogKind = 0;
+
+    /// Gives the state a stamp of its own.
+    void renew();
+};
+
+} // namespace osg
