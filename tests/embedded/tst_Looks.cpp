@@ -61,7 +61,6 @@ private slots:
     void unknownAlphaModeIsReported();
     void colorTextureIsMultiplied();
     void emissionTextureAddsLight();
-    void unusedTexturesAreReported();
     void editOfAMaterialsTextureIsFollowed();
     void transformsFindTheirTextures();
     void linePropertiesReachTheLines();
@@ -198,13 +197,6 @@ void tst_Looks::emissionTextureAddsLight()
     QCOMPARE(light->getEnvCombine().rgb, osg::TextureChunk::COMBINE_MODULATE_ADD);
     QCOMPARE(light->getEnvColor(), osg::Color4f(1, 0.5F, 0, 1));
     QCOMPARE(light->getCoordSet(1), osg::UInt32(0));
-}
-
-void tst_Looks::unusedTexturesAreReported()
-{
-    CoreScene scene(box("material DEF M Material { normalTexture " + QByteArray(Pixel) + " }"));
-    scene.set("M", "diffuseColor", "1 0 0");
-    QCOMPARE(scene.messageCount(), std::size_t(1));
 }
 
 void tst_Looks::editOfAMaterialsTextureIsFollowed()
