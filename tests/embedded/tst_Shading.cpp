@@ -264,7 +264,7 @@ void tst_Shading::planesCutPhysicalSurfaces()
 void tst_Shading::alphaOfTheBaseTextureCounts()
 {
     CoreScene scene(
-        (squareWith("alphaMode \"BLEND\" material PhysicalMaterial { baseColor 0 0 0 emissiveColor 1 0 "
+        (squareWith("alphaMode BLEND material PhysicalMaterial { baseColor 0 0 0 emissiveColor 1 0 "
                     "0 baseTexture PixelTexture { image 1 1 4 0xFFFFFF80 } }") +
          "Background { skyColor 0 0 0 }")
             .c_str());
