@@ -281,9 +281,9 @@ private:
     // Colours of images are those of a screen, all others are light.
     void readPhysical()
     {
-        _text += "    vec4 base = " + ofSide(ShadingNames::baseColors) + ";\n    vec3 emission = " +
-                 ofSide(ShadingNames::emissions) + ";\n    vec2 metalRough = " +
-                 ofSide(ShadingNames::metalRoughness) +
+        _text += "    vec4 base = " + ofSide(ShadingNames::baseColors) +
+                 ";\n    vec3 emission = " + ofSide(ShadingNames::emissions) +
+                 ";\n    vec2 metalRough = " + ofSide(ShadingNames::metalRoughness) +
                  ";\n    float metallic = metalRough.x;\n    float roughness = metalRough.y;\n";
         if (_plan.hasVertexColors)
             _text += "    base = vertexColor;\n";
