@@ -41,13 +41,6 @@ osg::Vec3f vector(const Part& part, const Node& node)
     return usableVector(part.read<SFVec3f>(node).value());
 }
 
-/// A direction, or any when the node has none.
-osg::Vec3f directionOf(const Node& node, Chance& chance)
-{
-    const osg::Vec3f direction = unitVector(vector(directionPart, node));
-    return isNull(direction) ? chance.direction() : direction;
-}
-
 class PointEmitterProc : public EmitterProc
 {
 public:
@@ -57,7 +50,7 @@ protected:
     bool place(osg::Vec3f& position, osg::Vec3f& direction, Chance& chance) override
     {
         position = vector(positionPart, node());
-        direction = directionOf(node(), chance);
+        direction = particleDirection(node(), chance);
         return true;
     }
 };
@@ -71,7 +64,7 @@ protected:
     bool place(osg::Vec3f& position, osg::Vec3f& direction, Chance& chance) override
     {
         position = vector(positionPart, node());
-        const osg::Vec3f axis = directionOf(node(), chance);
+        const osg::Vec3f axis = particleDirection(node(), chance);
         const osg::Vec3f other = std::abs(axis[0]) < 0.7F ? osg::Vec3f(1, 0, 0) : osg::Vec3f(0, 1, 0);
         const osg::Vec3f right = unitVector(axis.cross(other));
         const float lowest = std::cos(std::clamp(number(anglePart, node()), 0.0F, Pi));
@@ -99,34 +92,15 @@ protected:
     }
 };
 
-class PolylineEmitterProc : public EmitterProc
+class PolylineEmitterProc : public ShapeEmitterProc
 {
 public:
-    using EmitterProc::EmitterProc;
-
-    void fieldChanged(Field& field, double time) override
-    {
-        _isRead = false;
-        EmitterProc::fieldChanged(field, time);
-    }
-    void childrenChanged(Field& field) override
-    {
-        _isRead = false;
-        EmitterProc::childrenChanged(field);
-    }
+    using ShapeEmitterProc::ShapeEmitterProc;
 
 protected:
-    void elementChanged(ElementProc& element) override
-    {
-        _isRead = false;
-        EmitterProc::elementChanged(element);
-    }
-
     /// Any place on the lines is as likely as any other.
-    bool place(osg::Vec3f& position, osg::Vec3f& direction, Chance& chance) override
+    bool placeAtShape(osg::Vec3f& position, osg::Vec3f& direction, Chance& chance) override
     {
-        if (!_isRead)
-            readLines();
         if (_lines.empty())
             return false;
         const float wanted = chance.share() * _lines.back().until;
@@ -135,21 +109,12 @@ protected:
         if (line == _lines.end())
             --line;
         position = line->from + (line->to - line->from) * chance.share();
-        direction = directionOf(node(), chance);
+        direction = particleDirection(node(), chance);
         return true;
     }
 
-private:
-    struct Line
+    void readShape() override
     {
-        osg::Vec3f from;
-        osg::Vec3f to;
-        float until; ///< length of the lines up to the end of this one
-    };
-
-    void readLines()
-    {
-        _isRead = true;
         _lines.clear();
         Node* const coord = resolved(coordPart.readNode(node()));
         _coord.set(*this, procAs<ElementProc>(coord));
@@ -170,9 +135,16 @@ private:
         }
     }
 
+private:
+    struct Line
+    {
+        osg::Vec3f from;
+        osg::Vec3f to;
+        float until; ///< length of the lines up to the end of this one
+    };
+
     Use _coord;
     std::vector<Line> _lines;
-    bool _isRead = false;
 };
 
 class ForcePhysicsProc : public ParticlePhysicsProc
@@ -203,7 +175,7 @@ public:
         if (!enabledPart.read<SFBool>(node()).value())
             return {};
         const float turbulence = std::clamp(number(turbulencePart, node()), 0.0F, 1.0F);
-        const osg::Vec3f straight = directionOf(node(), chance);
+        const osg::Vec3f straight = particleDirection(node(), chance);
         const osg::Vec3f direction =
             unitVector(straight * (1.0F - turbulence) + chance.direction() * turbulence);
         return direction * (_pressure * particle.surfaceArea);
@@ -245,6 +217,45 @@ bool EmitterProc::emit(Particle& particle, Chance& chance)
     particle.mass = std::max(0.0F, chance.about(number(massPart, node()), variation));
     particle.surfaceArea = std::max(0.0F, chance.about(number(surfaceAreaPart, node()), variation));
     return true;
+}
+
+void ShapeEmitterProc::fieldChanged(Field& field, double time)
+{
+    _isRead = false;
+    EmitterProc::fieldChanged(field, time);
+}
+
+void ShapeEmitterProc::childrenChanged(Field& field)
+{
+    _isRead = false;
+    EmitterProc::childrenChanged(field);
+}
+
+void ShapeEmitterProc::elementChanged(ElementProc& element)
+{
+    _isRead = false;
+    EmitterProc::elementChanged(element);
+}
+
+void ShapeEmitterProc::elementGone()
+{
+    _isRead = false;
+    EmitterProc::elementGone();
+}
+
+bool ShapeEmitterProc::place(osg::Vec3f& position, osg::Vec3f& direction, Chance& chance)
+{
+    if (!_isRead) {
+        _isRead = true;
+        readShape();
+    }
+    return placeAtShape(position, direction, chance);
+}
+
+osg::Vec3f particleDirection(const Node& node, Chance& chance)
+{
+    const osg::Vec3f direction = unitVector(vector(directionPart, node));
+    return isNull(direction) ? chance.direction() : direction;
 }
 
 } // namespace Orvane

@@ -53,6 +53,29 @@ protected:
     virtual bool place(osg::Vec3f& position, osg::Vec3f& direction, Chance& chance) = 0;
 };
 
+/// An emitter at a shape, which it reads when a particle is wanted and the shape has changed.
+class ORVANE_API ShapeEmitterProc : public EmitterProc
+{
+public:
+    using EmitterProc::EmitterProc;
+
+    void fieldChanged(Field& field, double time) override;
+    void childrenChanged(Field& field) override;
+
+protected:
+    void elementChanged(ElementProc& element) override;
+    void elementGone() override;
+    bool place(osg::Vec3f& position, osg::Vec3f& direction, Chance& chance) final;
+
+    /// Reads the shape anew.
+    virtual void readShape() = 0;
+    /// As `place`, at the shape that was read.
+    virtual bool placeAtShape(osg::Vec3f& position, osg::Vec3f& direction, Chance& chance) = 0;
+
+private:
+    bool _isRead = false;
+};
+
 /// Behaviour of a node that moves particles.
 class ORVANE_API ParticlePhysicsProc : public DescriptionProc
 {
@@ -63,6 +86,11 @@ public:
     virtual void begin(Chance& /*chance*/) {}
     /// The force on a particle in newtons; where it has no mass, the acceleration.
     virtual osg::Vec3f force(const Particle& particle, Chance& chance) const = 0;
+    /// Keeps a particle that has just moved from a place inside its bounds.
+    virtual void bound(Particle& /*particle*/, const osg::Vec3f& /*from*/) {}
 };
+
+/// The unit vector in the field `direction` of a node, or any when it has none.
+ORVANE_API osg::Vec3f particleDirection(const Node& node, Chance& chance);
 
 } // namespace Orvane

@@ -3,20 +3,17 @@
 #include "core/GeometryProc.h"
 #include "core/NormalGenerator.h"
 #include "core/Part.h"
+#include "core/ParticleLook.h"
 #include "core/ParticleProcs.h"
 #include "core/SceneState.h"
 #include "core/UsableValues.h"
 #include "core/ViewFollower.h"
 #include <OpenSG/OSGGeometry.h>
 #include <Orvane/Context.h>
-#include <Orvane/MFColor.h>
-#include <Orvane/MFColorRGBA.h>
-#include <Orvane/MFFloat.h>
 #include <Orvane/MFNode.h>
 #include <Orvane/SFBool.h>
 #include <Orvane/SFFloat.h>
 #include <Orvane/SFInt32.h>
-#include <Orvane/SFString.h>
 #include <algorithm>
 #include <string>
 
@@ -25,18 +22,17 @@ namespace Orvane {
 namespace {
 
 const Part appearancePart("appearance");
-const Part colorKeyPart("colorKey");
 const Part colorPart("color");
 const Part createParticlesPart("createParticles");
 const Part emitterPart("emitter");
 const Part enabledPart("enabled");
-const Part geometryTypePart("geometryType");
+const Part geometryPart("geometry");
 const Part isActivePart("isActive");
 const Part lifetimeVariationPart("lifetimeVariation");
 const Part maxParticlesPart("maxParticles");
 const Part particleLifetimePart("particleLifetime");
-const Part particleSizePart("particleSize");
 const Part physicsPart("physics");
+const Part texCoordPart("texCoord");
 const Part visiblePart("visible");
 
 constexpr int MostParticles = 10000;
@@ -75,16 +71,13 @@ public:
     void update() override
     {
         _tree->setActive(visiblePart.read<SFBool>(node()).value());
-        const std::string& type = geometryTypePart.read<SFString>(node()).value();
-        _kind = type == "LINE" ? Surface::LINES : type == "POINT" ? Surface::POINTS : Surface::FACES;
-        if (type == "GEOMETRY")
-            complain("geometryType",
-                     "expected particles of a kind that is drawn, found \"GEOMETRY\"; they are "
-                     "drawn as \"QUAD\"");
         if (maxParticlesPart.read<SFInt32>(node()).value() > MostParticles)
             complain("maxParticles", "expected at most " + std::to_string(MostParticles) + ", found more");
         syncUses();
         syncSurface();
+        if (most() > _look.limit())
+            complain("geometry", "expected at most " + std::to_string(ParticleLook::MostVertices) +
+                                     " vertices for all particles together, found more");
         draw();
         setTicking(isEnabled() || !_particles.empty());
         setActive(isEnabled());
@@ -122,9 +115,17 @@ public:
             return false;
         _right = axes[0];
         _up = axes[1];
-        if (_kind == Surface::FACES)
+        if (_look.facesViewer())
             draw();
         return true;
+    }
+
+protected:
+    void elementGone() override
+    {
+        if (!_geometryUse.element())
+            _look.dropGeometry();
+        ElementProc::elementGone();
     }
 
 private:
@@ -145,46 +146,21 @@ private:
         std::size_t i = 0;
         for (NodeLink& link : nodes)
             _physics[i++].set(*this, elementOf<ParticlePhysicsProc>(link.node()));
-        Node* const ramp = resolved(colorPart.readNode(node()));
-        _color.set(*this, procAs<ElementProc>(ramp));
-        readRamp(ramp);
+        const auto useOf = [this](Use& use, const Part& part) {
+            Node* const used = resolved(part.readNode(node()));
+            use.set(*this, procAs<ElementProc>(used));
+            return used;
+        };
+        const Node* const colors = useOf(_color, colorPart);
+        const Node* const texCoords = useOf(_texCoord, texCoordPart);
+        useOf(_geometryUse, geometryPart);
+        _look.read(node(), colors, texCoords, dynamic_cast<GeometryProc*>(_geometryUse.element()));
     }
 
-    /// The colours over the life of a particle.
-    void readRamp(Node* ramp)
+    std::size_t most() const
     {
-        _ramp.clear();
-        _rampHasAlpha = false;
-        if (!ramp || !colorPart.isIn(*ramp))
-            return;
-        const Field& field = readField(*ramp, colorPart.in(*ramp));
-        if (field.dataType() == MFCOLOR_DT) {
-            for (const osg::Color3f& c : static_cast<const MFColor&>(field).values())
-                _ramp.emplace_back(c.red(), c.green(), c.blue(), 1.0F);
-        } else if (field.dataType() == MFCOLORRGBA_DT) {
-            _ramp = static_cast<const MFColorRGBA&>(field).values();
-            _rampHasAlpha = true;
-        }
-        _ramp.resize(std::min(_ramp.size(), colorKeyPart.read<MFFloat>(node()).values().size()));
-    }
-
-    osg::Color4f rampAt(float share) const
-    {
-        const std::vector<float>& keys = colorKeyPart.read<MFFloat>(node()).values();
-        const auto end = keys.begin() + static_cast<std::ptrdiff_t>(_ramp.size());
-        const auto next = std::upper_bound(keys.begin(), end, share);
-        if (next == keys.begin())
-            return _ramp.front();
-        if (next == end)
-            return _ramp.back();
-        const auto i = static_cast<std::size_t>(next - keys.begin());
-        const float width = keys[i] - keys[i - 1];
-        const float t = width > 0.0F ? std::clamp((share - keys[i - 1]) / width, 0.0F, 1.0F) : 1.0F;
-        const auto mix = [t](float a, float b) { return a + (b - a) * t; };
-        const osg::Color4f& a = _ramp[i - 1];
-        const osg::Color4f& b = _ramp[i];
-        return osg::Color4f(mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue()),
-                            mix(a.alpha(), b.alpha()));
+        return static_cast<std::size_t>(
+            std::clamp(maxParticlesPart.read<SFInt32>(node()).value(), 0, MostParticles));
     }
 
     void syncSurface()
@@ -192,11 +168,13 @@ private:
         auto* const appearance = elementOf<AppearanceProc>(appearancePart.readNode(node()));
         _appearance.set(*this, appearance);
         Surface surface;
-        surface.kind = _kind;
-        surface.solid = false;
-        surface.vertexColors = _ramp.empty() ? Surface::NO_COLORS : Surface::DIFFUSE_COLORS;
+        surface.kind = _look.kind();
+        surface.solid = _look.isSolid();
+        surface.vertexColors = _look.hasColors() ? Surface::DIFFUSE_COLORS : Surface::NO_COLORS;
         if (appearance)
             appearance->describe(surface, {});
+        if (!surface.textures.empty())
+            _look.needTexCoords();
         _surface = surfaceCore(surface);
         _tree->setCore(_surface->core);
     }
@@ -214,9 +192,14 @@ private:
                     force += physics->force(particle, _chance);
             }
             const float mass = particle.mass > 0.0F ? particle.mass : 1.0F;
+            const osg::Vec3f from = particle.position;
             particle.velocity += force * (step / mass);
             particle.position += particle.velocity * step;
             particle.age += step;
+            for (const Use& use : _physics) {
+                if (auto* const physics = dynamic_cast<ParticlePhysicsProc*>(use.element()))
+                    physics->bound(particle, from);
+            }
         }
         const auto isGone = [](const Particle& particle) {
             return !(particle.age < particle.lifetime) || !isUsable(particle.position) ||
@@ -228,7 +211,7 @@ private:
     void create(float step)
     {
         auto* const emitter = dynamic_cast<EmitterProc*>(_emitter.element());
-        const int most = std::clamp(maxParticlesPart.read<SFInt32>(node()).value(), 0, MostParticles);
+        const std::size_t most = std::min(this->most(), _look.limit());
         const float lifetime = usableNumber(particleLifetimePart.read<SFFloat>(node()).value(), 0.0F);
         if (!emitter || !emitter->isOn() || !(lifetime > 0.0F))
             return;
@@ -242,7 +225,7 @@ private:
             std::clamp(usableNumber(lifetimeVariationPart.read<SFFloat>(node()).value(), 0.0F), 0.0F, 1.0F);
         for (; _owed >= 1.0F; _owed -= 1.0F) {
             Particle particle;
-            if (_particles.size() >= static_cast<std::size_t>(most) || !emitter->emit(particle, _chance))
+            if (_particles.size() >= most || !emitter->emit(particle, _chance))
                 continue;
             particle.lifetime = _chance.about(lifetime, variation);
             _particles.push_back(particle);
@@ -252,44 +235,7 @@ private:
     /// Lays the particles out as they are now.
     void draw()
     {
-        MeshData mesh;
-        const osg::Vec2f& size = particleSizePart.read<SFVec2f>(node()).value();
-        const float width = usableNumber(size[0], 0.0F) * 0.5F;
-        const float height = usableNumber(size[1], 0.0F) * 0.5F;
-        const osg::Vec3f facing = _right.cross(_up);
-        const auto add = [&](const osg::Vec3f& place, const osg::Color4f& color) {
-            mesh.positions.emplace_back(place);
-            if (!_ramp.empty())
-                mesh.colors.push_back(color);
-        };
-        for (const Particle& particle : _particles) {
-            const osg::Color4f color =
-                _ramp.empty() ? osg::Color4f() : rampAt(particle.age / particle.lifetime);
-            if (_kind == Surface::POINTS) {
-                add(particle.position, color);
-                continue;
-            }
-            if (_kind == Surface::LINES) {
-                const osg::Vec3f half = unitVector(particle.velocity) * height;
-                add(particle.position - half, color);
-                add(particle.position + half, color);
-                continue;
-            }
-            const auto first = static_cast<std::uint32_t>(mesh.positions.size());
-            for (const std::uint32_t corner : {0U, 1U, 3U, 2U}) {
-                const float s = corner & 1U ? 1.0F : 0.0F;
-                const float t = corner & 2U ? 1.0F : 0.0F;
-                add(particle.position + _right * (width * (2.0F * s - 1.0F)) +
-                        _up * (height * (2.0F * t - 1.0F)),
-                    color);
-                mesh.normals.push_back(facing);
-                mesh.texCoords.push_back(s);
-                mesh.texCoords.push_back(t);
-            }
-            for (const std::uint32_t corner : {0U, 1U, 2U, 0U, 2U, 3U})
-                mesh.indices.push_back(first + corner);
-        }
-        setMesh(_geometry.get(), std::move(mesh), _kind, _rampHasAlpha);
+        setMesh(_geometry.get(), _look.mesh(_particles, _right, _up), _look.kind(), _look.hasAlpha());
         pictureChanged();
     }
 
@@ -300,10 +246,10 @@ private:
     Use _appearance;
     Use _color;
     Use _emitter;
+    Use _geometryUse;
+    Use _texCoord;
     std::vector<Use> _physics;
-    std::vector<osg::Color4f> _ramp;
-    bool _rampHasAlpha = false;
-    Surface::Kind _kind = Surface::FACES;
+    ParticleLook _look;
     std::vector<Particle> _particles;
     Chance _chance;
     float _owed = 0.0F; ///< particles that are due, with a part of one
