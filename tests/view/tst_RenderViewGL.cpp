@@ -5,6 +5,7 @@
 #include <QtGui/QOpenGLContext>
 #include <QtGui/QOpenGLFunctions>
 #include <QtGui/QScreen>
+#include <QtGui/QWindow>
 #include <QtTest>
 
 using namespace Orvane::Qt4;
@@ -59,6 +60,7 @@ private slots:
     void aFrameShowsAndStays();
     void twoViewsOfAManagerShowTheirOwnPictures();
     void qtResizesGoToTheRuntimeWithTheContextCurrent();
+    void aSizeFromOutsideGivesWayToThatOfTheView();
     void theViewsResizeHookRunsWhileAResizeIsPending();
     void theRefreshTimerUpdatesTheGlWidget();
     void theToolbarShowsOverThePicture();
@@ -174,6 +176,28 @@ void tst_RenderViewGL::qtResizesGoToTheRuntimeWithTheContextCurrent()
     view->resize(200, 100);
     QTest::qWait(100);
     QCOMPARE(window.proc.takeCalls(), (std::vector<std::string>{"resize 200 100"}));
+}
+
+/// A window manager under load gives the native window its first size when the view has another.
+void tst_RenderViewGL::aSizeFromOutsideGivesWayToThatOfTheView()
+{
+    QorRenderView::connectObserver(nullptr);
+    TestWindow window;
+    window.node.sizeValue = osg::Vec2f(300, 200);
+    window.node.positionValue = osg::Vec2f(100, 100);
+    window.announce();
+    window.fire(WindowProc::_showWidget);
+    auto* view = qobject_cast<QorRenderView*>(QApplication::topLevelWidgets().value(0));
+    QVERIFY(view);
+    QVERIFY(QTest::qWaitForWindowExposed(view));
+    auto* gl = view->findChild<OSCQGLWidget*>();
+    QSignalSpy widths(gl->windowHandle(), &QWindow::widthChanged);
+    gl->windowHandle()->resize(100, 30);
+    QTRY_VERIFY(!widths.isEmpty());
+    QTRY_COMPARE(gl->size(), QSize(300, 200));
+    QTRY_COMPARE(gl->windowHandle()->size(), QSize(300, 200));
+    drawTwice(window, Qt::green);
+    QCOMPARE(shown(view), QColor(Qt::green));
 }
 
 void tst_RenderViewGL::theViewsResizeHookRunsWhileAResizeIsPending()

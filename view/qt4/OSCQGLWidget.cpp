@@ -3,6 +3,7 @@
 #include "QorRenderView.h"
 #include <Orvane/WindowProc.h>
 #include <QtGui/QTouchEvent>
+#include <QtWidgets/QLayout>
 #include <cmath>
 
 namespace Orvane::Qt4 {
@@ -94,12 +95,22 @@ void OSCQGLWidget::paintGL()
 
 void OSCQGLWidget::resizeGL(int width, int height)
 {
+    keepPlace();
     if (!_windowProc || !_windowProc->winPtr())
         return;
     const osg::WindowPtr window = _windowProc->winPtr();
     if (!window->isResizePending())
         _windowProc->resize(width, height);
     window->resizeGL();
+}
+
+// Qt makes the native window on the desktop and puts it into the view at once. The window manager, asked for the
+// first size in between, may give it when the view has long given another.
+void OSCQGLWidget::keepPlace()
+{
+    QLayout* const layout = parentWidget() ? parentWidget()->layout() : nullptr;
+    if (layout && layout->contentsRect() != geometry())
+        layout->invalidate();
 }
 
 } // namespace Orvane::Qt4

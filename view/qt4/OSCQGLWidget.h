@@ -38,6 +38,7 @@ protected:
 
 private:
     void dispatchTouch(QTouchEvent* event, int state);
+    void keepPlace();
 
     Orvane::WindowProc* _windowProc;
     double _lastTouchTime = -1.0;
