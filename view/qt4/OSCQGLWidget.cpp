@@ -104,8 +104,8 @@ void OSCQGLWidget::resizeGL(int width, int height)
     window->resizeGL();
 }
 
-// Qt makes the native window on the desktop and puts it into the view at once. The window manager, asked for the
-// first size in between, may give it when the view has long given another.
+// Qt makes the native window on the desktop and puts it into the view at once. The window manager, asked for
+// the first size in between, may give it when the view has long given another.
 void OSCQGLWidget::keepPlace()
 {
     QLayout* const layout = parentWidget() ? parentWidget()->layout() : nullptr;
