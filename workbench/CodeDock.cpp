@@ -24,6 +24,16 @@ namespace {
 
 const char module[] = "Workbench";
 
+/// Shows the code of a node. The widget takes the blanks at the beginning of lines away, and would write the
+/// code without them: here they stay.
+void showCode(QorCodeWidget& widget, Orvane::Node* node)
+{
+    widget.setCodeNode(node);
+    Orvane::MFString* const url = QorCodeWidget::urlField(node);
+    if (url && url->size() > 0 && !widget.isUsingExternalScript(url))
+        widget.setCode(fromRuntime((*url)[0]), false);
+}
+
 } // namespace
 
 CodeDock::EndObserver::EndObserver(CodeDock* dock)
@@ -110,7 +120,7 @@ void CodeDock::addPage(const CodeNodes& nodes)
     {
         const CodeAddress address(QorCodeWidget::urlField(nodes.code));
         widget->setLanguage(nodes.language(*widget));
-        widget->setCodeNode(nodes.code);
+        showCode(*widget, nodes.code);
     }
     widget->setFieldNode(nodes.fields);
     connect(widget, &QorCodeWidget::wantsAddField, this, &CodeDock::addField);
@@ -158,7 +168,7 @@ void CodeDock::reread(Orvane::Node* node)
         if (page.codeId != node->ID() || page.widget->isModified())
             continue;
         page.widget->setCodeNode(nullptr);
-        page.widget->setCodeNode(node);
+        showCode(*page.widget, node);
     }
     renewFields(node);
 }

@@ -153,12 +153,18 @@ QMenu* WorkbenchWindow::makeViewMenu()
     for (QDockWidget* dock : std::initializer_list<QDockWidget*>{_sceneDock, _nodeDock, _codeDock, _logDock,
                                                                  _graphDock, _tableDock})
     {
-        // The keys lead to a panel; a second time they put it away.
+        // The keys lead to a panel, out from behind another one too; a second time they put it away.
         QAction* toggle = dock->toggleViewAction();
         toggle->setShortcut(Qt::CTRL | (Qt::Key_1 + number++));
-        connect(toggle, &QAction::triggered, dock, [dock](bool shown) {
+        const auto isBehind = std::make_shared<bool>(false);
+        connect(toggle, &QAction::toggled, dock,
+                [=] { *isBehind = !dock->isHidden() && dock->visibleRegion().isEmpty(); });
+        connect(toggle, &QAction::triggered, dock, [=](bool shown) {
+            if (!shown && !*isBehind)
+                return;
+            dock->show();
             dock->raise();
-            if (shown && dock->widget())
+            if (dock->widget())
                 dock->widget()->setFocus(Qt::ShortcutFocusReason);
         });
         view->addAction(toggle);

@@ -2,6 +2,7 @@
 #include "QorRenderView.h"
 #include "QorViewManager.h"
 #include "QorWindowToolbar.h"
+#include "RealInput.h"
 #include <OpenSG/OSGCamera.h>
 #include <OpenSG/OSGLight.h>
 #include <OpenSG/OSGNode.h>
@@ -14,15 +15,14 @@
 #include <Orvane/ViewareaProc.h>
 #include <Orvane/Window.h>
 #include <Orvane/WindowProc.h>
-#include <QElapsedTimer>
 #include <QGuiApplication>
-#include <QProcess>
 #include <QPushButton>
 #include <QScreen>
 #include <QTest>
 #include <QTouchDevice>
 
 using namespace Orvane::Qt4;
+using RealInput::comesTrue;
 
 namespace {
 
@@ -76,47 +76,18 @@ private slots:
     void fingerReachesTheTouchSensor();
 
 private:
-    /// Has the X server believe that its devices did something, in the words of xdotool.
-    static bool input(const QString& words)
-    {
-        const bool done = QProcess::execute(QStringLiteral("xdotool"),
-                                            words.split(QLatin1Char(' '), Qt::SkipEmptyParts)) == 0;
-        QTest::qWait(60);
-        return done;
-    }
-    static QString moveTo(const QPoint& screen)
-    {
-        return QStringLiteral("mousemove %1 %2 ").arg(screen.x()).arg(screen.y());
-    }
-    bool pointTo(const QPoint& place) const { return input(moveTo(_view->mapToGlobal(place))); }
+    static bool input(const char* words) { return RealInput::say(QString::fromLatin1(words)); }
+    bool pointTo(const QPoint& place) const { return RealInput::moveTo(_view->mapToGlobal(place)); }
     /// Presses, moves in steps, and lets go.
     bool drag(int button, const QPoint& from, const QPoint& by) const
     {
-        bool done = pointTo(from) && input(QStringLiteral("mousedown %1").arg(button));
-        for (int i = 1; i <= 4; ++i)
-            done = done && pointTo(from + by * i / 4);
-        return done && input(QStringLiteral("mouseup %1").arg(button));
+        return RealInput::drag(_view->mapToGlobal(from), by, button);
     }
     bool press(const char* name)
     {
         _pressed << QString::fromLatin1(name);
         const auto* button = _view->findChild<QPushButton*>(QString::fromLatin1(name));
-        return button &&
-               input(moveTo(button->mapToGlobal(button->rect().center())) + QStringLiteral("click 1"));
-    }
-
-    /// Waits for what the frames to come bring about.
-    template <class Condition>
-    static bool comesTrue(Condition isTrue)
-    {
-        QElapsedTimer timer;
-        timer.start();
-        while (!isTrue()) {
-            if (timer.elapsed() > 10000)
-                return false;
-            QTest::qWait(20);
-        }
-        return true;
+        return button && RealInput::click(button->mapToGlobal(button->rect().center()));
     }
 
     osg::ViewportPtr port() const
@@ -223,10 +194,10 @@ void tst_UserSession::middleAndRightDragsShiftAndComeCloser()
 void tst_UserSession::wheelComesCloser()
 {
     QVERIFY(pointTo(place(0, 0)));
-    QVERIFY(input(QStringLiteral("click 4")));
+    QVERIFY(input("click 4"));
     QVERIFY(comesTrue([this] { return eye()[2] < 9.5F; }));
     const float closer = eye()[2];
-    QVERIFY(input(QStringLiteral("click 5")));
+    QVERIFY(input("click 5"));
     QVERIFY(comesTrue([&] { return eye()[2] > closer + 0.5F; }));
     QVERIFY(goBack());
 }
@@ -234,14 +205,14 @@ void tst_UserSession::wheelComesCloser()
 void tst_UserSession::arrowKeyTurns()
 {
     QVERIFY(pointTo(sky()));
-    QVERIFY(input(QStringLiteral("keydown Right")));
+    QVERIFY(input("keydown Right"));
     QVERIFY(comesTrue([this] { return eye()[0] > 1.0F; }));
-    QVERIFY(input(QStringLiteral("keyup Right")));
+    QVERIFY(input("keyup Right"));
     QTest::qWait(100);
     const osg::Vec3f still = eye();
     QTest::qWait(150);
     QVERIFY((eye() - still).length() < 1e-3F);
-    QVERIFY(input(QStringLiteral("key r")));
+    QVERIFY(input("key r"));
     QVERIFY(comesTrue([this] { return isAtFront(); }));
 }
 
@@ -258,9 +229,9 @@ void tst_UserSession::clickReachesTheTouchSensor()
 {
     const QString before = get("T", "touchTime");
     QVERIFY(pointTo(place(-2, 0)));
-    QVERIFY(input(QStringLiteral("mousedown 1")));
+    QVERIFY(input("mousedown 1"));
     QVERIFY(comesTrue([this] { return get("T", "isActive") == QLatin1String("TRUE"); }));
-    QVERIFY(input(QStringLiteral("mouseup 1")));
+    QVERIFY(input("mouseup 1"));
     QVERIFY(comesTrue([&] { return get("T", "touchTime") != before; }));
     QCOMPARE(get("T", "isActive"), QStringLiteral("FALSE"));
     QVERIFY(isAtFront());
@@ -279,7 +250,7 @@ void tst_UserSession::dragMovesWhatThePlaneSensorMoves()
 void tst_UserSession::controlClickOpensTheAnchor()
 {
     QVERIFY(pointTo(place(0, -2.9)));
-    QVERIFY(input(QStringLiteral("keydown ctrl click 1 keyup ctrl")));
+    QVERIFY(input("keydown ctrl click 1 keyup ctrl"));
     QVERIFY(comesTrue([this] { return isAt(12, 0, 0); }));
     QVERIFY(goBack());
 }
@@ -361,13 +332,13 @@ void tst_UserSession::walkAndFlyButtonsLetTheUserTravel()
     QFETCH(QString, button);
     QVERIFY(press(button.toLatin1().constData()));
     QVERIFY(pointTo(place(0, 1.5)));
-    QVERIFY(input(QStringLiteral("mousedown 1")));
+    QVERIFY(input("mousedown 1"));
     QVERIFY(pointTo(place(0, 3)));
     // As long as the button is held.
     QVERIFY(comesTrue([this] { return eye()[2] < 9.0F; }));
     const float here = eye()[2];
     QVERIFY(comesTrue([&] { return eye()[2] < here - 0.5F; }));
-    QVERIFY(input(QStringLiteral("mouseup 1")));
+    QVERIFY(input("mouseup 1"));
     QVERIFY(press("examineNav"));
     QVERIFY(goBack());
     QVERIFY(drag(1, sky(), QPoint(-60, 0)));
@@ -389,7 +360,7 @@ void tst_UserSession::lastButtonFoldsTheStrip()
     const auto* const strip = _view->findChild<QorWindowToolbar*>();
     const int whole = strip->width();
     const auto clickTheLast = [&] {
-        return input(moveTo(_view->mapToGlobal(QPoint(_view->width() - 10, 10))) + QStringLiteral("click 1"));
+        return RealInput::click(_view->mapToGlobal(QPoint(_view->width() - 10, 10)));
     };
     QVERIFY(clickTheLast());
     QVERIFY(comesTrue([&] { return strip->width() == 20; }));
@@ -419,18 +390,18 @@ void tst_UserSession::pickModePicks()
                               });
     _view->setMouseMode(QorRenderView::PickMode);
     const QString before = get("T", "touchTime");
-    QVERIFY(pointTo(place(-2.3, 0.4)) && input(QStringLiteral("click 1")));
+    QVERIFY(pointTo(place(-2.3, 0.4)) && input("click 1"));
     QVERIFY(comesTrue([&] { return picked.size() == 1; }));
     QCOMPARE(picked.first(), QStringLiteral("Left"));
     QVERIFY((point - osg::Pnt3f(-2.3F, 0.4F, 1)).length() < 0.05F);
     QVERIFY((normal - osg::Vec3f(0, 0, 1)).length() < 1e-3F);
-    QVERIFY(pointTo(sky()) && input(QStringLiteral("click 1")));
+    QVERIFY(pointTo(sky()) && input("click 1"));
     QVERIFY(drag(1, sky(), QPoint(-60, 0)));
     QCOMPARE(picked.size(), 1);
     QVERIFY(isAtFront());
     QCOMPARE(get("T", "touchTime"), before);
     // The wheel goes on.
-    QVERIFY(input(QStringLiteral("click 4")));
+    QVERIFY(input("click 4"));
     QVERIFY(comesTrue([this] { return !isAtFront(); }));
     _view->setMouseMode(QorRenderView::NavigationMode);
     disconnect(names);
