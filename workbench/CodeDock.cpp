@@ -7,8 +7,10 @@
 #include "RecordingDelegate.h"
 #include "Selection.h"
 #include "Steps.h"
+#include "TextColors.h"
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
+#include <QAction>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTextBlock>
@@ -34,6 +36,15 @@ void showCode(QorCodeWidget& widget, Orvane::Node* node)
         widget.setCode(fromRuntime((*url)[0]), false);
 }
 
+QPushButton* applyButton(const QorCodeWidget& widget)
+{
+    const auto buttons = widget.findChildren<QPushButton*>();
+    const auto apply = std::find_if(buttons.begin(), buttons.end(), [](const QPushButton* button) {
+        return button->text() == QLatin1String("Apply");
+    });
+    return apply == buttons.end() ? nullptr : *apply;
+}
+
 } // namespace
 
 CodeDock::EndObserver::EndObserver(CodeDock* dock)
@@ -57,12 +68,18 @@ CodeDock::CodeDock(Selection* selection, Steps* steps, QWidget* parent)
     , _steps(steps)
     , _stack(new QStackedWidget(this))
     , _nothing(new QorCodeWidget(_stack))
+    , _applyAction(new QAction(tr("&Apply code"), this))
     , _endObserver(this)
 {
     setObjectName(QStringLiteral("CodeDock"));
     setWidget(_stack);
     _nothing->setCodeNode(nullptr);
     _stack->addWidget(_nothing);
+    _applyAction->setShortcut(Qt::CTRL | Qt::Key_Return);
+    connect(_applyAction, &QAction::triggered, this, [this] {
+        if (QPushButton* const apply = applyButton(*codeWidget()))
+            apply->click();
+    });
     connect(selection, &Selection::changed, this,
             [this](const Orvane::NodePath& path) { openNode(path.node()); });
     connect(steps, &Steps::valueGiven, this, &CodeDock::reread);
@@ -71,6 +88,15 @@ CodeDock::CodeDock(Selection* selection, Steps* steps, QWidget* parent)
 }
 
 CodeDock::~CodeDock() = default;
+
+void CodeDock::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange) {
+        for (const Page& page : _pages)
+            colorCode(*page.widget);
+    }
+    QDockWidget::changeEvent(event);
+}
 
 QorCodeWidget* CodeDock::codeWidget() const
 {
@@ -126,6 +152,7 @@ void CodeDock::addPage(const CodeNodes& nodes)
     connect(widget, &QorCodeWidget::wantsAddField, this, &CodeDock::addField);
     connect(widget, &QorCodeWidget::wantsDeleteField, this, &CodeDock::removeField);
     record(widget);
+    colorCode(*widget);
     _pages.push_back({widget, nodes.code->ID(), nodes.fields->ID()});
     _stack->setCurrentIndex(_stack->addWidget(widget));
 }
@@ -139,20 +166,17 @@ void CodeDock::record(QorCodeWidget* widget)
     widget->updateFieldList();
     delegate->watch(fields->model());
 
-    const auto buttons = widget->findChildren<QPushButton*>();
-    const auto apply = std::find_if(buttons.begin(), buttons.end(), [](const QPushButton* button) {
-        return button->text() == QLatin1String("Apply");
-    });
-    if (apply == buttons.end())
+    QPushButton* const apply = applyButton(*widget);
+    if (!apply)
         return;
     // The widget writes when the button is clicked, before anyone who has asked later.
     const auto before = std::make_shared<std::unique_ptr<const FieldState>>();
-    connect(*apply, &QPushButton::pressed, widget, [widget, before] {
+    connect(apply, &QPushButton::pressed, widget, [widget, before] {
         Orvane::Node* const node = widget->codeNode();
         const Orvane::Field* const code = node ? QorCodeWidget::urlField(node) : nullptr;
         before->reset(code ? new FieldState(*code) : nullptr);
     });
-    connect(*apply, &QPushButton::clicked, widget, [this, widget, before] {
+    connect(apply, &QPushButton::clicked, widget, [this, widget, before] {
         const std::unique_ptr<const FieldState> old = std::move(*before);
         Orvane::Node* const node = widget->codeNode();
         const Orvane::Field* const code = node ? QorCodeWidget::urlField(node) : nullptr;

@@ -4,6 +4,7 @@
 #include <QDockWidget>
 #include <vector>
 
+class QAction;
 class QStackedWidget;
 class Selection;
 class Steps;
@@ -32,6 +33,9 @@ public:
     /// The widget that is shown. It has no node and is disabled while there is no code to show.
     Orvane::Qt4::QorCodeWidget* codeWidget() const;
 
+    /// Applies the code that is shown, as its button does.
+    QAction* applyAction() const { return _applyAction; }
+
     /// Opens the code of a node as `openNode` does, with the cursor in line \a line, from 1.
     void showLine(Orvane::Node* node, int line);
 
@@ -42,6 +46,10 @@ public slots:
 signals:
     /// Something to tell the user.
     void told(const QString& text);
+
+protected:
+    /// Another palette asks for other colours of code.
+    void changeEvent(QEvent* event) override;
 
 private:
     /// Lets go of code whose node dies.
@@ -77,6 +85,7 @@ private:
     Steps* _steps;
     QStackedWidget* _stack;
     Orvane::Qt4::QorCodeWidget* _nothing; ///< shown when there is no code
+    QAction* _applyAction;
     std::vector<Page> _pages;
     EndObserver _endObserver;
 };

@@ -4,6 +4,8 @@
 #include "Selection.h"
 #include "Steps.h"
 #include <Orvane/Node.h>
+#include <QAction>
+#include <QMenu>
 #include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -18,13 +20,14 @@ GraphDock::GraphDock(Selection* selection, Steps* steps, QWidget* parent)
 {
     setObjectName(QStringLiteral("GraphDock"));
     auto* bar = new QToolBar;
-    bar->addAction(tr("All routes"), this, &GraphDock::showAllRoutes)
-        ->setToolTip(tr("Shows every node of the scene that has routes"));
-    bar->addAction(tr("Add selected"), this, &GraphDock::addSelected)
-        ->setToolTip(tr("Shows the selected node and those at the other ends of its routes"));
-    bar->addAction(tr("Lay out"), _canvas, &RouteCanvas::layOut)
-        ->setToolTip(tr("Spreads the boxes from left to right"));
-    bar->addAction(tr("Clear"), _canvas, &QorGraphView::clear);
+    _commands = {bar->addAction(tr("&All routes"), this, &GraphDock::showAllRoutes),
+                 bar->addAction(tr("Add &selected"), this, &GraphDock::addSelected),
+                 bar->addAction(tr("&Lay out"), _canvas, &RouteCanvas::layOut),
+                 bar->addAction(tr("&Clear"), _canvas, &QorGraphView::clear)};
+    _commands.at(0)->setShortcut(Qt::CTRL | Qt::Key_R);
+    _commands.at(0)->setToolTip(tr("Shows every node of the scene that has routes"));
+    _commands.at(1)->setToolTip(tr("Shows the selected node and those at the other ends of its routes"));
+    _commands.at(2)->setToolTip(tr("Spreads the boxes from left to right"));
 
     auto* content = new QWidget(this);
     auto* layout = new QVBoxLayout(content);
@@ -42,6 +45,11 @@ GraphDock::GraphDock(Selection* selection, Steps* steps, QWidget* parent)
 }
 
 GraphDock::~GraphDock() = default;
+
+void GraphDock::addTo(QMenu* menu)
+{
+    menu->addActions(_commands);
+}
 
 void GraphDock::setRootNode(Orvane::Node* root)
 {
@@ -65,6 +73,8 @@ void GraphDock::addSelected()
     Orvane::Node* const node = _selection->node();
     if (!node)
         return;
+    show();
+    raise();
     if (!_canvas->viewOf(node))
         _canvas->add(node, QPoint(0, 0));
     _canvas->importDirectNeighboursOf(node);

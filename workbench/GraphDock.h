@@ -2,6 +2,7 @@
 
 #include <QDockWidget>
 
+class QMenu;
 class RouteCanvas;
 class Selection;
 class Steps;
@@ -24,6 +25,9 @@ public:
 
     RouteCanvas* canvas() const { return _canvas; }
 
+    /// Adds the commands of the strip to a menu.
+    void addTo(QMenu* menu);
+
     /// What "All routes" fills the canvas from; null for no scene.
     void setRootNode(Orvane::Node* root);
 
@@ -38,5 +42,6 @@ private:
 
     Selection* _selection;
     RouteCanvas* _canvas;
+    QList<QAction*> _commands;
     unsigned long long _rootId = 0;
 };

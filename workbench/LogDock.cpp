@@ -1,5 +1,6 @@
 #include "LogDock.h"
 
+#include "TextColors.h"
 #include <OpenSG/OSGLog.h>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -32,15 +33,6 @@ public:
     }
 };
 
-/// The level that a line begins with; -1 for a line that goes on with the one before.
-int levelOf(const QString& line)
-{
-    const int end = line.indexOf(QLatin1Char(':'));
-    const QString word = line.left(end);
-    const int level = Orvane::Qt4::QorLogView::logLevelIndex(word);
-    return Orvane::Qt4::QorLogView::logLevelName(level) == word ? level : -1;
-}
-
 } // namespace
 
 LogDock::LogDock(QWidget* parent)
@@ -67,6 +59,15 @@ LogDock::LogDock(QWidget* parent)
     _pane->installEventFilter(this);
     _pane->viewport()->installEventFilter(this);
     connect(_findBar, &FindBar::wanted, this, &LogDock::find);
+    _colors = new LogColors(_pane->document());
+    _colors->setDark(isDark());
+}
+
+void LogDock::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange && _colors)
+        _colors->setDark(isDark());
+    QDockWidget::changeEvent(event);
 }
 
 bool LogDock::eventFilter(QObject* object, QEvent* event)
@@ -98,7 +99,7 @@ void LogDock::find(FindBar::Step step)
     const bool isAsked = !_findBar->text().isEmpty() || wantedLevel >= 0;
     for (QTextBlock block = _pane->document()->begin(); isAsked && block.isValid(); block = block.next()) {
         const QString text = block.text();
-        const int own = levelOf(text);
+        const int own = LogColors::levelOf(text);
         level = own >= 0 ? own : level;
         if (text.isEmpty() || (wantedLevel >= 0 && level != wantedLevel) || !_findBar->matches(text))
             continue;

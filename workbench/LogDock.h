@@ -3,6 +3,7 @@
 #include "FindBar.h"
 #include <QDockWidget>
 
+class LogColors;
 class QTextEdit;
 
 /// The panel of the process log, in which lines are found by text and level. What the log says goes to the
@@ -21,6 +22,8 @@ signals:
     void lineChosen(const QString& text);
 
 protected:
+    /// Another palette asks for other colours of lines.
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
@@ -28,4 +31,5 @@ private:
 
     QTextEdit* _pane;
     FindBar* _findBar;
+    LogColors* _colors = nullptr; ///< the document of the pane owns it
 };

@@ -45,7 +45,7 @@ NodeDock::NodeDock(Selection* selection, Steps* steps, QWidget* parent)
     setAcceptDrops(true);
     _editor->setItemDelegate(&_delegate);
     _editor->setDescriptionVisible(true);
-    _editor->treeView()->header()->setDefaultSectionSize(150);
+    _editor->treeView()->header()->setDefaultSectionSize(fontMetrics().averageCharWidth() * 21);
 
     connect(_selection, &Selection::changed, this,
             [this](const Orvane::NodePath& path) { showNode(path.node()); });

@@ -1,5 +1,6 @@
 #include "Picker.h"
 
+#include "Icons.h"
 #include "Selection.h"
 #include <QAction>
 #include <QChildEvent>
@@ -15,6 +16,7 @@ Picker::Picker(QorViewManager* manager, Selection* selection, QObject* parent)
     , _action(new QAction(tr("&Pick nodes"), this))
 {
     _action->setCheckable(true);
+    _action->setIcon(drawnIcon(Drawing::Pick));
     _action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_P));
     connect(_action, &QAction::toggled, this, &Picker::setPicking);
 

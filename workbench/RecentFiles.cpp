@@ -16,6 +16,7 @@ RecentFiles::RecentFiles(QWidget* parent)
 {
     // Another window may have opened files meanwhile.
     connect(_menu, &QMenu::aboutToShow, this, &RecentFiles::fillMenu);
+    _menu->setProperty("isListOfFiles", true);
     fillMenu();
 }
 

@@ -1,6 +1,7 @@
 #include "TableDock.h"
 
 #include "FieldCommands.h"
+#include "Icons.h"
 #include "Selection.h"
 #include "Steps.h"
 #include <Orvane/EventOutSlot.h>
@@ -91,6 +92,7 @@ TableDock::TableDock(Selection* selection, Steps* steps, QWidget* parent)
     setWidget(_painter);
     rest();
     _action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_L));
+    _action->setIcon(drawnIcon(Drawing::Table));
     _action->setEnabled(false);
     connect(_action, &QAction::triggered, this, &TableDock::openSelected);
     connect(_selection, &Selection::changed, this,

@@ -11,10 +11,12 @@
 #include <QEvent>
 #include <QGLWidget>
 #include <QHelpEvent>
+#include <QStyle>
 #include <QToolTip>
 #include <QorRenderView.h>
 #include <QorTools.h>
 #include <QorViewManager.h>
+#include <QorWindowToolbar.h>
 
 using namespace Orvane::Qt4;
 
@@ -90,6 +92,9 @@ void ViewAttendant::follow(QorRenderView* view)
     view->setToolbar(_buttonsAction->isChecked());
     if (auto* widget = view->findChild<QGLWidget*>())
         widget->installEventFilter(this);
+    // Its pictures are drawn for a light ground.
+    if (auto* strip = view->findChild<QorWindowToolbar*>())
+        strip->setPalette(QApplication::style()->standardPalette());
 }
 
 void ViewAttendant::showButtons(bool visible)

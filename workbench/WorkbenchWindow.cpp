@@ -4,6 +4,8 @@
 #include "DocumentFile.h"
 #include "FindActions.h"
 #include "GraphDock.h"
+#include "Icons.h"
+#include "KeysDialog.h"
 #include "LogDock.h"
 #include "LogGuide.h"
 #include "NodeDock.h"
@@ -69,6 +71,7 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     , _attendant(new ViewAttendant(_manager, this))
     , _status(new QLabel(this))
 {
+    useStyle();
     setCentralWidget(_manager);
     setAcceptDrops(true);
     makeDocks();
@@ -92,11 +95,13 @@ void WorkbenchWindow::makeDocks()
 {
     addDockWidget(Qt::RightDockWidgetArea, _sceneDock);
     addDockWidget(Qt::RightDockWidgetArea, _nodeDock);
-    resizeDocks({_sceneDock, _nodeDock}, {360, 360}, Qt::Horizontal);
+    const int width = fontMetrics().averageCharWidth() * 51;
+    resizeDocks({_sceneDock, _nodeDock}, {width, width}, Qt::Horizontal);
     addDockWidget(Qt::LeftDockWidgetArea, _codeDock);
+    resizeDocks({_codeDock}, {width}, Qt::Horizontal);
     _codeDock->hide();
     addDockWidget(Qt::BottomDockWidgetArea, _logDock);
-    resizeDocks({_logDock}, {150}, Qt::Vertical);
+    resizeDocks({_logDock}, {fontMetrics().lineSpacing() * 9}, Qt::Vertical);
     // It needs more room than is left beside the view.
     addDockWidget(Qt::LeftDockWidgetArea, _tableDock);
     _tableDock->setFloating(true);
@@ -123,6 +128,8 @@ void WorkbenchWindow::makeMenus()
     const auto* finding =
         new FindActions({_sceneDock->findBar(), _nodeDock->findBar(), _logDock->findBar()}, this);
     edit->addActions(finding->actions());
+    edit->addSeparator();
+    edit->addAction(_codeDock->applyAction());
     auto* guide = new LogGuide([this] { return sceneRoot(); }, _selection, _codeDock, this);
     connect(_logDock, &LogDock::lineChosen, guide, &LogGuide::follow);
     connect(guide, &LogGuide::told, this, &WorkbenchWindow::tell);
@@ -141,12 +148,23 @@ void WorkbenchWindow::makeMenus()
     makeToolBar({undo, redo});
     view->addSeparator();
     view->addAction(findChild<QToolBar*>()->toggleViewAction());
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(
+        tr("&Commands and keys..."), this, [this] { showKeys(*menuBar(), this); }, Qt::Key_F1);
 }
 
 QMenu* WorkbenchWindow::makeViewMenu()
 {
     QMenu* view = menuBar()->addMenu(tr("&View"));
-    view->addAction((new Picker(_manager, _selection, this))->action());
+    _pick = (new Picker(_manager, _selection, this))->action();
+    view->addAction(_pick);
+    view->addAction(
+        tr("&Go to the view"), this,
+        [this] {
+            if (auto* shown = _manager->findChild<QorRenderView*>())
+                shown->setFocus(Qt::ShortcutFocusReason);
+        },
+        Qt::CTRL | Qt::Key_0);
     view->addSeparator();
     view->addAction(_attendant->buttonsAction());
     int number = 0;
@@ -169,7 +187,7 @@ QMenu* WorkbenchWindow::makeViewMenu()
         });
         view->addAction(toggle);
     }
-    view->addAction(tr("All &routes"), _graphDock, &GraphDock::showAllRoutes);
+    _graphDock->addTo(view->addMenu(tr("&Routes")));
     view->addSeparator();
     _dark = view->addAction(tr("&Dark colours"), this, &WorkbenchWindow::setDark);
     _dark->setCheckable(true);
@@ -178,18 +196,20 @@ QMenu* WorkbenchWindow::makeViewMenu()
 
 void WorkbenchWindow::makeToolBar(const QList<QAction*>& edits)
 {
-    QToolBar* bar = addToolBar(tr("Tool bar"));
+    QToolBar* bar = addToolBar(tr("&Tool bar"));
     bar->setObjectName(QStringLiteral("ToolBar"));
     bar->setMovable(false);
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
     bar->setIconSize(QSize(size, size));
-    _document->openAction()->setIcon(style()->standardIcon(QStyle::SP_DialogOpenButton));
-    _document->saveAction()->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
-    edits.at(0)->setIcon(style()->standardIcon(QStyle::SP_ArrowBack));
-    edits.at(1)->setIcon(style()->standardIcon(QStyle::SP_ArrowForward));
+    _document->openAction()->setIcon(drawnIcon(Drawing::Open));
+    _document->saveAction()->setIcon(drawnIcon(Drawing::Save));
+    edits.at(0)->setIcon(drawnIcon(Drawing::Undo));
+    edits.at(1)->setIcon(drawnIcon(Drawing::Redo));
     bar->addActions({_document->openAction(), _document->saveAction()});
     bar->addSeparator();
     bar->addActions(edits);
+    bar->addSeparator();
+    bar->addActions({_pick, _tableDock->action()});
 }
 
 WorkbenchWindow::~WorkbenchWindow() = default;

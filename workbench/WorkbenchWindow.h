@@ -102,6 +102,7 @@ private:
     SceneEditing* _editing;
     ViewAttendant* _attendant;
     QLabel* _status;
+    QAction* _pick = nullptr;
     QAction* _dark = nullptr;
     QTimer _statusTimer;
     bool _keepsSettings = false;

@@ -266,10 +266,10 @@ void tst_CodeDock::selectedScriptIsOpened()
     QCOMPARE(widget()->codeNode(), node("First"));
     QCOMPARE(widget()->fieldNode(), node("First"));
     QCOMPARE(widget()->language(), QorCodeWidget::LANGUAGE_ECMA);
-    QCOMPARE(edit()->toPlainText(), QStringLiteral("javascript: first\n"));
+    QCOMPARE(edit()->toPlainText(), QStringLiteral("javascript: first"));
     select("Second");
     QCOMPARE(widget()->codeNode(), node("Second"));
-    QCOMPARE(edit()->toPlainText(), QStringLiteral("javascript: second\n"));
+    QCOMPARE(edit()->toPlainText(), QStringLiteral("javascript: second"));
 }
 
 void tst_CodeDock::otherNodesChangeNothing()
@@ -290,7 +290,7 @@ void tst_CodeDock::selectedShapeOpensItsShader()
 {
     select("Shaded");
     QCOMPARE(widget()->codeNode(), node("Vertex"));
-    QCOMPARE(edit()->toPlainText(), QStringLiteral("vertex code\n"));
+    QCOMPARE(edit()->toPlainText(), QStringLiteral("vertex code"));
     QCOMPARE(widget()->language(), QorCodeWidget::LANGUAGE_GLSL);
 }
 
@@ -307,10 +307,10 @@ void tst_CodeDock::unappliedTextWaits()
     select("First");
     edit()->insertPlainText(QStringLiteral("mine "));
     select("Second");
-    QCOMPARE(edit()->toPlainText(), QStringLiteral("javascript: second\n"));
+    QCOMPARE(edit()->toPlainText(), QStringLiteral("javascript: second"));
     select("Fragment");
     select("First");
-    QCOMPARE(edit()->toPlainText(), QStringLiteral("mine javascript: first\n"));
+    QCOMPARE(edit()->toPlainText(), QStringLiteral("mine javascript: first"));
     pressApply();
     QCOMPARE((*QorCodeWidget::urlField(node("First")))[0], std::string("mine javascript: first\n"));
 }
@@ -323,7 +323,7 @@ void tst_CodeDock::appliedTextIsReadAfresh()
     select("Second");
     QorCodeWidget::urlField(node("First"))->setElem(0, "other");
     select("First");
-    QCOMPARE(edit()->toPlainText(), QStringLiteral("other\n"));
+    QCOMPARE(edit()->toPlainText(), QStringLiteral("other"));
 }
 
 void tst_CodeDock::applyChangesTheField()
@@ -582,7 +582,7 @@ void tst_CodeDock::deadNodeEmptiesThePanel()
     QVERIFY(!widget()->findChild<QorNodeEditor*>()->node());
     widget()->grab();
     select("Second");
-    QCOMPARE(edit()->toPlainText(), QStringLiteral("javascript: second\n"));
+    QCOMPARE(edit()->toPlainText(), QStringLiteral("javascript: second"));
 }
 
 void tst_CodeDock::deadShaderEmptiesThePanelOfItsPart()

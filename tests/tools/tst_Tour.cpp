@@ -34,6 +34,7 @@
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QTemporaryDir>
+#include <QTextBlock>
 #include <QTextEdit>
 #include <QToolButton>
 #include <QorCodeWidget.h>
@@ -459,7 +460,11 @@ void tst_Tour::aMistakeInAScriptIsFoundByItsLogLine()
     // From the line of the log to that of the code.
     auto* const pane = the<LogDock>()->findChild<QTextEdit*>();
     QVERIFY(clickOn(code()->viewport()) && RealInput::keys(QStringLiteral("ctrl+End")));
-    QVERIFY(RealInput::doubleClick(pane->viewport()->mapToGlobal(QPoint(60, 8))));
+    QTextCursor line(pane->document()->lastBlock());
+    while (!line.block().text().contains(QStringLiteral("Hop")))
+        line.movePosition(QTextCursor::PreviousBlock);
+    QVERIFY(RealInput::doubleClick(
+        pane->viewport()->mapToGlobal(pane->cursorRect(line).center() + QPoint(60, 0))));
     QVERIFY(comesTrue(
         [this] { return code()->textCursor().selectedText() == QLatin1String("var high = 2 +;"); }));
     QVERIFY(code()->hasFocus());
@@ -486,17 +491,17 @@ void tst_Tour::aTableIsPainted()
     dock->move(_window->frameGeometry().right() - dock->frameGeometry().width() - 20, 300);
     QTest::qWait(200);
     auto* const curves = dock->findChild<QorImgCanvasView*>();
-    const auto paint = [&](const char* box, double height) {
+    const auto paint = [&](const char* box, double from, double to) {
         auto* const channel = dock->findChild<QCheckBox*>(QString::fromLatin1(box));
-        const int y = qRound(height * (curves->height() - 1));
+        const QPoint start(1, qRound(from * curves->height()));
+        const QPoint end(curves->width() - 1, qRound(to * curves->height()));
         return RealInput::click(channel->mapToGlobal(QPoint(8, channel->height() / 2))) &&
-               channel->isChecked() &&
-               RealInput::drag(curves->mapToGlobal(QPoint(3, y)), QPoint(curves->width() - 6, 0)) &&
+               channel->isChecked() && RealInput::drag(curves->mapToGlobal(start), end - start) &&
                RealInput::click(channel->mapToGlobal(QPoint(8, channel->height() / 2)));
     };
-    QVERIFY(paint("SetRed", 0.05));
-    QVERIFY(paint("SetGreen", 0.75));
-    QVERIFY(paint("SetBlue", 0.85));
+    QVERIFY(paint("SetRed", 0.2, 0.05));
+    QVERIFY(paint("SetGreen", 0.95, 0.4));
+    QVERIFY(paint("SetBlue", 0.9, 0.8));
     QVERIFY(comesTrue([this] { return isRed(colorAt(onBanner)); }));
     show("table");
     QVERIFY(RealInput::keys(QStringLiteral("ctrl+6")));

@@ -354,7 +354,7 @@ void tst_RouteGraphInScene::allRoutesAreShownInLayers()
     MouseOnGraph mouse(*dock.canvas());
     dock.canvas()->add(world.mover, QPoint(0, 0));
     for (QAction* action : dock.findChild<QToolBar*>()->actions()) {
-        if (action->text() == QStringLiteral("All routes"))
+        if (action->iconText() == QStringLiteral("All routes"))
             action->trigger();
     }
     const RouteCanvas& canvas = *dock.canvas();

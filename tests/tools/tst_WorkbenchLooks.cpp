@@ -1,0 +1,336 @@
+// How the workbench looks and is reached: keys for every command, colours that can be read on light and dark
+// grounds, sizes that follow the font.
+#include "CodeDock.h"
+#include "GraphDock.h"
+#include "Icons.h"
+#include "LogDock.h"
+#include "WorkbenchWindow.h"
+#include <OpenSG/OSGLog.h>
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QHash>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTemporaryDir>
+#include <QTextBlock>
+#include <QTextEdit>
+#include <QToolBar>
+#include <QTreeWidget>
+#include <QorCodeWidget.h>
+#include <QorWindowToolbar.h>
+#include <QtTest>
+#include <cmath>
+#include <functional>
+
+class tst_WorkbenchLooks : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void everyCommandHasAKeyOrALetterOfItsOwn();
+    void noTwoCommandsHaveTheSameKeys();
+    void theListOfKeysShowsEveryCommand();
+    void everyButtonOfTheToolBarIsInTheMenus();
+    void aKeyLeadsToThePanelBehindAnother();
+    void theKeyOfTheViewLeadsToIt();
+    void codeCanBeRead_data();
+    void codeCanBeRead();
+    void logCanBeRead_data();
+    void logCanBeRead();
+    void iconsAreDrawnInTheColourOfTheWriting();
+    void panelsAreAsWideAsTheirFontAsks();
+
+private:
+    void open();
+    QTextEdit* code() const
+    {
+        return _window->findChild<CodeDock*>()->codeWidget()->findChild<QTextEdit*>(QStringLiteral("code"));
+    }
+
+    std::unique_ptr<WorkbenchWindow> _window;
+    QTemporaryDir _folder;
+};
+
+static QString plain(const QAction* action)
+{
+    QString text = action->text();
+    return text.remove(QLatin1Char('&'));
+}
+
+/// Calls \a then for each command of the menus, with the menu that it stands in.
+static void forEachCommand(const QMenu* menu, const std::function<void(const QMenu*, QAction*)>& then)
+{
+    const auto actions = menu->actions();
+    for (QAction* action : actions) {
+        if (action->isSeparator())
+            continue;
+        then(menu, action);
+        if (action->menu() && !action->menu()->property("isListOfFiles").toBool())
+            forEachCommand(action->menu(), then);
+    }
+}
+
+static void forEachCommand(const QMenuBar* bar, const std::function<void(const QMenu*, QAction*)>& then)
+{
+    const auto actions = bar->actions();
+    for (const QAction* action : actions)
+        forEachCommand(action->menu(), then);
+}
+
+/// How well two colours can be told apart, from 1 to 21.
+static double contrast(const QColor& a, const QColor& b)
+{
+    const auto luminance = [](const QColor& color) {
+        const auto linear = [](double value) {
+            return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+               0.0722 * linear(color.blueF());
+    };
+    const double first = luminance(a) + 0.05;
+    const double second = luminance(b) + 0.05;
+    return std::max(first, second) / std::min(first, second);
+}
+
+/// The colours of the writing of a text, as they are painted.
+static QList<QColor> colorsOf(const QTextEdit* edit)
+{
+    QList<QColor> colors;
+    for (QTextBlock block = edit->document()->begin(); block.isValid(); block = block.next()) {
+        int covered = 0;
+        const auto formats = block.layout()->formats();
+        for (const QTextLayout::FormatRange& range : formats) {
+            colors << range.format.foreground().color();
+            covered += range.length;
+        }
+        if (covered < block.length() - 1) {
+            const QBrush own = block.begin().fragment().charFormat().foreground();
+            colors << (own.style() == Qt::NoBrush ? edit->palette().color(QPalette::Text) : own.color());
+        }
+    }
+    return colors;
+}
+
+void tst_WorkbenchLooks::initTestCase()
+{
+    QFile file(_folder.filePath(QStringLiteral("scene.x3d")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(
+        "<X3D version='4.0'><Scene><Script DEF='S'><field name='n' type='SFFloat' accessType='inputOutput' "
+        "value='1'/><![CDATA[ecmascript:\n// Words about it.\nfunction initialize() {\n"
+        "    if (n > 0)\n        print(Browser.getName());\n}\n/* more */\n]]></Script></Scene></X3D>");
+}
+
+void tst_WorkbenchLooks::init()
+{
+    _window = std::make_unique<WorkbenchWindow>(false);
+    _window->resize(1100, 760);
+    _window->show();
+    QVERIFY(QTest::qWaitForWindowActive(_window.get()));
+}
+
+void tst_WorkbenchLooks::cleanup()
+{
+    _window->setDark(false);
+    _window.reset();
+}
+
+void tst_WorkbenchLooks::open()
+{
+    QVERIFY(_window->open(_folder.filePath(QStringLiteral("scene.x3d"))));
+    QVERIFY(_window->showNode(QStringLiteral("S")));
+}
+
+void tst_WorkbenchLooks::everyCommandHasAKeyOrALetterOfItsOwn()
+{
+    QHash<const QMenu*, QStringList> letters;
+    forEachCommand(_window->menuBar(), [&](const QMenu* menu, QAction* action) {
+        static const QRegularExpression mark(QStringLiteral("&(\\w)"));
+        const QString letter = mark.match(action->text()).captured(1).toLower();
+        QVERIFY2(!letter.isEmpty() || !action->shortcut().isEmpty(), qPrintable(action->text()));
+        QVERIFY2(letter.isEmpty() || !letters[menu].contains(letter), qPrintable(action->text()));
+        letters[menu] << letter;
+    });
+    QVERIFY(letters.size() >= 5);
+}
+
+void tst_WorkbenchLooks::noTwoCommandsHaveTheSameKeys()
+{
+    QStringList keys;
+    forEachCommand(_window->menuBar(), [&](const QMenu*, QAction* action) {
+        const QString own = action->shortcut().toString();
+        QVERIFY2(own.isEmpty() || !keys.contains(own), qPrintable(action->text()));
+        keys << own;
+    });
+    QVERIFY(keys.contains(QStringLiteral("Ctrl+O")));
+}
+
+void tst_WorkbenchLooks::theListOfKeysShowsEveryCommand()
+{
+    QStringList wanted;
+    forEachCommand(_window->menuBar(), [&](const QMenu*, QAction* action) {
+        wanted << plain(action) + QLatin1Char('|') + action->shortcut().toString(QKeySequence::NativeText);
+    });
+    QStringList shown;
+    QTimer::singleShot(100, this, [&] {
+        auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        QVERIFY(dialog);
+        auto* const list = dialog->findChild<QTreeWidget*>();
+        for (QTreeWidgetItemIterator each(list); *each; ++each)
+            shown << (*each)->text(0) + QLatin1Char('|') + (*each)->text(1);
+        dialog->reject();
+    });
+    QTest::keyClick(_window.get(), Qt::Key_F1);
+    for (const QString& each : qAsConst(wanted))
+        QVERIFY2(shown.contains(each), qPrintable(each));
+}
+
+void tst_WorkbenchLooks::everyButtonOfTheToolBarIsInTheMenus()
+{
+    QList<QAction*> inMenus;
+    forEachCommand(_window->menuBar(), [&](const QMenu*, QAction* action) { inMenus << action; });
+    const auto bars = _window->findChildren<QToolBar*>();
+    QCOMPARE(bars.size(), 2);
+    int buttons = 0;
+    for (const QToolBar* bar : bars) {
+        const auto actions = bar->actions();
+        for (QAction* action : actions) {
+            if (action->isSeparator())
+                continue;
+            QVERIFY2(inMenus.contains(action), qPrintable(action->text()));
+            ++buttons;
+        }
+    }
+    QVERIFY(buttons >= 10);
+}
+
+void tst_WorkbenchLooks::aKeyLeadsToThePanelBehindAnother()
+{
+    auto* const log = _window->findChild<LogDock*>();
+    auto* const routes = _window->findChild<GraphDock*>();
+    const auto isSeen = [](const QWidget* panel) { return !panel->visibleRegion().isEmpty(); };
+    QTest::keyClick(_window.get(), Qt::Key_5, Qt::ControlModifier);
+    QTRY_VERIFY(isSeen(routes) && !isSeen(log));
+    QTest::keyClick(_window.get(), Qt::Key_4, Qt::ControlModifier);
+    QTRY_VERIFY(isSeen(log) && !isSeen(routes));
+    QVERIFY(log->isAncestorOf(QApplication::focusWidget()));
+    QTest::keyClick(_window.get(), Qt::Key_4, Qt::ControlModifier);
+    QTRY_VERIFY(log->isHidden());
+    QTest::keyClick(_window.get(), Qt::Key_4, Qt::ControlModifier);
+    QTRY_VERIFY(isSeen(log));
+}
+
+void tst_WorkbenchLooks::theKeyOfTheViewLeadsToIt()
+{
+    open();
+    code()->setFocus();
+    QTest::keyClick(code(), Qt::Key_0, Qt::ControlModifier);
+    QVERIFY(QApplication::focusWidget());
+    QVERIFY(_window->centralWidget()->isAncestorOf(QApplication::focusWidget()));
+}
+
+void tst_WorkbenchLooks::codeCanBeRead_data()
+{
+    QTest::addColumn<bool>("isDark");
+    QTest::newRow("light") << false;
+    QTest::newRow("dark") << true;
+}
+
+void tst_WorkbenchLooks::codeCanBeRead()
+{
+    QFETCH(bool, isDark);
+    open();
+    _window->setDark(!isDark);
+    _window->setDark(isDark);
+    QTRY_VERIFY(code()->toPlainText().contains(QStringLiteral("\n    if (n > 0)\n        print")));
+    const QColor ground = code()->palette().color(QPalette::Base);
+    QCOMPARE(ground.lightness() < 100, isDark);
+    const QList<QColor> colors = colorsOf(code());
+    QVERIFY(colors.size() > 5);
+    for (const QColor& color : colors)
+        QVERIFY2(contrast(color, ground) >= 4.5, qPrintable(color.name()));
+}
+
+void tst_WorkbenchLooks::logCanBeRead_data()
+{
+    codeCanBeRead_data();
+}
+
+void tst_WorkbenchLooks::logCanBeRead()
+{
+    QFETCH(bool, isDark);
+    // Lines that are there already, and later ones.
+    _window->setDark(!isDark);
+    auto* const pane = _window->findChild<LogDock*>()->findChild<QTextEdit*>();
+    const auto sayAll = [](const char* text) {
+        const osg::LogLock lock;
+        osg::osgLog().setLogLevel(osg::LOG_DEBUG, true);
+        for (const osg::LogLevel level :
+             {osg::LOG_LOG, osg::LOG_FATAL, osg::LOG_WARNING, osg::LOG_NOTICE, osg::LOG_INFO, osg::LOG_DEBUG})
+        {
+            osg::osgLog().doHeader(level, "Test", __FILE__, __LINE__);
+            osg::osgLog().doLog("%s %d\n", text, static_cast<int>(level));
+        }
+        osg::osgLog().setLogLevel(osg::LOG_WARNING, true);
+    };
+    sayAll("before");
+    QTRY_VERIFY(pane->toPlainText().contains(QStringLiteral("before 5")));
+    _window->setDark(isDark);
+    sayAll("after");
+    QTRY_VERIFY(pane->toPlainText().contains(QStringLiteral("after 5")));
+    const QColor ground = pane->palette().color(QPalette::Base);
+    QCOMPARE(ground.lightness() < 100, isDark);
+    const QList<QColor> colors = colorsOf(pane);
+    QVERIFY(colors.size() >= 12);
+    // The library's own colours for lines on white have 4 for pure red, the least of them.
+    for (const QColor& color : colors)
+        QVERIFY2(contrast(color, ground) >= 3.9, qPrintable(color.name()));
+}
+
+void tst_WorkbenchLooks::iconsAreDrawnInTheColourOfTheWriting()
+{
+    const auto darkest = [] {
+        const QImage image = drawnIcon(Drawing::Save).pixmap(32, 32).toImage();
+        int least = 255;
+        int most = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixelColor(x, y).alpha() < 200)
+                    continue;
+                least = std::min(least, image.pixelColor(x, y).lightness());
+                most = std::max(most, image.pixelColor(x, y).lightness());
+            }
+        }
+        return std::make_pair(least, most);
+    };
+    QVERIFY(darkest().second < 100);
+    _window->setDark(true);
+    QVERIFY(darkest().first > 150);
+    // The strip in a view has pictures of its own, for a light ground.
+    open();
+    const auto strips = _window->findChildren<Orvane::Qt4::QorWindowToolbar*>();
+    QVERIFY(!strips.isEmpty());
+    QVERIFY(strips.first()->palette().color(QPalette::Button).lightness() > 180);
+}
+
+void tst_WorkbenchLooks::panelsAreAsWideAsTheirFontAsks()
+{
+    const int width = _window->findChild<QDockWidget*>(QStringLiteral("NodeDock"))->width();
+    cleanup();
+    const QFont before = QApplication::font();
+    QFont large = before;
+    large.setPointSizeF(before.pointSizeF() * 1.5);
+    QApplication::setFont(large);
+    init();
+    const int wider = _window->findChild<QDockWidget*>(QStringLiteral("NodeDock"))->width();
+    QApplication::setFont(before);
+    QVERIFY2(wider > width * 5 / 4, qPrintable(QStringLiteral("%1 %2").arg(width).arg(wider)));
+}
+
+QTEST_MAIN(tst_WorkbenchLooks)
+#include "tst_WorkbenchLooks.moc"
