@@ -312,7 +312,7 @@ void tst_CodeDock::unappliedTextWaits()
     select("First");
     QCOMPARE(edit()->toPlainText(), QStringLiteral("mine javascript: first"));
     pressApply();
-    QCOMPARE((*QorCodeWidget::urlField(node("First")))[0], std::string("mine javascript: first\n"));
+    QCOMPARE((*QorCodeWidget::urlField(node("First")))[0], std::string("mine javascript: first"));
 }
 
 void tst_CodeDock::appliedTextIsReadAfresh()
