@@ -5,6 +5,7 @@
 #include "WorkbenchWindow.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <QTimer>
 #include <cstdio>
 
@@ -14,6 +15,15 @@ int complain(const QString& text, int status)
 {
     std::fprintf(stderr, "orvane-workbench: %s\n", text.toLocal8Bit().constData());
     return status;
+}
+
+/// The size of a window that nobody has sized yet: as large as its font asks, as far as the screen goes.
+QSize firstSize(const QWidget& window, const QSize& usual)
+{
+    constexpr double usualDpi = 96.0;
+    constexpr double share = 0.9;
+    const QSize wanted = usual * (window.logicalDpiX() / usualDpi);
+    return wanted.boundedTo(window.screen()->availableSize() * share);
 }
 
 } // namespace
@@ -51,7 +61,7 @@ int main(int argc, char** argv)
         return takeScreenshot(window, grabber, commandLine, error) ? 0 : complain(error, 1);
     }
     if (!window.useSettings() || commandLine.isSizeGiven)
-        window.resize(commandLine.size);
+        window.resize(commandLine.isSizeGiven ? commandLine.size : firstSize(window, commandLine.size));
     window.show();
     // The views find a window that is on the screen.
     QTimer::singleShot(0, &window, [&] {
