@@ -1,6 +1,7 @@
 #include <OpenSG/OSGImageFileHandler.h>
 
 #include "OSGBMPImageFileType.h"
+#include "OSGDDSImageFileType.h"
 #include "OSGGIFImageFileType.h"
 #include "OSGImageBytes.h"
 #include "OSGImageFormat.h"
@@ -61,6 +62,7 @@ ImageFileHandler::ImageFileHandler()
     _types.push_back(std::make_unique<SGIImageFileType>());
     _types.push_back(std::make_unique<TGAImageFileType>());
     _types.push_back(std::make_unique<BMPImageFileType>());
+    _types.push_back(std::make_unique<DDSImageFileType>());
 }
 
 ImageFileHandler::~ImageFileHandler() = default;
