@@ -85,6 +85,7 @@ private slots:
     void resizeReachesTheOpenSGWindow();
     void windowThatEndsLetsGoOfItsPointer();
     void inputIsHandledInTheNextFrame();
+    void timeStandsWithinAFrame();
 };
 
 void tst_Engine::engineWithoutWindowMakesOne()
@@ -472,6 +473,40 @@ void tst_Engine::inputIsHandledInTheNextFrame()
     host.context->runFrame();
     QVERIFY(hasArrived());
     QCOMPARE(host.events.windows.size(), std::size_t(1));
+}
+
+void tst_Engine::timeStandsWithinAFrame()
+{
+    /// Reads the time of a window whenever a frame draws it.
+    class Reader : public Observer
+    {
+    public:
+        Reader()
+            : Observer("reader")
+        {
+        }
+        void notify(const double&, BaseObject* window, BaseObject*, BaseObject*) override
+        {
+            times.push_back(dynamic_cast<WindowProc*>(window)->contextTimeStamp());
+        }
+
+        std::vector<double> times;
+    };
+    Host host;
+    host.activate();
+    WindowProc& window = *host.events.windows.front();
+    QVERIFY(window.contextTimeStamp() >= 0.0);
+    osg::WindowPtr pointer = osg::PassiveWindow::create();
+    window.setWinPtr(pointer, true);
+    Reader reader;
+    WindowProc::_beginFrameWidget.attach(reader);
+    WindowProc::_endFrameWidget.attach(reader);
+    host.context->holdTime(window.contextTimeStamp() + 50.0);
+    host.context->runFrame();
+    QCOMPARE(reader.times.size(), std::size_t(2));
+    QCOMPARE(reader.times[0], host.context->timeStamp());
+    QCOMPARE(reader.times[1], reader.times[0]);
+    QCOMPARE(window.contextTimeStamp(), reader.times[0]);
 }
 
 QTEST_GUILESS_MAIN(tst_Engine)
