@@ -43,7 +43,12 @@ bool CommandLine::parse(const QStringList& arguments, QString& error)
     const QCommandLineOption shownNode(QStringLiteral("node"),
                                        QStringLiteral("Shows the node called NAME in the panel of nodes."),
                                        QStringLiteral("NAME"));
-    parser.addOptions({help, shot, frameCount, pictureSize, sceneTime, view, shownNode});
+    const QCommandLineOption darkColours(QStringLiteral("dark"),
+                                         QStringLiteral("Shows light writing on a dark ground."));
+    const QCommandLineOption allRoutes(QStringLiteral("routes"),
+                                       QStringLiteral("Shows the routes of the scene in their panel."));
+    parser.addOptions(
+        {help, shot, frameCount, pictureSize, sceneTime, view, shownNode, darkColours, allRoutes});
     parser.addPositionalArgument(QStringLiteral("SCENE"), QStringLiteral("The scene to open."),
                                  QStringLiteral("[SCENE]"));
 
@@ -61,6 +66,8 @@ bool CommandLine::parse(const QStringList& arguments, QString& error)
     screenshot = parser.value(shot);
     viewOnly = parser.isSet(view);
     node = parser.value(shownNode);
+    dark = parser.isSet(darkColours);
+    routes = parser.isSet(allRoutes);
 
     bool ok = true;
     if (parser.isSet(shot) && screenshot.isEmpty()) {

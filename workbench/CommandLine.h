@@ -15,6 +15,8 @@ struct CommandLine
     bool isSizeGiven = false;
     double time = -1.0;    ///< scene time in seconds; negative for the running clock
     bool viewOnly = false; ///< the screenshot shows the render view alone
+    bool dark = false;     ///< light writing on a dark ground
+    bool routes = false;   ///< the panel of routes shows all of the scene
 
     bool helpWanted = false;
     QString helpText;

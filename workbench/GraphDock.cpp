@@ -35,7 +35,7 @@ GraphDock::GraphDock(Selection* selection, Steps* steps, QWidget* parent)
     layout->setSpacing(0);
     layout->addWidget(bar);
     layout->addWidget(_canvas, 1);
-    _canvas->setMinimumHeight(120);
+    _canvas->setMinimumHeight(fontMetrics().lineSpacing() * 10);
     setWidget(content);
 
     connect(_canvas, &QorGraphView::nodeSelected, _selection, &Selection::selectNode);

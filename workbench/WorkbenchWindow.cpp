@@ -89,6 +89,8 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     connect(&_statusTimer, &QTimer::timeout, this, &WorkbenchWindow::updateStatus);
     _statusTimer.start(500);
     updateStatus();
+    tell(tr("Open a scene by %1, or drop a file on the window.")
+             .arg(_document->openAction()->shortcut().toString(QKeySequence::NativeText)));
 }
 
 void WorkbenchWindow::makeDocks()
@@ -256,6 +258,11 @@ void WorkbenchWindow::setDark(bool dark)
 {
     _dark->setChecked(dark);
     usePalette(dark);
+}
+
+void WorkbenchWindow::showRoutes()
+{
+    _graphDock->showAllRoutes();
 }
 
 void WorkbenchWindow::closeEvent(QCloseEvent* event)

@@ -70,6 +70,8 @@ public:
 public slots:
     /// Light writing on a dark ground, or the colours of the system.
     void setDark(bool dark);
+    /// Shows all routes of the scene in their panel.
+    void showRoutes();
     /// Shows what the last frames cost, and the tree of the scene that the manager has now.
     void updateStatus();
 

@@ -48,6 +48,12 @@ int main(int argc, char** argv)
     WorkbenchWindow window(interactive);
     if (commandLine.time >= 0.0)
         window.holdTime(commandLine.time);
+    const auto showWhatIsAsked = [&] {
+        if (commandLine.dark)
+            window.setDark(true);
+        if (commandLine.routes)
+            window.showRoutes();
+    };
     const auto openScene = [&] {
         if (!commandLine.scene.isEmpty() && !window.open(commandLine.scene))
             return complain(window.loadError(), 1);
@@ -58,6 +64,7 @@ int main(int argc, char** argv)
     if (!interactive) {
         if (openScene() != 0)
             return 1;
+        showWhatIsAsked();
         return takeScreenshot(window, grabber, commandLine, error) ? 0 : complain(error, 1);
     }
     if (!window.useSettings() || commandLine.isSizeGiven)
@@ -69,6 +76,7 @@ int main(int argc, char** argv)
             complain(window.loadError(), 1);
         else if (!commandLine.node.isEmpty() && !window.showNode(commandLine.node))
             complain(QStringLiteral("the scene has no node called \"%1\"").arg(commandLine.node), 1);
+        showWhatIsAsked();
     });
     return QApplication::exec();
 }

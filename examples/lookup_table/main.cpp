@@ -18,7 +18,8 @@ int main(int argc, char** argv)
     QSplitter window;
     auto* manager = new QorViewManager(&window, host.triggerMode());
     auto* painter = new QorImgCanvasImpl(&window);
-    window.setSizes({450, 450});
+    window.setStretchFactor(0, 1);
+    window.setSizes({500, 400});
 
     Orvane::Node* scene = host.load(*manager);
     if (!scene)

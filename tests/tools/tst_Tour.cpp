@@ -123,12 +123,13 @@ private:
     void whenDialogOpens(const std::function<void(QFileDialog&)>& then);
     static bool choose(QMenu& menu, const QString& part);
 
-    /// Leaves a picture of the window when pictures are wanted.
-    void show(const char* name) const;
+    /// Leaves a picture of a window when pictures are wanted.
+    void show(const char* name) const { show(name, *_window); }
+    static void show(const char* name, const QWidget& widget);
     QString file(const char* name) const { return _folder.filePath(QString::fromLatin1(name)); }
 
     std::unique_ptr<WorkbenchWindow> _window;
-    QTemporaryDir _folder;
+    QTemporaryDir _folder{QDir::tempPath() + QStringLiteral("/toys-XXXXXX")};
     bool _isDone = false; ///< what was to be done in a menu or dialog
 };
 
@@ -293,13 +294,13 @@ bool tst_Tour::choose(QMenu& menu, const QString& part)
     return false;
 }
 
-void tst_Tour::show(const char* name) const
+void tst_Tour::show(const char* name, const QWidget& widget)
 {
     const QString folder = qEnvironmentVariable("ORVANE_TOUR_PICTURES");
     if (folder.isEmpty())
         return;
     QTest::qWait(700);
-    const QRect rect = _window->frameGeometry();
+    const QRect rect = widget.frameGeometry();
     const QPixmap picture =
         QGuiApplication::primaryScreen()->grabWindow(0, rect.x(), rect.y(), rect.width(), rect.height());
     QVERIFY(picture.save(QStringLiteral("%1/tour-%2.png").arg(folder, QString::fromLatin1(name))));
@@ -517,6 +518,7 @@ void tst_Tour::theSceneIsSaved()
                   clickOn(dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))) &&
                   RealInput::keys(QStringLiteral("ctrl+a")) && RealInput::type(file("mine.x3d"));
         show("save");
+        show("options", dialog);
         _isDone = _isDone && RealInput::keys(QStringLiteral("Return"));
     });
     QVERIFY(RealInput::keys(QStringLiteral("ctrl+shift+s")));

@@ -35,6 +35,7 @@ private slots:
     void everyCommandHasAKeyOrALetterOfItsOwn();
     void noTwoCommandsHaveTheSameKeys();
     void theListOfKeysShowsEveryCommand();
+    void theDocumentHasEveryCommand();
     void everyButtonOfTheToolBarIsInTheMenus();
     void aKeyLeadsToThePanelBehindAnother();
     void theKeyOfTheViewLeadsToIt();
@@ -188,6 +189,24 @@ void tst_WorkbenchLooks::theListOfKeysShowsEveryCommand()
     QTest::keyClick(_window.get(), Qt::Key_F1);
     for (const QString& each : qAsConst(wanted))
         QVERIFY2(shown.contains(each), qPrintable(each));
+}
+
+void tst_WorkbenchLooks::theDocumentHasEveryCommand()
+{
+    QFile document(qEnvironmentVariable("ORVANE_SOURCE_DIR") + QStringLiteral("/docs/workbench.md"));
+    QVERIFY(document.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(document.readAll()).split(QLatin1Char('\n'));
+    forEachCommand(_window->menuBar(), [&](const QMenu* menu, QAction* action) {
+        if (action->menu() && !action->menu()->property("isListOfFiles").toBool())
+            return;
+        const bool isBelow = menu->menuAction() && menu->title() == QLatin1String("&Routes");
+        const QString start = QStringLiteral("| %1%2 | %3")
+                                  .arg(isBelow ? QStringLiteral("Routes: ") : QString(), plain(action),
+                                       action->shortcut().toString());
+        QVERIFY2(std::any_of(lines.begin(), lines.end(),
+                             [&](const QString& line) { return line.startsWith(start); }),
+                 qPrintable(start));
+    });
 }
 
 void tst_WorkbenchLooks::everyButtonOfTheToolBarIsInTheMenus()

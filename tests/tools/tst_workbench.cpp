@@ -12,6 +12,7 @@ class tst_workbench : public QObject
 private slots:
     void screenshotShowsTheScene();
     void viewOnlyShowsTheViewAlone();
+    void darkColoursAndRoutesAreShown();
     void heldTimeGivesTheSamePictureTwice();
     void laterTimeGivesAnotherPicture();
     void nodePanelShowsTheNodeOfThatName();
@@ -86,6 +87,32 @@ void tst_workbench::viewOnlyShowsTheViewAlone()
     // The scene's background reaches into the corners.
     QCOMPARE(QColor(image.pixel(2, 2)), QColor(51, 56, 66));
     QCOMPARE(QColor(image.pixel(317, 2)), QColor(51, 56, 66));
+}
+
+void tst_workbench::darkColoursAndRoutesAreShown()
+{
+    const QStringList usual{QStringLiteral("--time"), QStringLiteral("1"),
+                            exampleScene(QStringLiteral("gears.x3d"))};
+    // Half-way between the menu and the corner of the window there is nothing but its ground.
+    const auto ground = [](const QImage& image) {
+        return QColor(image.pixel(image.width() / 2, 8)).lightness();
+    };
+    // Lines of routes are green, which nothing else in the lower part is.
+    const auto greens = [](const QImage& image) {
+        int count = 0;
+        for (int y = image.height() * 2 / 3; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor color(image.pixel(x, y));
+                count += color.green() > 120 && color.red() < 60 && color.blue() < 60 ? 1 : 0;
+            }
+        }
+        return count;
+    };
+    const QImage plain = shoot(usual);
+    QVERIFY(ground(plain) > 200);
+    QCOMPARE(greens(plain), 0);
+    QVERIFY(ground(shoot(QStringList{QStringLiteral("--dark")} + usual)) < 80);
+    QVERIFY(greens(shoot(QStringList{QStringLiteral("--routes")} + usual)) > 50);
 }
 
 void tst_workbench::heldTimeGivesTheSamePictureTwice()
