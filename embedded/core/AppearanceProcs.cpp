@@ -310,6 +310,7 @@ void AppearanceProc::describeShading(Surface& surface, MaterialProc& material,
         if (alone.textures.size() != 1 || surface.shading->textures.size() == osg::StateChunk::MaxSlots)
             continue;
         findCoordinates(alone, 0, texture.mapping, transform, channels);
+        surface.unseenBy |= alone.unseenBy;
         surface.shading->textures.push_back({texture.role, std::move(alone.textures[0])});
     }
 }

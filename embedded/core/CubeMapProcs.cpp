@@ -1,11 +1,19 @@
 #include "core/AppearanceProcs.h"
 #include "core/CubeImage.h"
+#include "core/ImageSource.h"
 #include "core/Part.h"
+#include "core/TextureProcs.h"
+#include <Orvane/MFString.h>
+#include <Orvane/SFBool.h>
 #include <array>
+#include <string>
 
 namespace Orvane {
 
 namespace {
+
+const Part loadPart("load");
+const Part urlPart("url");
 
 /// In the order of the sides of a cube in OpenGL.
 const Part sideParts[] = {Part("rightTexture"),  Part("leftTexture"), Part("topTexture"),
@@ -75,43 +83,55 @@ private:
     bool _isMade = false;
 };
 
-/// Behaviour of a texture that is kept in the scene but not drawn.
-class KeptTextureProc : public TextureProc
+/// Behaviour of an `ImageCubeMapTexture`: six images in one file.
+class ImageCubeMapProc : public PictureTextureProc
 {
 public:
-    KeptTextureProc(Node& node, const char* reason)
-        : TextureProc(node)
-        , _reason(reason)
+    using PictureTextureProc::PictureTextureProc;
+
+    void fieldChanged(Field& field, double time) override
     {
+        if (urlPart.is(field) || loadPart.is(field)) {
+            _isRead = false;
+            _isLoaded = false;
+        }
+        PictureTextureProc::fieldChanged(field, time);
     }
 
-    void describe(Surface& /*surface*/) override { complain(nullptr, _reason); }
+    void describe(Surface& surface) override
+    {
+        if (!_isRead) {
+            _isRead = true;
+            readImage();
+        }
+        const osg::ImagePtr image = _source.image();
+        if (!image || image->getSideCount() != 6)
+            return;
+        put(image, surface);
+    }
 
 private:
-    const char* _reason;
-};
-
-class GeneratedCubeMapProc : public KeptTextureProc
-{
-public:
-    explicit GeneratedCubeMapProc(Node& node)
-        : KeptTextureProc(node, "expected images, found the view from the shape, which is not drawn")
+    void readImage()
     {
+        if (!loadPart.read<SFBool>(node()).value()) {
+            _source.clear();
+            return;
+        }
+        const auto& urls = urlPart.read<MFString>(node());
+        _source.read(urls);
+        std::string fault = _source.fault(urls, _isLoaded);
+        if (_source.image() && _source.image()->getSideCount() != 6)
+            fault = "expected an image of the six sides of a cube, found a flat one, which is not drawn";
+        if (!fault.empty())
+            complain("url", fault);
     }
-};
 
-class ImageCubeMapProc : public KeptTextureProc
-{
-public:
-    explicit ImageCubeMapProc(Node& node)
-        : KeptTextureProc(node, "expected six images in a ComposedCubeMapTexture, found one file of all "
-                                "sides, which is not drawn")
-    {
-    }
+    ImageSource _source;
+    bool _isRead = false;
+    bool _isLoaded = true; ///< the addresses are those of the scene's file
 };
 
 const ProcRegistration composedCubeMap("ComposedCubeMapTexture", makeProc<ComposedCubeMapProc>);
-const ProcRegistration generatedCubeMap("GeneratedCubeMapTexture", makeProc<GeneratedCubeMapProc>);
 const ProcRegistration imageCubeMap("ImageCubeMapTexture", makeProc<ImageCubeMapProc>);
 
 } // namespace

@@ -154,6 +154,12 @@ void SceneState::followView(const DrawnView& view)
     }
 }
 
+void SceneState::removeInnerPicture(InnerPicture& picture)
+{
+    _innerPictures.erase(std::remove(_innerPictures.begin(), _innerPictures.end(), &picture),
+                         _innerPictures.end());
+}
+
 void SceneState::removeKeyDevice(KeyDeviceProc& device)
 {
     _keyDevices.erase(std::remove(_keyDevices.begin(), _keyDevices.end(), &device), _keyDevices.end());

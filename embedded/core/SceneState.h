@@ -13,6 +13,7 @@
 namespace Orvane {
 
 class GroupProc;
+class InnerPicture;
 class KeyDeviceProc;
 class Node;
 class Proc;
@@ -61,6 +62,11 @@ public:
     /// Suits to a view, before its picture is drawn, what depends on it.
     void followView(const DrawnView& view);
 
+    /// What is drawn before each picture of the scene.
+    const std::vector<InnerPicture*>& innerPictures() const { return _innerPictures; }
+    void addInnerPicture(InnerPicture& picture) { _innerPictures.push_back(&picture); }
+    void removeInnerPicture(InnerPicture& picture);
+
     void addKeyDevice(KeyDeviceProc& device) { _keyDevices.push_back(&device); }
     void removeKeyDevice(KeyDeviceProc& device);
     /// Hands a key to all sensors of the keyboard that are switched on. True when one of them keeps it to the
@@ -101,6 +107,7 @@ private:
     std::vector<std::pair<const Proc*, osg::Matrix>> _viewVolumes;
     std::vector<KeyDeviceProc*> _keyDevices;
     std::vector<ViewFollower*> _viewFollowers;
+    std::vector<InnerPicture*> _innerPictures;
 };
 
 } // namespace Orvane

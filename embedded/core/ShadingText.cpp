@@ -115,11 +115,11 @@ std::string sourceOf(const Texture& texture)
     switch (texture.coordinates) {
     case SurfaceTexture::CAMERA_SPHERE:
     case SurfaceTexture::CAMERA_NORMAL:
-        return "vec4(normal, 1.0)";
+        return texture.isCube ? "vec4(osg_TurnToWorld * normal, 1.0)" : "vec4(normal, 1.0)";
     case SurfaceTexture::CAMERA_POSITION:
         return "place";
     case SurfaceTexture::CAMERA_REFLECTION:
-        return "vec4(thrown, 1.0)";
+        return texture.isCube ? "vec4(osg_TurnToWorld * thrown, 1.0)" : "vec4(thrown, 1.0)";
     case SurfaceTexture::REFLECTION_SPHERE:
         return "vec4(thrown.xy / max(2.0 * length(thrown + vec3(0.0, 0.0, 1.0)), 1e-6) + 0.5, 0.0, 1.0)";
     case SurfaceTexture::LOCAL_POSITION:
@@ -132,6 +132,7 @@ std::string sourceOf(const Texture& texture)
 std::string vertexText(const ShadingPlan& plan)
 {
     std::string result = varyings;
+    result += "uniform mat3 osg_TurnToWorld;\n";
     for (std::size_t i = 0; i < plan.textures.size(); ++i) {
         result += "varying vec4 " + coords(i) + ";\n";
         if (plan.textures[i].hasTransform)

@@ -2,6 +2,7 @@
 #include "core/AppearanceProcs.h"
 #include "core/GeometryProc.h"
 #include "core/Part.h"
+#include "core/RayTarget.h"
 #include <OpenSG/OSGGroup.h>
 #include <Orvane/MFNode.h>
 #include <Orvane/SFBool.h>
@@ -72,6 +73,8 @@ void ShapeProc::update()
     const Node& shown = geometry->node();
     if (surface.program && attribPart.isIn(shown) && attribPart.read<MFNode>(shown).size() > 0)
         complain("geometry", "the values of \"attrib\" do not reach shaders");
+    if (surface.unseenBy != 0 && _tree->getTravMask() != 0)
+        _tree->setTravMask(AllTargets & ~surface.unseenBy);
     show(surface, hasOverlay ? &overlay : nullptr, core);
 }
 

@@ -78,6 +78,9 @@ struct ORVANE_API Surface : SurfaceColors
     /// Draws in place of the fixed steps where programs can be used.
     std::optional<SurfaceShading> shading;
 
+    /// Targets of those who leave the shape out; not part of how it looks.
+    std::uint32_t unseenBy = 0;
+
     osg::RefPtr<osg::StateChunkPtr> program; ///< draws in place of the fixed steps; null when there is none
 
     bool operator==(const Surface& other) const;

@@ -136,9 +136,11 @@ void addTexture(osg::ChunkMaterial& material, SurfaceCore& core, const SurfaceTe
     const auto unit = static_cast<osg::Int32>(core.textures.size());
     core.textures.push_back(surfaceTexture(texture));
     material.addChunk(core.textures.back()->get(), unit);
-    if (const std::optional<osg::Matrix> matrix = texture.matrix()) {
+    const std::optional<osg::Matrix> matrix = texture.matrix();
+    if (matrix || texture.turnsWithCamera()) {
         const osg::TextureTransformChunkPtr chunk = osg::TextureTransformChunk::create();
-        chunk->setMatrix(*matrix);
+        chunk->setMatrix(matrix.value_or(osg::Matrix()));
+        chunk->setFromCamera(texture.turnsWithCamera());
         material.addChunk(chunk, unit);
     }
     if (const osg::TexGenChunkPtr chunk = genChunk(texture.coordinates))

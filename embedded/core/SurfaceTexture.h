@@ -46,6 +46,14 @@ struct ORVANE_API SurfaceTexture
     /// The matrix that the coordinates go through, if any.
     std::optional<osg::Matrix> matrix() const;
 
+    /// True for what surrounds the world and is found by directions that the camera sees: these are those of
+    /// the world then.
+    bool turnsWithCamera() const
+    {
+        return (coordinates == CAMERA_NORMAL || coordinates == CAMERA_REFLECTION) &&
+               image->getSideCount() == 6;
+    }
+
     /// True when \a other differs in nothing but its coordinates and their transform.
     bool hasStateOf(const SurfaceTexture& other) const;
     bool operator==(const SurfaceTexture& other) const;

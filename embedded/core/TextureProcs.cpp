@@ -81,8 +81,9 @@ void PictureTextureProc::put(const osg::ImagePtr& image, Surface& surface)
     SurfaceTexture texture;
     texture.image = image;
     const auto wrap = [this](const Part& part) {
-        return part.read<SFBool>(node()).value() ? osg::TextureChunk::REPEAT
-                                                 : osg::TextureChunk::CLAMP_TO_EDGE;
+        // Cubes have no such fields: they have edges, not ends.
+        return part.isIn(node()) && part.read<SFBool>(node()).value() ? osg::TextureChunk::REPEAT
+                                                                      : osg::TextureChunk::CLAMP_TO_EDGE;
     };
     texture.wrap[0] = wrap(repeatSPart);
     texture.wrap[1] = wrap(repeatTPart);

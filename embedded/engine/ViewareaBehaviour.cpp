@@ -3,6 +3,7 @@
 #include "ViewareaInput.h"
 #include "base/Graph.h"
 #include "base/ValueFields.h"
+#include "core/InnerPicture.h"
 #include "core/SceneProc.h"
 #include "core/ViewFollower.h"
 #include "core/ViewpointProc.h"
@@ -270,6 +271,16 @@ void ViewareaBehaviour::prepare()
     osg::Matrix toClip;
     _port->getCamera()->getWorldToScreen(toClip, *_port);
     shown->state().setViewVolume(*this, &toClip);
+}
+
+void ViewareaBehaviour::drawInnerPictures(osg::RenderAction& action) const
+{
+    SceneProc* const shown = scene();
+    if (!shown || !shown->root() || _viewport == osg::NullFC)
+        return;
+    for (InnerPicture* const picture : shown->state().innerPictures())
+        picture->draw(
+            {_window, action, _root.get(), shown->root(), _port->getBackground(), context().timeStamp()});
 }
 
 osg::Vec2f ViewareaBehaviour::pixels() const

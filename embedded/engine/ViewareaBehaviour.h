@@ -16,6 +16,10 @@
 #include <utility>
 #include <vector>
 
+namespace osg {
+class RenderAction;
+}
+
 namespace Orvane {
 
 struct SceneView;
@@ -43,6 +47,9 @@ public:
     /// Brings viewport, camera, background and lights in step with fields and scene. Called before each
     /// picture.
     void prepare();
+
+    /// Draws what the scene shows of itself in mirrors and the like. Called after `prepare`.
+    void drawInnerPictures(osg::RenderAction& action) const;
 
     bool isEnabled() const;
     /// True when the node runs and its viewport stands in a window.

@@ -253,6 +253,9 @@ void WindowBehaviour::draw(unsigned long pictureVersion, FrameStatistics& statis
         attachViewareas();
         for (ViewareaBehaviour* viewarea : viewareas())
             viewarea->prepare();
+        // The first view of the scene is that of its mirrors, too.
+        if (const auto areas = shownViewareas(); !areas.empty())
+            areas.front()->drawInnerPictures(*_action);
         _action->resetStatistics();
         _winPtr->render(_action.get());
         statistics.triangles += _action->getStatistics().triangles;

@@ -22,6 +22,8 @@ public:
     /// From world to the camera's system, and from there to clip space.
     const Matrix& getViewing() const { return _viewing; }
     const Matrix& getProjection() const { return _projection; }
+    /// How the camera is turned in the world, without its place.
+    Matrix getTurnToWorld() const;
 
     /// Begins the picture of a viewport with its matrices; the null pointer ends it.
     void setViewport(Viewport* viewport);

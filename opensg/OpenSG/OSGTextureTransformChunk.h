@@ -21,6 +21,11 @@ public:
     const Matrix& getMatrix() const { return _matrix; }
     void setMatrix(const Matrix& matrix) { _matrix = matrix; }
 
+    /// Whether coordinates in the system of the camera are turned into that of the world first, so that a
+    /// cube map stands still when the camera turns. Default: no.
+    bool getFromCamera() const { return _fromCamera; }
+    void setFromCamera(bool fromCamera) { _fromCamera = fromCamera; }
+
     ChunkClass getChunkClass() const override { return TEXTURE_TRANSFORM; }
     UInt32 getSlotCount() const override { return MaxSlots; }
     void activate(RenderActionBase& action, UInt32 slot) override;
@@ -32,6 +37,7 @@ protected:
 
 private:
     Matrix _matrix;
+    bool _fromCamera = false;
 };
 
 } // namespace osg

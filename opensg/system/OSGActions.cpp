@@ -27,4 +27,14 @@ void RenderActionBase::setViewport(Viewport* viewport)
     camera.getViewing(_viewing, width, height);
 }
 
+Matrix RenderActionBase::getTurnToWorld() const
+{
+    Matrix result;
+    for (UInt32 column = 0; column < 3; ++column) {
+        for (UInt32 row = 0; row < 3; ++row)
+            result[column][row] = _viewing[row][column];
+    }
+    return result;
+}
+
 } // namespace osg

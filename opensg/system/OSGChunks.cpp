@@ -28,11 +28,14 @@ void StateChunk::changeFrom(RenderActionBase& action, StateChunk& old, UInt32 sl
     activate(action, slot);
 }
 
-void TextureTransformChunk::activate(RenderActionBase&, UInt32 slot)
+void TextureTransformChunk::activate(RenderActionBase& action, UInt32 slot)
 {
+    Matrix matrix = _matrix;
+    if (_fromCamera)
+        matrix.mult(action.getTurnToWorld());
     glActiveTexture(GL_TEXTURE0 + slot);
     glMatrixMode(GL_TEXTURE);
-    glLoadMatrixf(_matrix.getValues());
+    glLoadMatrixf(matrix.getValues());
     glMatrixMode(GL_MODELVIEW);
 }
 

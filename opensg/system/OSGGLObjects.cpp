@@ -114,7 +114,8 @@ void GLObjects::readLimits()
     _limits.programs = epoxy_gl_version() >= 20;
     if (_limits.programs)
         glGetIntegerv(GL_MAX_TEXTURE_IMAGE_UNITS, &_limits.imageUnits);
-    _limits.generateMipmap = epoxy_gl_version() >= 30 || epoxy_has_gl_extension("GL_ARB_framebuffer_object");
+    _limits.framebuffers = epoxy_gl_version() >= 30 || epoxy_has_gl_extension("GL_ARB_framebuffer_object");
+    _limits.generateMipmap = _limits.framebuffers;
 }
 
 } // namespace osg

@@ -25,6 +25,7 @@ struct GLLimits
     Int32 textureUnits = 1;
     Real32 anisotropy = 1;
     bool generateMipmap = false;
+    bool framebuffers = false;
     bool combineModulateAdd = false;
     bool programs = false; ///< and the images that these reach
     Int32 imageUnits = 1;

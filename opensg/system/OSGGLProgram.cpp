@@ -145,6 +145,7 @@ void GLProgram::findVariables()
     _surroundingPlaces.lightCount = glGetUniformLocation(_name, "osg_LightCount");
     _surroundingPlaces.lightShape = glGetUniformLocation(_name, "osg_LightShape");
     _surroundingPlaces.fogKind = glGetUniformLocation(_name, "osg_FogKind");
+    _surroundingPlaces.turnToWorld = glGetUniformLocation(_name, "osg_TurnToWorld");
     for (GLint i = 0; i < count; ++i) {
         GLsizei length = 0;
         GLint size = 0;
@@ -186,6 +187,7 @@ void GLProgram::sendSurroundings(const Surroundings& surroundings)
     glUniform1i(_surroundingPlaces.lightCount, surroundings.lightCount);
     glUniform4fv(_surroundingPlaces.lightShape, Surroundings::MostLights, surroundings.lights);
     glUniform1i(_surroundingPlaces.fogKind, surroundings.fogKind);
+    glUniformMatrix3fv(_surroundingPlaces.turnToWorld, 1, GL_FALSE, surroundings.turnToWorld);
 }
 
 void GLProgram::sendValues(const SHLChunk& chunk)

@@ -30,6 +30,7 @@ private:
         Int32 lightCount = -1;
         Int32 lightShape = -1;
         Int32 fogKind = -1;
+        Int32 turnToWorld = -1;
     };
 
     struct Variable

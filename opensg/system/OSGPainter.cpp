@@ -87,6 +87,9 @@ void Painter::begin()
     _action->_vertexColors = false;
     _action->_nearLights = false;
     _surroundings = Surroundings();
+    const Matrix turn = _action->getTurnToWorld();
+    for (UInt32 i = 0; i < 9; ++i)
+        _surroundings.turnToWorld[i] = turn[i / 3][i % 3];
     _surroundings.renew();
     _action->_surroundings = &_surroundings;
     _action->setFrontFace(GL_CCW);

@@ -5,8 +5,8 @@
 namespace osg {
 
 /// What acts on the shapes that are being drawn, for programs, beside what they find in their built-in
-/// variables. A program that declares the uniforms `osg_LightCount`, `osg_LightShape[8]` and `osg_FogKind`
-/// gets it.
+/// variables. A program that declares the uniforms `osg_LightCount`, `osg_LightShape[8]`, `osg_FogKind` or
+/// `osg_TurnToWorld` gets it.
 struct Surroundings
 {
     static constexpr UInt32 MostLights = 8;
@@ -19,6 +19,9 @@ struct Surroundings
     Real32 lights[4 * MostLights] = {};
     /// 0 for none, 1 for a linear fog, 2 for an exponential one.
     Int32 fogKind = 0;
+
+    /// From the camera's system to that of the world, without the place, as 3 columns.
+    Real32 turnToWorld[9] = {};
 
     /// Gives the state a stamp of its own.
     void renew();

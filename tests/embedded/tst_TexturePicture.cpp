@@ -39,7 +39,6 @@ private slots:
     void cubeShowsWhatANormalLeadsTo();
     void cubeFollowsItsSides();
     void sidesStandAsOpenGLWantsThem();
-    void cubesThatAreNotDrawnAreReported();
     void propertiesReachTheTexture();
     void badPropertiesAreHarmless();
     void movieShowsItsFirstPicture();
@@ -412,16 +411,6 @@ void tst_TexturePicture::sidesStandAsOpenGLWantsThem()
         QCOMPARE(value(0, i), 4 - i);
         QCOMPARE(value(1, i), 0);
         QCOMPARE(value(2, i), i + 1);
-    }
-}
-
-void tst_TexturePicture::cubesThatAreNotDrawnAreReported()
-{
-    for (const char* type : {"GeneratedCubeMapTexture", "ImageCubeMapTexture"}) {
-        CoreScene scene(square("material DEF M Material { } texture " + std::string(type) + " { }").c_str());
-        scene.set("M", "diffuseColor", "1 0 0");
-        QCOMPARE(scene.messageCount(), std::size_t(1));
-        QVERIFY(!textureOf(scene));
     }
 }
 
