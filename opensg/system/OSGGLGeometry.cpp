@@ -23,6 +23,16 @@ void setClientState(GLenum array, bool on)
         glDisableClientState(array);
 }
 
+/// Whether each vertex stands at its own place and none twice.
+bool isSequence(const std::vector<UInt32>& indices)
+{
+    for (std::size_t i = 0; i < indices.size(); ++i) {
+        if (indices[i] != i)
+            return false;
+    }
+    return true;
+}
+
 void sendIndices(const std::vector<UInt32>& indices, bool asShort)
 {
     if (!asShort) {
@@ -66,6 +76,7 @@ void VertexArrays::enable(const VertexLayout* layout, const TexCoordSets& wanted
 void GLGeometry::build(const Geometry& geometry, Real32 alpha)
 {
     const Mesh mesh(geometry, alpha);
+    _isSequence = false;
     _layout = mesh.layout;
     _bakedAlpha = geometry.getColors() && !geometry.getColors()->hasAlpha();
     _alpha = alpha;
@@ -81,7 +92,9 @@ void GLGeometry::build(const Geometry& geometry, Real32 alpha)
                  GL_STATIC_DRAW);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, _buffers[1]);
     if (_points.count == 0 && _lines.count == 0) {
-        sendIndices(mesh.triangles, _shortIndices);
+        // Faces that share no vertex need no list; drivers take them faster without.
+        _isSequence = isSequence(mesh.triangles);
+        sendIndices(_isSequence ? std::vector<UInt32>() : mesh.triangles, _shortIndices);
         return;
     }
     std::vector<UInt32> indices = mesh.points;
@@ -124,9 +137,12 @@ void GLGeometry::draw(RenderStatistics& statistics) const
         if (range.count == 0)
             return;
         const UInt32 size = _shortIndices ? sizeof(UInt16) : sizeof(UInt32);
-        glDrawElements(mode, static_cast<GLsizei>(range.count),
-                       _shortIndices ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT,
-                       reinterpret_cast<const void*>(std::uintptr_t(range.first) * size));
+        if (_isSequence)
+            glDrawArrays(mode, 0, static_cast<GLsizei>(range.count));
+        else
+            glDrawElements(mode, static_cast<GLsizei>(range.count),
+                           _shortIndices ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT,
+                           reinterpret_cast<const void*>(std::uintptr_t(range.first) * size));
         ++statistics.drawCalls;
     };
     drawRange(GL_TRIANGLES, _triangles);

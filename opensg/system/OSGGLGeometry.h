@@ -86,6 +86,7 @@ private:
     UInt32 _buffers[2] = {}; ///< vertices, indices
     VertexLayout _layout;
     bool _shortIndices = false;
+    bool _isSequence = false; ///< triangles without indices
     bool _bakedAlpha = false;
     Real32 _alpha = 1;
     Range _points;
