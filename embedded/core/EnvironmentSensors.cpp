@@ -1,4 +1,5 @@
 #include "base/ValueFields.h"
+#include "core/GeoSystem.h"
 #include "core/GroupProc.h"
 #include "core/Places.h"
 #include "core/SceneState.h"
@@ -19,6 +20,8 @@ const Part centerOfRotationChangedPart("centerOfRotation_changed");
 const Part enabledPart("enabled");
 const Part enterTimePart("enterTime");
 const Part exitTimePart("exitTime");
+const Part geoCenterPart("geoCenter");
+const Part geoCoordPart("geoCoord_changed");
 const Part isActivePart("isActive");
 const Part orientationPart("orientation_changed");
 const Part positionPart("position_changed");
@@ -57,7 +60,8 @@ public:
 
     void fieldChanged(Field& field, double) override
     {
-        if (enabledPart.is(field) || centerPart.is(field) || sizePart.is(field) || targetObjectPart.is(field))
+        if (enabledPart.is(field) || centerPart.is(field) || geoCenterPart.is(field) || sizePart.is(field) ||
+            targetObjectPart.is(field))
             _seenVersion = 0;
     }
 
@@ -91,6 +95,7 @@ protected:
     virtual bool isInside(const osg::Matrix& toWorld) = 0;
     /// Sends what the last `isInside` noted; \a entered is true for the first time.
     virtual void send(bool /*entered*/, double /*time*/) {}
+    virtual osg::Vec3f readCenter() const { return centerPart.read<SFVec3f>(node()).value(); }
     /// The smallest size that makes a box.
     virtual bool isBox(const osg::Vec3f& size) const
     {
@@ -125,7 +130,7 @@ private:
 
     bool readBox()
     {
-        _center = centerPart.read<SFVec3f>(node()).value();
+        _center = readCenter();
         _size = sizePart.read<SFVec3f>(node()).value();
         return isUsable(_center) && isUsable(_size) && isBox(_size);
     }
@@ -179,6 +184,9 @@ protected:
             report<SFVec3f>(centerOfRotationChangedPart, *center, entered, time);
     }
 
+    /// Where the viewer is, in the system of the sensor.
+    osg::Vec3f place() const { return translationOf(_local); }
+
 private:
     std::optional<osg::Vec3f> centerOfRotation() const
     {
@@ -196,6 +204,28 @@ private:
 
     osg::Matrix _toLocal; ///< from the world
     osg::Matrix _local;   ///< from the viewer
+};
+
+/// Senses the viewer in a box about a geographic place.
+class GeoProximitySensorProc : public ProximitySensorProc
+{
+public:
+    using ProximitySensorProc::ProximitySensorProc;
+
+protected:
+    osg::Vec3f readCenter() const override
+    {
+        // The field has had two names.
+        const osg::Vec3d& named = geoCenterPart.read<SFVec3d>(node()).value();
+        const osg::Vec3d& center = named == osg::Vec3d() ? centerPart.read<SFVec3d>(node()).value() : named;
+        return osg::Vec3f(GeoSystem::of(node()).toScene(center));
+    }
+
+    void send(bool entered, double time) override
+    {
+        ProximitySensorProc::send(entered, time);
+        report<SFVec3d>(geoCoordPart, GeoSystem::of(node()).fromScene(osg::Vec3d(place())), entered, time);
+    }
 };
 
 /// Senses whether a box may be seen.
@@ -254,6 +284,7 @@ private:
     osg::Matrix _local; ///< from the target
 };
 
+const ProcRegistration geoProximitySensor("GeoProximitySensor", makeProc<GeoProximitySensorProc>);
 const ProcRegistration proximitySensor("ProximitySensor", makeProc<ProximitySensorProc>);
 const ProcRegistration visibilitySensor("VisibilitySensor", makeProc<VisibilitySensorProc>);
 const ProcRegistration transformSensor("TransformSensor", makeProc<TransformSensorProc>);

@@ -1,5 +1,6 @@
 #include "core/GeoSystem.h"
 #include "base/ValueFields.h"
+#include "core/ElementProc.h"
 #include "core/Part.h"
 #include <Orvane/MFString.h>
 #include <Orvane/SFBool.h>
@@ -12,6 +13,7 @@ namespace Orvane {
 namespace {
 
 const Part geoCoordsPart("geoCoords");
+const Part geoOriginPart("geoOrigin");
 const Part geoSystemPart("geoSystem");
 const Part rotateYUpPart("rotateYUp");
 
@@ -80,6 +82,11 @@ GeoSystem::GeoSystem(const Node& node, const Node* origin)
         system.axesAt(_origin, _originAxes);
 }
 
+GeoSystem GeoSystem::of(const Node& node)
+{
+    return GeoSystem(node, resolved(geoOriginPart.readNode(node)));
+}
+
 GeoSystem::Geodetic GeoSystem::fromUtm(const osg::Vec3d& coordinates) const
 {
     constexpr double Scale = 0.9996;
@@ -116,6 +123,40 @@ GeoSystem::Geodetic GeoSystem::fromUtm(const osg::Vec3d& coordinates) const
     return {latitude, (_zone * 6.0 - 183.0) * RadiansPerDegree + fromMiddle, coordinates[2]};
 }
 
+osg::Vec3d GeoSystem::toUtm(const Geodetic& place) const
+{
+    constexpr double Scale = 0.9996;
+    const double e2 = _flattening * (2.0 - _flattening);
+    const double e4 = e2 * e2;
+    const double e6 = e4 * e2;
+    const double ep2 = e2 / (1.0 - e2);
+    const double sine = std::sin(place.latitude);
+    const double cosine = std::cos(place.latitude);
+    const double n = _radius / std::sqrt(1.0 - e2 * sine * sine);
+    const double t = std::pow(std::tan(place.latitude), 2);
+    const double c = ep2 * cosine * cosine;
+    const double fromMiddle =
+        std::remainder(place.longitude - (_zone * 6.0 - 183.0) * RadiansPerDegree, 360.0 * RadiansPerDegree);
+    const double a = fromMiddle * cosine;
+    const double meridian =
+        _radius * ((1.0 - e2 / 4.0 - 3.0 * e4 / 64.0 - 5.0 * e6 / 256.0) * place.latitude -
+                   (3.0 * e2 / 8.0 + 3.0 * e4 / 32.0 + 45.0 * e6 / 1024.0) * std::sin(2.0 * place.latitude) +
+                   (15.0 * e4 / 256.0 + 45.0 * e6 / 1024.0) * std::sin(4.0 * place.latitude) -
+                   35.0 * e6 / 3072.0 * std::sin(6.0 * place.latitude));
+    const double easting = Scale * n *
+                               (a + (1.0 - t + c) * std::pow(a, 3) / 6.0 +
+                                (5.0 - 18.0 * t + t * t + 72.0 * c - 58.0 * ep2) * std::pow(a, 5) / 120.0) +
+                           500000.0;
+    const double northing =
+        Scale *
+            (meridian + n * std::tan(place.latitude) *
+                            (a * a / 2.0 + (5.0 - t + 9.0 * c + 4.0 * c * c) * std::pow(a, 4) / 24.0 +
+                             (61.0 - 58.0 * t + t * t + 600.0 * c - 330.0 * ep2) * std::pow(a, 6) / 720.0)) +
+        (_south ? 1e7 : 0.0);
+    return _swapped ? osg::Vec3d(easting, northing, place.height)
+                    : osg::Vec3d(northing, easting, place.height);
+}
+
 osg::Vec3d GeoSystem::geocentricOf(const Geodetic& place) const
 {
     const double e2 = _flattening * (2.0 - _flattening);
@@ -145,7 +186,23 @@ osg::Vec3d GeoSystem::toScene(const osg::Vec3d& coordinates) const
                       fromOrigin.dot(_originAxes[2]));
 }
 
-void GeoSystem::axesAt(const osg::Vec3d& geocentric, osg::Vec3d (&axes)[3]) const
+osg::Vec3d GeoSystem::fromScene(const osg::Vec3d& place) const
+{
+    const osg::Vec3d v = usable(place);
+    const osg::Vec3d geocentric =
+        _origin + _originAxes[0] * v[0] + _originAxes[1] * v[1] + _originAxes[2] * v[2];
+    if (_kind == GEOCENTRIC)
+        return geocentric;
+    const Geodetic geodetic = geodeticOf(geocentric);
+    if (_kind == UTM)
+        return usable(toUtm(geodetic));
+    const double latitude = geodetic.latitude / RadiansPerDegree;
+    const double longitude = geodetic.longitude / RadiansPerDegree;
+    return _swapped ? osg::Vec3d(longitude, latitude, geodetic.height)
+                    : osg::Vec3d(latitude, longitude, geodetic.height);
+}
+
+GeoSystem::Geodetic GeoSystem::geodeticOf(const osg::Vec3d& geocentric) const
 {
     const double e2 = _flattening * (2.0 - _flattening);
     const double longitude = std::atan2(geocentric[1], geocentric[0]);
@@ -157,6 +214,17 @@ void GeoSystem::axesAt(const osg::Vec3d& geocentric, osg::Vec3d (&axes)[3]) cons
         const double n = _radius / std::sqrt(1.0 - e2 * sine * sine);
         latitude = std::atan2(geocentric[2] + e2 * n * sine, fromAxis);
     }
+    const double sine = std::sin(latitude);
+    const double n = _radius / std::sqrt(1.0 - e2 * sine * sine);
+    const double height = fromAxis * std::cos(latitude) + geocentric[2] * sine - n * (1.0 - e2 * sine * sine);
+    return {latitude, longitude, height};
+}
+
+void GeoSystem::axesAt(const osg::Vec3d& geocentric, osg::Vec3d (&axes)[3]) const
+{
+    const Geodetic place = geodeticOf(geocentric);
+    const double latitude = place.latitude;
+    const double longitude = place.longitude;
     const double sine = std::sin(latitude);
     const double cosine = std::cos(latitude);
     axes[0] = osg::Vec3d(-std::sin(longitude), std::cos(longitude), 0.0);

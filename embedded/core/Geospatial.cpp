@@ -1,10 +1,12 @@
 #include "base/ValueFields.h"
 #include "core/GeoSystem.h"
+#include "core/InterpolatorProc.h"
 #include "core/TransformProc.h"
 #include "core/UsableValues.h"
 #include "core/VectorListProc.h"
 #include "core/ViewpointProc.h"
 #include <Orvane/MFVec3d.h>
+#include <algorithm>
 
 namespace Orvane {
 
@@ -22,11 +24,6 @@ const Part scaleOrientationPart("scaleOrientation");
 const Part scalePart("scale");
 const Part translationPart("translation");
 
-GeoSystem systemOf(const Node& node)
-{
-    return GeoSystem(node, resolved(geoOriginPart.readNode(node)));
-}
-
 /// A group that stands at a geographic place. Its matrix is made anew in each update, as its origin may have
 /// changed.
 class GeoGroupProc : public GroupProc
@@ -41,7 +38,7 @@ public:
     {
         _origin.set(*this, elementOf(geoOriginPart.readNode(node())));
         auto& transform = static_cast<osg::Transform&>(*tree()->getCore());
-        const osg::Matrix wanted = matrix(systemOf(node()));
+        const osg::Matrix wanted = matrix(GeoSystem::of(node()));
         if (!(static_cast<const osg::Transform&>(transform).getMatrix() == wanted))
             transform.setMatrix(wanted);
         GroupProc::update();
@@ -106,7 +103,7 @@ public:
     void update() override
     {
         _origin.set(*this, elementOf(geoOriginPart.readNode(node())));
-        const GeoSystem system = systemOf(node());
+        const GeoSystem system = GeoSystem::of(node());
         const std::vector<osg::Vec3d>& places = pointPart.read<MFVec3d>(node()).values();
         std::vector<osg::Vec3f> points;
         points.reserve(places.size());
@@ -139,14 +136,14 @@ public:
         const osg::Vec3d& place = centerOfRotationPart.read<SFVec3d>(node()).value();
         if (place == osg::Vec3d())
             return false;
-        center = osg::Vec3f(systemOf(node()).toScene(place));
+        center = osg::Vec3f(GeoSystem::of(node()).toScene(place));
         return true;
     }
 
 protected:
     osg::Matrix place() const override
     {
-        osg::Matrix result = systemOf(node()).frameAt(positionPart.read<SFVec3d>(node()).value());
+        osg::Matrix result = GeoSystem::of(node()).frameAt(positionPart.read<SFVec3d>(node()).value());
         osg::Matrix turn;
         turn.setRotate(toQuaternion(orientationPart.read<SFRotation>(node()).value()));
         result.mult(turn);
@@ -157,7 +154,34 @@ private:
     Use _origin;
 };
 
+/// Blends between geographic places, by their coordinates.
+class GeoPositionInterpolatorProc : public InterpolatorBase
+{
+public:
+    using InterpolatorBase::InterpolatorBase;
+
+protected:
+    void send(const std::vector<float>& keys, float fraction, double time) override
+    {
+        static const Part keyValuePart("keyValue");
+        static const Part geoValuePart("geovalue_changed");
+        static const Part valuePart("value_changed");
+        const std::vector<osg::Vec3d>& values = keyValuePart.read<MFVec3d>(node()).values();
+        const std::size_t count = std::min(keys.size(), values.size());
+        if (count == 0)
+            return;
+        const KeyPlace at = place(keys, count, fraction);
+        osg::Vec3d value = values[at.first];
+        if (at.t > 0.0F)
+            value += (values[at.first + 1] - value) * static_cast<double>(at.t);
+        geoValuePart.edit<SFVec3d>(node()).setValue(time, value, Field::EVENT_CT);
+        valuePart.edit<SFVec3f>(node()).setValue(time, osg::Vec3f(GeoSystem::of(node()).toScene(value)),
+                                                 Field::EVENT_CT);
+    }
+};
+
 const ProcRegistration coordinate("GeoCoordinate", makeProc<GeoCoordinateProc>);
+const ProcRegistration interpolator("GeoPositionInterpolator", makeProc<GeoPositionInterpolatorProc>);
 const ProcRegistration location("GeoLocation", makeProc<GeoLocationProc>);
 const ProcRegistration origin("GeoOrigin", makeProc<DescriptionProc>);
 const ProcRegistration transform("GeoTransform", makeProc<GeoTransformProc>);

@@ -1,15 +1,20 @@
 #include "base/ValueFields.h"
 #include "core/ComposedMeshProc.h"
+#include "core/HAnimMotionProc.h"
 #include "core/TransformProc.h"
 #include "core/UsableValues.h"
 #include "core/VectorListProc.h"
+#include <Orvane/Context.h>
+#include <Orvane/MFBool.h>
 #include <Orvane/MFFloat.h>
 #include <Orvane/MFInt32.h>
 #include <Orvane/MFNode.h>
 #include <Orvane/MFVec3f.h>
 #include <Orvane/SFFloat.h>
+#include <Orvane/SFString.h>
 #include <algorithm>
 #include <string>
+#include <unordered_map>
 
 namespace Orvane {
 
@@ -19,6 +24,11 @@ const Part coordIndexPart("coordIndex");
 const Part coordPart("coord");
 const Part displacementsPart("displacements");
 const Part displacersPart("displacers");
+const Part jointsPart("joints");
+const Part motionsEnabledPart("motionsEnabled");
+const Part motionsPart("motions");
+const Part namePart("name");
+const Part rotationPart("rotation");
 const Part skeletonPart("skeleton");
 const Part skinBindingCoordsPart("skinBindingCoords");
 const Part skinBindingNormalsPart("skinBindingNormals");
@@ -27,6 +37,7 @@ const Part skinCoordPart("skinCoord");
 const Part skinCoordWeightPart("skinCoordWeight");
 const Part skinNormalPart("skinNormal");
 const Part skinPart("skin");
+const Part translationPart("translation");
 const Part vectorPart("vector");
 const Part viewpointsPart("viewpoints");
 const Part weightPart("weight");
@@ -200,6 +211,7 @@ public:
     {
         TransformProc::update();
         bendSkin();
+        syncMotions();
     }
 
 protected:
@@ -213,11 +225,82 @@ protected:
 
     void elementChanged(ElementProc& element) override
     {
-        if (!_isBending)
+        if (const auto* const motion = dynamic_cast<HAnimMotionProc*>(&element))
+            move(*motion);
+        else if (!_isBending)
             TransformProc::elementChanged(element);
     }
 
 private:
+    /// Looks for motions that have come or gone, and takes the poses of new ones.
+    void syncMotions()
+    {
+        const auto& nodes = motionsPart.read<MFNode>(node());
+        _motions.resize(nodes.size());
+        std::size_t i = 0;
+        for (NodeLink& link : nodes) {
+            auto* const motion = elementOf<HAnimMotionProc>(link.node());
+            Use& use = _motions[i++];
+            if (use.element() == motion)
+                continue;
+            use.set(*this, motion);
+            if (motion)
+                move(*motion);
+        }
+    }
+
+    /// True when the humanoid takes the poses of a motion.
+    bool follows(const HAnimMotionProc& motion) const
+    {
+        const auto& enabled = motionsEnabledPart.read<MFBool>(node());
+        for (std::size_t i = 0; i < _motions.size(); ++i) {
+            if (_motions[i].element() == &motion && (i >= enabled.size() || enabled[static_cast<int>(i)]))
+                return true;
+        }
+        return false;
+    }
+
+    /// Gives the joints the poses of a motion.
+    void move(const HAnimMotionProc& motion)
+    {
+        if (!follows(motion))
+            return;
+        const std::unordered_map<std::string, Node*> joints = namedJoints();
+        const double time = context().timeStamp();
+        for (const HAnimMotionProc::Pose& pose : motion.poses()) {
+            const auto joint = joints.find(pose.joint);
+            if (joint == joints.end())
+                continue;
+            if (pose.place[0] || pose.place[1] || pose.place[2]) {
+                auto& field = translationPart.edit<SFVec3f>(*joint->second);
+                osg::Vec3f place = field.value();
+                for (osg::UInt32 axis = 0; axis < 3; ++axis)
+                    place[axis] = pose.place[axis].value_or(place[axis]);
+                field.setValue(time, place, Field::EVENT_CT);
+            }
+            if (pose.turn) {
+                osg::Vec3f axis;
+                float angle = 0.0F;
+                pose.turn->getValueAsAxisRad(axis, angle);
+                rotationPart.edit<SFRotation>(*joint->second)
+                    .setValue(time, Rotation(axis[0], axis[1], axis[2], angle), Field::EVENT_CT);
+            }
+        }
+    }
+
+    /// The joints by their names, those of the list before those of the skeleton.
+    std::unordered_map<std::string, Node*> namedJoints() const
+    {
+        std::unordered_map<std::string, Node*> joints;
+        for (NodeLink& link : jointsPart.read<MFNode>(node())) {
+            if (auto* const joint = elementOf<JointProc>(link.node()))
+                joints.emplace(namePart.read<SFString>(joint->node()).value(), &joint->node());
+        }
+        for (const Pose& pose : poses())
+            joints.emplace(namePart.read<SFString>(pose.joint->node()).value(), &pose.joint->node());
+        return joints;
+    }
+
     struct Pose
     {
         JointProc* joint;
@@ -326,6 +409,7 @@ private:
 
     Use _coord;
     Use _normal;
+    std::vector<Use> _motions;
     bool _isBending = false;
 };
 

@@ -1,4 +1,5 @@
 #include "base/ValueFields.h"
+#include "core/GeoSystem.h"
 #include "core/Part.h"
 #include "core/PointingSensorProc.h"
 
@@ -6,6 +7,7 @@ namespace Orvane {
 
 namespace {
 
+const Part hitGeoCoordPart("hitGeoCoord_changed");
 const Part hitNormalPart("hitNormal_changed");
 const Part hitPointPart("hitPoint_changed");
 const Part hitTexCoordPart("hitTexCoord_changed");
@@ -41,6 +43,22 @@ protected:
     }
 };
 
+/// Tells of geographic places too.
+class GeoTouchSensorProc : public TouchSensorProc
+{
+public:
+    using TouchSensorProc::TouchSensorProc;
+
+    void hover(const PointerSpot& spot, double time) override
+    {
+        TouchSensorProc::hover(spot, time);
+        const osg::Vec3d place(spot.point[0], spot.point[1], spot.point[2]);
+        hitGeoCoordPart.edit<SFVec3d>(node()).setValue(time, GeoSystem::of(node()).fromScene(place),
+                                                       Field::EVENT_CT);
+    }
+};
+
+const ProcRegistration geoTouchSensor("GeoTouchSensor", makeProc<GeoTouchSensorProc>);
 const ProcRegistration touchSensor("TouchSensor", makeProc<TouchSensorProc>);
 
 } // namespace

@@ -113,6 +113,8 @@ private:
             std::string value;
             while (isList ? _words.at(_next) != "]" : isValue(_words.at(_next), value.empty()))
                 value += (value.empty() ? "" : " ") + word();
+            if (field->dataType() == Orvane::SFSTRING_DT && value.size() > 1 && value[0] == '"')
+                value = value.substr(1, value.size() - 2); // its text form has no quotes
             std::string error;
             if (!field->parseValue(value, error))
                 qFatal("%s %s: %s", name.c_str(), value.c_str(), error.c_str());
