@@ -19,6 +19,8 @@ public:
     void update() override;
 
     bool isBound() const;
+    /// The layer in which the node takes part; null when it stands in none that runs.
+    SceneLayer* layer() const { return _scene ? _scene->layer() : nullptr; }
     /// Does what the event `set_bind` does.
     void bind(bool value, double time);
 

@@ -38,8 +38,10 @@ GroupProc::GroupProc(Node& node, const osg::NodeCorePtr& core)
 
 GroupProc::~GroupProc()
 {
-    if (_lighting && _lighting->scene)
-        _lighting->scene->setGlobalLights(*this, {});
+    if (!_lighting)
+        return;
+    for (const std::shared_ptr<SceneState>& layer : _lighting->layers)
+        layer->setGlobalLights(*this, {});
 }
 
 void GroupProc::fieldChanged(Field& field, double time)
@@ -229,13 +231,13 @@ void GroupProc::syncLights()
         (unseen.scoped->isGlobal() ? global : own).push_back(unseen.core);
     }
     hangBelow(own);
-    if (global.empty() && !(_lighting && _lighting->scene))
+    if (global.empty() && !(_lighting && !_lighting->layers.empty()))
         return;
-    std::shared_ptr<SceneState>& scene = lighting().scene;
-    if (!scene)
-        scene = SceneState::of(node());
-    if (scene)
-        scene->setGlobalLights(*this, std::move(global));
+    std::vector<std::shared_ptr<SceneState>>& layers = lighting().layers;
+    if (layers.empty())
+        layers = SceneState::allOf(node());
+    for (const std::shared_ptr<SceneState>& layer : layers)
+        layer->setGlobalLights(*this, global);
 }
 
 const osg::NodePtr& GroupProc::content() const

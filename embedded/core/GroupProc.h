@@ -89,7 +89,8 @@ private:
     struct Lighting
     {
         osg::RefPtr<osg::NodePtr> content; ///< below the lights; null when all of them are global
-        std::shared_ptr<SceneState> scene; ///< what the global ones light up; null when there were none
+        /// What the global ones light up: the layers where the group stands. Empty when there were none.
+        std::vector<std::shared_ptr<SceneState>> layers;
     };
 
     /// Parent of what the children show: the tree's root, or below lights.

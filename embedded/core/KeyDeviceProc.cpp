@@ -39,7 +39,7 @@ KeyDeviceProc::~KeyDeviceProc()
 
 void KeyDeviceProc::start(double)
 {
-    _scene = SceneState::of(node());
+    _scene = SceneState::ofScene(node());
     if (_scene)
         _scene->addKeyDevice(*this);
 }

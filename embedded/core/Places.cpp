@@ -1,6 +1,6 @@
 #include "core/Places.h"
 #include "core/GroupProc.h"
-#include "core/SceneProc.h"
+#include "core/SceneLayer.h"
 
 namespace Orvane {
 
@@ -20,6 +20,7 @@ std::vector<osg::Matrix> placesOf(const ElementProc& element)
         osg::Matrix toHere; ///< from the system of the group that the search began with
     };
 
+    const std::shared_ptr<SceneState> layer = SceneState::of(element.node());
     std::vector<osg::Matrix> places;
     std::vector<Step> open{{&element, osg::Matrix()}};
     for (std::size_t step = 0; !open.empty() && step < MostSteps && places.size() < MostPlaces; ++step) {
@@ -32,10 +33,11 @@ std::vector<osg::Matrix> placesOf(const ElementProc& element)
             osg::Matrix toAbove;
             group->accumulate(toAbove);
             toAbove.mult(current.toHere);
-            if (dynamic_cast<const SceneProc*>(group))
-                places.push_back(toAbove);
-            else
+            const auto* const top = dynamic_cast<const SceneLayer*>(group);
+            if (!top)
                 open.push_back({group, toAbove});
+            else if (&top->state() == layer.get())
+                places.push_back(toAbove);
         }
     }
     return places;

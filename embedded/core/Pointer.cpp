@@ -23,32 +23,40 @@ PointingSensor* sensorOf(UInt64 id)
     return node && node->contextRoot() ? procAs<PointingSensor>(node) : nullptr;
 }
 
-bool isSame(const osg::Line& a, const osg::Line& b)
-{
-    for (osg::UInt32 i = 0; i < 3; ++i) {
-        if (a.getPosition()[i] != b.getPosition()[i] || a.getDirection()[i] != b.getDirection()[i])
-            return false;
-    }
-    return true;
-}
-
 } // namespace
 
-void Pointer::move(SceneProc* scene, const osg::Line& ray, unsigned long pictureVersion, double time)
+bool Pointer::Ray::operator==(const Ray& other) const
+{
+    for (osg::UInt32 i = 0; i < 3; ++i) {
+        if (line.getPosition()[i] != other.line.getPosition()[i] ||
+            line.getDirection()[i] != other.line.getDirection()[i])
+            return false;
+    }
+    return layerId == other.layerId && mayHit == other.mayHit;
+}
+
+void Pointer::move(const SceneProc* scene, const std::vector<LayerRay>& rays, unsigned long pictureVersion,
+                   double time)
 {
     const UInt64 sceneId = scene ? scene->node().ID() : 0;
     const unsigned long sensorVersion = scene ? scene->sensorVersion() : 0;
-    if (_hasLooked && isSame(ray, _ray) && sceneId == _sceneId && pictureVersion == _pictureVersion &&
+    std::vector<Ray> present;
+    present.reserve(rays.size());
+    for (const LayerRay& ray : rays)
+        present.push_back({ray.layer->node().ID(), ray.line, ray.isInside && ray.layer->isPickable()});
+    if (_hasLooked && present == _rays && sceneId == _sceneId && pictureVersion == _pictureVersion &&
         sensorVersion == _sensorVersion)
         return;
     _hasLooked = true;
-    _ray = ray;
+    _rays = std::move(present);
     _sceneId = sceneId;
     _pictureVersion = pictureVersion;
     _sensorVersion = sensorVersion;
     _hit.clear();
-    if (scene)
-        look(*scene, ray);
+    for (std::size_t i = 0; i < rays.size(); ++i) {
+        if (_rays[i].mayHit && look(*rays[i].layer, rays[i].line))
+            break;
+    }
     // Sensors that gave up, or have gone, are dragged no more.
     _active.erase(std::remove_if(_active.begin(), _active.end(),
                                  [](const Place& place) {
@@ -70,22 +78,23 @@ void Pointer::move(SceneProc* scene, const osg::Line& ray, unsigned long picture
     }
 }
 
-void Pointer::look(SceneProc& scene, const osg::Line& ray)
+bool Pointer::look(SceneLayer& layer, const osg::Line& ray)
 {
     const osg::Vec3f& direction = ray.getDirection();
     if (!isUsable(osg::Vec3f(ray.getPosition())) || !isUsable(direction) || isNull(direction))
-        return;
+        return false;
     SceneHit hit;
-    if (!scene.castRay(ray, hit))
-        return;
-    findSensors(hit);
+    if (!layer.castRay(ray, hit))
+        return false;
+    findSensors(hit, layer.node().ID());
     if (_hit.empty())
-        return;
+        return true;
     _point = hit.point;
     readSurface(hit);
+    return true;
 }
 
-void Pointer::findSensors(const SceneHit& hit)
+void Pointer::findSensors(const SceneHit& hit, UInt64 layerId)
 {
     std::vector<PointingSensorProc*> sensors;
     for (auto level = hit.levels.rbegin(); level != hit.levels.rend() && _hit.empty(); ++level) {
@@ -93,11 +102,11 @@ void Pointer::findSensors(const SceneHit& hit)
         level->group->collectSensors(sensors);
         for (const PointingSensorProc* sensor : sensors) {
             if (sensor->isEnabled())
-                _hit.push_back({sensor->node().ID(), level->toWorld});
+                _hit.push_back({sensor->node().ID(), level->toWorld, layerId});
         }
         const auto* const anchor = dynamic_cast<AnchorProc*>(level->group);
         if (anchor && anchor->isEnabled())
-            _hit.push_back({anchor->node().ID(), level->toWorld});
+            _hit.push_back({anchor->node().ID(), level->toWorld, layerId});
     }
 }
 
@@ -147,6 +156,14 @@ void Pointer::tellOver(double time)
     }
 }
 
+const osg::Line& Pointer::rayIn(UInt64 layerId) const
+{
+    static const osg::Line none;
+    const auto found = std::find_if(_rays.begin(), _rays.end(),
+                                    [layerId](const Ray& ray) { return ray.layerId == layerId; });
+    return found == _rays.end() ? none : found->line;
+}
+
 PointerSpot Pointer::spotOf(const Place& place, bool isOver) const
 {
     PointerSpot spot;
@@ -155,8 +172,9 @@ PointerSpot Pointer::spotOf(const Place& place, bool isOver) const
         toWorld[column] = osg::Vec4d(place.toWorld[column]);
     osg::Matrix4d toLocal;
     toWorld.inverse(toLocal);
-    toLocal.multMatrixPnt(osg::Pnt3d(_ray.getPosition()), spot.origin);
-    toLocal.multMatrixVec(osg::Vec3d(_ray.getDirection()), spot.direction);
+    const osg::Line& ray = rayIn(place.layerId);
+    toLocal.multMatrixPnt(osg::Pnt3d(ray.getPosition()), spot.origin);
+    toLocal.multMatrixVec(osg::Vec3d(ray.getDirection()), spot.direction);
     const double length = spot.direction.length();
     if (length > 0.0)
         spot.direction /= length;

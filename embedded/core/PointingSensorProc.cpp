@@ -30,7 +30,7 @@ PointingSensorProc::~PointingSensorProc()
 
 void PointingSensorProc::start(double)
 {
-    _scene = SceneState::of(node());
+    _scene = SceneState::ofScene(node());
     if (_scene)
         _scene->sensorsChanged();
 }

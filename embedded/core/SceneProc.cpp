@@ -1,13 +1,6 @@
 #include "core/SceneProc.h"
-#include "core/CollisionProc.h"
-#include "core/EnvironmentProcs.h"
-#include "core/SurfacePoint.h"
-#include "core/ViewpointProc.h"
-#include <OpenSG/OSGIntersectAction.h>
-#include <OpenSG/OSGSolidBackground.h>
-#include <OpenSG/OSGTransform.h>
-#include <Orvane/MFNode.h>
-#include <memory>
+#include "core/LayerSetProc.h"
+#include <OpenSG/OSGGroup.h>
 
 namespace Orvane {
 
@@ -15,129 +8,46 @@ namespace {
 
 const ProcRegistration registration("Scene", makeProc<SceneProc>);
 
-/// Fills the chain of nodes from a scene to the shape at the end of a path through OpenSG's graph, with the
-/// groups that it leads through.
-void followPath(SceneProc& scene, const osg::MFNodePtr& path, SceneHit& hit)
-{
-    hit.nodes.assign(1, &scene.node());
-    hit.levels.clear();
-    GroupProc* group = &scene;
-    osg::Matrix toWorld;
-    for (const osg::NodePtr& step : path) {
-        if (Node* const child = group->childOf(step)) {
-            hit.levels.push_back({group, toWorld});
-            appendResolved(child, hit.nodes);
-            group = procAs<GroupProc>(hit.nodes.back());
-            if (!group)
-                return;
-        }
-        // Else it is a light, or the root of a tree.
-        if (step->getCore())
-            step->getCore()->accumulateMatrix(toWorld);
-    }
-}
-
 } // namespace
 
 SceneProc::SceneProc(Node& scene)
     : SceneBaseNodeProc(&scene)
-    , GroupProc(scene)
-    , _state(SceneState::of(scene))
-    , _background(osg::BackgroundPtr(osg::SolidBackground::create()))
-    , _action(osg::IntersectAction::create())
+    , SceneLayer(scene, osg::Group::create())
 {
-    _state->setScene(this);
 }
 
-SceneProc::~SceneProc()
+LayerSetProc* SceneProc::layerSet() const
 {
-    _state->setScene(nullptr);
+    return static_cast<LayerSetProc*>(_layerSet.element());
 }
 
-void SceneProc::start(double time)
+void SceneProc::contentChanged()
 {
-    GroupProc::start(time);
-    for (const BindableKind kind :
-         {BindableKind::Viewpoint, BindableKind::NavigationInfo, BindableKind::Background, BindableKind::Fog})
-        _state->stack(kind).open(time);
-    askForLights();
-}
-
-void SceneProc::collectLights(std::vector<osg::NodeCorePtr>& lights) const
-{
-    _state->collectLights(lights);
-    if (const auto* fog = static_cast<const FogProc*>(stack(BindableKind::Fog).bound()))
-        lights.push_back(fog->core());
-}
-
-SceneView SceneProc::view() const
-{
-    SceneView view;
-    view.viewpoint.setTranslate(0.0F, 0.0F, 10.0F);
-    view.background = _background;
-    if (const auto* viewpoint = static_cast<const ViewpointProc*>(stack(BindableKind::Viewpoint).bound()))
-        viewpoint->describe(view);
-    if (const auto* info =
-            static_cast<const NavigationInfoProc*>(stack(BindableKind::NavigationInfo).bound()))
-        info->describe(view);
-    if (const auto* background = static_cast<const BackgroundProc*>(stack(BindableKind::Background).bound()))
-        view.background = background->background();
-    return view;
-}
-
-bool SceneProc::castRay(const osg::Line& ray, SceneHit& hit, RayTarget target)
-{
-    _action->setTravMask(target);
-    _action->setLine(ray);
-    _action->apply(root());
-    if (!_action->didHit())
-        return false;
-    followPath(*this, _action->getHitPath(), hit);
-    hit.point = _action->getHitPoint();
-    hit.normal = worldNormal(_action->getHitNormal(), _action->getHitToWorld());
-    hit.geometry = _action->getHitObject();
-    hit.toWorld = _action->getHitToWorld();
-    hit.triangle = _action->getHitTriangle();
-    hit.distance = _action->getHitT();
-    return true;
-}
-
-void SceneProc::collide(const SceneHit& hit, double time)
-{
-    for (const SceneHit::Level& level : hit.levels) {
-        if (auto* const collision = dynamic_cast<CollisionProc*>(level.group))
-            collision->collide(time);
+    LayerSetProc* first = nullptr;
+    // Looked for only in scenes that have one at all.
+    if (!state().layerSets().empty()) {
+        std::vector<Node*> nodes;
+        collectChildren(nodes);
+        for (Node* const child : nodes) {
+            auto* const set = elementOf<LayerSetProc>(child);
+            if (set && first && set != first)
+                set->tellUnused();
+            first = first ? first : set;
+        }
     }
+    _layerSet.set(*this, first);
 }
 
-bool SceneProc::castRay(const osg::Line& ray, std::vector<Node*>& nodes, osg::Pnt3f* point,
-                        osg::Vec3f* normal, osg::NodePtr* osgNode, unsigned int* triangle, float* distance)
+std::vector<SceneLayer*> SceneProc::drawnLayers()
 {
-    SceneHit hit;
-    if (!castRay(ray, hit))
-        return false;
-    nodes = std::move(hit.nodes);
-    if (point)
-        *point = hit.point;
-    if (normal)
-        *normal = hit.normal;
-    if (triangle)
-        *triangle = static_cast<unsigned int>(hit.triangle);
-    if (distance)
-        *distance = hit.distance;
-    if (!osgNode)
-        return true;
-    *osgNode = hit.geometry;
-    if ((*osgNode)->getToWorld() == hit.toWorld)
-        return true;
-    // Hit in another place than the one where its tree stands.
-    const osg::TransformPtr transform = osg::Transform::create();
-    transform->setMatrix(hit.toWorld);
-    _probe = osg::makeNodeFor(transform);
-    const osg::NodePtr geometry = osg::makeNodeFor((*osgNode)->getCore());
-    _probe->addChild(geometry);
-    *osgNode = geometry;
-    return true;
+    const LayerSetProc* const set = layerSet();
+    return set ? set->drawnLayers(*this) : std::vector<SceneLayer*>{this};
+}
+
+SceneLayer& SceneProc::activeLayer()
+{
+    const LayerSetProc* const set = layerSet();
+    return set ? set->activeLayer(*this) : *this;
 }
 
 } // namespace Orvane

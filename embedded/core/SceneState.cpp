@@ -1,17 +1,22 @@
 #include "core/SceneState.h"
+#include "base/GraphLink.h"
+#include "base/NodeClimb.h"
+#include "base/NodeData.h"
 #include "core/GroupProc.h"
 #include "core/KeyDeviceProc.h"
-#include "core/SceneProc.h"
+#include "core/SceneLayer.h"
 #include "core/ViewFollower.h"
 #include <Orvane/Node.h>
+#include <Orvane/NodeType.h>
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 
 namespace Orvane {
 
 namespace {
 
-/// The states of all scenes, by the id of their root node.
+/// The states of all layers, by the id of their node.
 std::unordered_map<unsigned long long, std::weak_ptr<SceneState>>& states()
 {
     static std::unordered_map<unsigned long long, std::weak_ptr<SceneState>> table;
@@ -21,23 +26,39 @@ std::unordered_map<unsigned long long, std::weak_ptr<SceneState>>& states()
 /// Groups that light a whole scene, of all scenes.
 std::size_t lightingGroups = 0;
 
-/// True when a group is shown: each node above it shows it, up to the root of the scene.
-bool isShown(const osg::NodePtr& tree, const osg::NodePtr& sceneRoot)
+/// The topmost node above a tree; null when one on the way hides it.
+osg::NodePtr shownIn(const osg::NodePtr& tree)
 {
     osg::NodePtr node = tree;
-    while (node != sceneRoot) {
-        const osg::NodePtr parent = node->getParent();
-        if (!parent)
-            return false;
+    while (const osg::NodePtr parent = node->getParent()) {
         const osg::NodeCore::ChildRange range = parent->getCore()->getActiveChildren(parent->getNChildren());
         if (range.first > 0 || range.last < parent->getNChildren()) {
             const auto place = static_cast<osg::UInt32>(parent->findChild(node));
             if (place < range.first || place >= range.last)
-                return false;
+                return osg::NullFC;
         }
         node = parent;
     }
-    return true;
+    return node;
+}
+
+bool isLayer(const Node& node)
+{
+    const std::string& type = node.type()->name;
+    return type == "Layer" || type == "LayoutLayer";
+}
+
+/// The layer in which a node stands: itself, the lowest one above it, or the scene.
+Node* layerOf(Node& node)
+{
+    Node* const root = node.contextRoot();
+    if (!root || isLayer(node))
+        return root ? &node : nullptr;
+    for (const GraphLink* link : climb(node)) {
+        if (isLayer(*link->parent()))
+            return link->parent();
+    }
+    return root;
 }
 
 /// False when the box lies on the outer side of one of the planes that bound a view. The far one, which only
@@ -61,13 +82,42 @@ bool mayShowBox(const osg::Matrix& toClip, const osg::Vec3f& center, const osg::
 
 std::shared_ptr<SceneState> SceneState::of(Node& node)
 {
+    Node* const layer = layerOf(node);
+    return layer ? ofLayer(*layer) : nullptr;
+}
+
+std::shared_ptr<SceneState> SceneState::ofScene(Node& node)
+{
     Node* const root = node.contextRoot();
-    if (!root)
-        return nullptr;
-    std::weak_ptr<SceneState>& entry = states()[root->ID()];
+    return root ? ofLayer(*root) : nullptr;
+}
+
+std::vector<std::shared_ptr<SceneState>> SceneState::allOf(Node& node)
+{
+    std::vector<std::shared_ptr<SceneState>> result;
+    std::unordered_set<const Node*> seen{&node};
+    std::vector<Node*> open{&node};
+    while (!open.empty()) {
+        Node& next = *open.back();
+        open.pop_back();
+        if (isLayer(next) || next.type()->isContextRoot()) {
+            result.push_back(ofLayer(next));
+            continue;
+        }
+        for (const GraphLink* link = next.data()->firstParent; link; link = link->nextParentLink()) {
+            if (seen.insert(link->parent()).second)
+                open.push_back(link->parent());
+        }
+    }
+    return result;
+}
+
+std::shared_ptr<SceneState> SceneState::ofLayer(const Node& layer)
+{
+    std::weak_ptr<SceneState>& entry = states()[layer.ID()];
     std::shared_ptr<SceneState> state = entry.lock();
     if (!state) {
-        const unsigned long long id = root->ID();
+        const unsigned long long id = layer.ID();
         state = std::shared_ptr<SceneState>(new SceneState, [id](SceneState* dying) {
             states().erase(id);
             delete dying;
@@ -79,7 +129,7 @@ std::shared_ptr<SceneState> SceneState::of(Node& node)
 
 osg::Pnt3f SceneState::viewer() const
 {
-    if (!_scene)
+    if (!_layer)
         return osg::Pnt3f();
     const osg::Matrix place = viewerToWorld();
     return osg::Pnt3f(place[3][0], place[3][1], place[3][2]);
@@ -89,7 +139,7 @@ osg::Matrix SceneState::viewerToWorld() const
 {
     if (_viewerPlaced)
         return _viewerToWorld;
-    return _scene ? _scene->view().viewpoint : osg::Matrix();
+    return _layer ? _layer->view().viewpoint : osg::Matrix();
 }
 
 void SceneState::setViewer(const Proc& view, const osg::Matrix* cameraToWorld)
@@ -141,8 +191,9 @@ void SceneState::removeViewFollower(ViewFollower& follower)
                          _viewFollowers.end());
 }
 
-void SceneState::followView(const DrawnView& view)
+void SceneState::followView(const DrawnView& view, const void* follower)
 {
+    _followed = follower;
     // What stands below one that turned has to look again. More levels than this keep the rest for the next
     // picture.
     constexpr int MostLevels = 8;
@@ -158,6 +209,11 @@ void SceneState::removeInnerPicture(InnerPicture& picture)
 {
     _innerPictures.erase(std::remove(_innerPictures.begin(), _innerPictures.end(), &picture),
                          _innerPictures.end());
+}
+
+void SceneState::removeLayerSet(LayerSetProc& set)
+{
+    _layerSets.erase(std::remove(_layerSets.begin(), _layerSets.end(), &set), _layerSets.end());
 }
 
 void SceneState::removeKeyDevice(KeyDeviceProc& device)
@@ -209,18 +265,27 @@ void SceneState::askForGlobalLights(Node& node)
         state->askForLights();
 }
 
+bool SceneState::isRootOfLayer(const osg::NodePtr& root)
+{
+    return std::any_of(states().begin(), states().end(), [&](const auto& entry) {
+        const std::shared_ptr<SceneState> state = entry.second.lock();
+        return state && state->_layer && state->_layer->root() == root;
+    });
+}
+
 void SceneState::askForLights()
 {
-    if (_scene)
-        _scene->lightsChanged();
+    if (_layer)
+        _layer->lightsChanged();
 }
 
 void SceneState::collectLights(std::vector<osg::NodeCorePtr>& lights) const
 {
-    if (!_scene)
+    if (!_layer)
         return;
     for (const GroupLights& entry : _lights) {
-        if (isShown(entry.group->tree(), _scene->root()))
+        const osg::NodePtr top = shownIn(entry.group->GroupProc::tree());
+        if (top && (top == _layer->root() || isRootOfLayer(top)))
             lights.insert(lights.end(), entry.lights.begin(), entry.lights.end());
     }
 }

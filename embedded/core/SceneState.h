@@ -15,28 +15,36 @@ namespace Orvane {
 class GroupProc;
 class InnerPicture;
 class KeyDeviceProc;
+class LayerSetProc;
 class Node;
 class Proc;
-class SceneProc;
+class SceneLayer;
 class ViewFollower;
 struct DrawnView;
 
 enum class BindableKind { Viewpoint, NavigationInfo, Background, Fog };
 
-/// What the nodes of one scene share: its stacks of bindable nodes, and its lights that shine everywhere. It
-/// lives as long as the scene's behaviour or a node that takes part.
+/// What the nodes of one layer share: its stacks of bindable nodes, its views, and its lights that shine on
+/// all of it. A scene is a layer itself, of all that stands outside of `Layer` nodes; its state also has what
+/// the layers have in common. It lives as long as the layer's behaviour or a node that takes part.
 class ORVANE_API SceneState
 {
 public:
-    /// The state of the scene in which \a node stands; null when it stands in none.
+    /// The state of the layer in which \a node stands, by the first place where it is used; null when it
+    /// stands in no scene.
     static std::shared_ptr<SceneState> of(Node& node);
+    /// Those of all layers in which it stands, by whatever place.
+    static std::vector<std::shared_ptr<SceneState>> allOf(Node& node);
+    /// The state of the scene in which \a node stands, in whatever layer; null when it stands in none.
+    static std::shared_ptr<SceneState> ofScene(Node& node);
 
     BindableStack& stack(BindableKind kind) { return _stacks[static_cast<std::size_t>(kind)]; }
 
-    /// The scene's own behaviour, which shows the lights; null while it does not run.
-    void setScene(SceneProc* scene) { _scene = scene; }
+    /// The layer's own behaviour, which shows the lights; null while it does not run.
+    void setLayer(SceneLayer* layer) { _layer = layer; }
+    SceneLayer* layer() const { return _layer; }
 
-    /// Where the scene is looked at from, in world coordinates.
+    /// Where the layer is looked at from, in world coordinates.
     osg::Pnt3f viewer() const;
     /// From the system of the camera to the world: that of the preferred view, as last drawn, or of the bound
     /// viewpoint while nothing is drawn.
@@ -59,14 +67,22 @@ public:
 
     void addViewFollower(ViewFollower& follower) { _viewFollowers.push_back(&follower); }
     void removeViewFollower(ViewFollower& follower);
-    /// Suits to a view, before its picture is drawn, what depends on it.
-    void followView(const DrawnView& view);
+    /// Suits to a view, before its picture is drawn, what depends on it. \a follower is only compared.
+    void followView(const DrawnView& view, const void* follower = nullptr);
+    /// Who called `followView` last.
+    const void* followed() const { return _followed; }
 
     /// What is drawn before each picture of the scene.
     const std::vector<InnerPicture*>& innerPictures() const { return _innerPictures; }
     void addInnerPicture(InnerPicture& picture) { _innerPictures.push_back(&picture); }
     void removeInnerPicture(InnerPicture& picture);
 
+    // The sets of layers of a scene, in the order in which they came.
+    void addLayerSet(LayerSetProc& set) { _layerSets.push_back(&set); }
+    void removeLayerSet(LayerSetProc& set);
+    const std::vector<LayerSetProc*>& layerSets() const { return _layerSets; }
+
+    // Keys and sensors are those of a whole scene.
     void addKeyDevice(KeyDeviceProc& device) { _keyDevices.push_back(&device); }
     void removeKeyDevice(KeyDeviceProc& device);
     /// Hands a key to all sensors of the keyboard that are switched on. True when one of them keeps it to the
@@ -78,18 +94,21 @@ public:
     void sensorsChanged() { ++_sensorVersion; }
     unsigned long sensorVersion() const { return _sensorVersion; }
 
-    /// Sets the lights with which a group lights the whole scene, in place of those that it had.
+    /// Sets the lights with which a group lights the whole layer, in place of those that it had.
     void setGlobalLights(const GroupProc& group, std::vector<osg::NodeCorePtr> lights);
-    /// Has the scene in which \a node stands look anew at which lights are to be seen. Cheap while no node at
+    /// Has the layer in which \a node stands look anew at which lights are to be seen. Cheap while no node at
     /// all lights a whole scene.
     static void askForGlobalLights(Node& node);
     /// Adds the lights of those groups that are shown.
     void collectLights(std::vector<osg::NodeCorePtr>& lights) const;
 
-    /// The lights over the whole scene, or its fog, have changed.
+    /// The lights over the whole layer, or its fog, have changed.
     void askForLights();
 
 private:
+    static std::shared_ptr<SceneState> ofLayer(const Node& layer);
+    static bool isRootOfLayer(const osg::NodePtr& root);
+
     struct GroupLights
     {
         const GroupProc* group;
@@ -98,7 +117,7 @@ private:
 
     std::array<BindableStack, 4> _stacks;
     std::vector<GroupLights> _lights;
-    SceneProc* _scene = nullptr;
+    SceneLayer* _layer = nullptr;
     const Proc* _viewer = nullptr; ///< the preferred view
     osg::Matrix _viewerToWorld;
     bool _viewerPlaced = false;
@@ -108,6 +127,8 @@ private:
     std::vector<KeyDeviceProc*> _keyDevices;
     std::vector<ViewFollower*> _viewFollowers;
     std::vector<InnerPicture*> _innerPictures;
+    const void* _followed = nullptr;
+    std::vector<LayerSetProc*> _layerSets;
 };
 
 } // namespace Orvane

@@ -1,7 +1,9 @@
 #include "base/TextCoding.h"
 #include "base/ValueFields.h"
+#include "core/FollowedLayer.h"
 #include "core/GeometryProc.h"
 #include "core/Part.h"
+#include "core/ShapeProc.h"
 #include "core/TextLayout.h"
 #include "core/UsableValues.h"
 #include <Orvane/Context.h>
@@ -11,6 +13,7 @@
 #include <Orvane/SFBool.h>
 #include <Orvane/SFFloat.h>
 #include <Orvane/SFString.h>
+#include <cmath>
 
 namespace Orvane {
 
@@ -25,6 +28,7 @@ const Part lengthPart("length");
 const Part lineBoundsPart("lineBounds");
 const Part maxExtentPart("maxExtent");
 const Part originPart("origin");
+const Part pointSizePart("pointSize");
 const Part sizePart("size");
 const Part solidPart("solid");
 const Part spacingPart("spacing");
@@ -47,7 +51,15 @@ TextStyle::Justify justifyOf(const std::string& word, TextStyle::Justify fallbac
     return word == "END" ? TextStyle::END : fallback;
 }
 
-/// What a `FontStyle` says.
+/// Pixels that a point is long, on a screen of 96 pixels an inch.
+constexpr float pixelsOfPoint = 96.0F / 72.0F;
+
+bool isForScreen(const Node& style)
+{
+    return pointSizePart.isIn(style);
+}
+
+/// What a `FontStyle` says, or a `ScreenFontStyle`, whose size is in pixels here.
 TextStyle styleOf(const Node& node)
 {
     const auto flag = [&node](const Part& part) { return part.read<SFBool>(node).value(); };
@@ -58,7 +70,9 @@ TextStyle styleOf(const Node& node)
     const std::string& look = stylePart.read<SFString>(node).value();
     style.font.bold = look.find("BOLD") != std::string::npos;
     style.font.italic = look.find("ITALIC") != std::string::npos;
-    style.size = usableNumber(sizePart.read<SFFloat>(node).value(), 1.0F);
+    style.size = isForScreen(node)
+                     ? usableNumber(pointSizePart.read<SFFloat>(node).value(), 12.0F) * pixelsOfPoint
+                     : usableNumber(sizePart.read<SFFloat>(node).value(), 1.0F);
     style.spacing = usableNumber(spacingPart.read<SFFloat>(node).value(), 1.0F);
     style.horizontal = flag(horizontalPart);
     style.leftToRight = flag(leftToRightPart);
@@ -71,8 +85,26 @@ TextStyle styleOf(const Node& node)
     return style;
 }
 
-/// Flat letters that face Z.
-class TextProc : public MeshProc
+/// How long a pixel is along two axes of a system, where its origin is seen. False where it is not.
+bool findPixel(const DrawnView& view, const osg::Matrix& toWorld, osg::Vec2f& pixel)
+{
+    const auto column = [](const osg::Matrix& matrix, osg::UInt32 index) {
+        return osg::Vec3f(matrix[index][0], matrix[index][1], matrix[index][2]);
+    };
+    float size = view.pixelSize;
+    if (view.hasPerspective)
+        size *= (column(view.cameraToWorld, 3) - column(toWorld, 3)).dot(column(view.cameraToWorld, 2));
+    for (osg::UInt32 axis = 0; axis < 2; ++axis) {
+        pixel[axis] = size / column(toWorld, axis).length();
+        if (!isDrawable(pixel[axis]) || !(pixel[axis] > 0.0F))
+            return false;
+    }
+    return true;
+}
+
+/// Flat letters that face Z. With a `ScreenFontStyle` they keep their size on the screen, as the first shape
+/// that has the text is seen.
+class TextProc : public MeshProc, public ViewFollower
 {
 public:
     using MeshProc::MeshProc;
@@ -86,7 +118,30 @@ public:
             MeshProc::fieldChanged(field, time);
     }
 
-    void update() override
+    void update() override { tellBounds(set()); }
+
+    bool follow(const DrawnView& view) override
+    {
+        const ShapeProc* shape = nullptr;
+        for (const Use* use = uses(); use; use = use->next()) {
+            if (const auto* const user = dynamic_cast<const ShapeProc*>(use->user()))
+                shape = user;
+        }
+        osg::Vec2f pixel;
+        constexpr float slack = 1e-4F;
+        if (!shape || !findPixel(view, shape->tree()->getToWorld(), pixel) ||
+            (std::abs(pixel[0] - _pixel[0]) <= slack * pixel[0] &&
+             std::abs(pixel[1] - _pixel[1]) <= slack * pixel[1]))
+            return false;
+        _pixel = pixel;
+        set();
+        requestUpdate(); // tells the bounds
+        return true;
+    }
+
+private:
+    /// Shows the text as it is to be set by now, and gives its layout.
+    TextLayout set()
     {
         Node* const styleNode = resolved(fontStylePart.readNode(node()));
         _fontStyle.set(*this, procAs<ElementProc>(styleNode));
@@ -99,12 +154,29 @@ public:
         style.maxExtent = usableNumber(maxExtentPart.read<SFFloat>(node()).value(), 0.0F);
         if (!(style.size > 0.0F))
             style.size = 0.0F;
-        const TextLayout layout = layoutText(lines(), style);
+        const bool onScreen = styleNode && isForScreen(*styleNode);
+        if (onScreen && !_followed.isJoined())
+            _followed.join(node(), *this);
+        else if (!onScreen)
+            _followed.leave();
+        _unit = onScreen ? _pixel : osg::Vec2f(1.0F, 1.0F);
+        for (float& length : style.lengths)
+            length /= _unit[0];
+        style.maxExtent /= _unit[0];
+        TextLayout layout = layoutText(lines(), style);
         show(meshOf(layout, style.size));
-        tellBounds(layout);
+        scale(layout);
+        return layout;
     }
 
-private:
+    void scale(TextLayout& layout) const
+    {
+        for (osg::Vec2f* const corner : {&layout.low, &layout.high})
+            corner->setValues((*corner)[0] * _unit[0], (*corner)[1] * _unit[1]);
+        for (osg::Vec2f& bounds : layout.lineBounds)
+            bounds.setValues(bounds[0] * _unit[0], bounds[1] * _unit[1]);
+    }
+
     std::vector<std::u32string> lines()
     {
         const MFString& strings = stringPart.read<MFString>(node());
@@ -124,7 +196,7 @@ private:
     }
 
     /// Textures run from the origin, a size of the font long.
-    static MeshData meshOf(const TextLayout& layout, float size)
+    MeshData meshOf(const TextLayout& layout, float size) const
     {
         MeshData mesh;
         const float scale = size > 0.0F ? 1.0F / size : 0.0F;
@@ -133,7 +205,7 @@ private:
             for (const osg::Vec2f& point : placed.glyph->points) {
                 const float x = placed.origin[0] + point[0] * placed.scale[0];
                 const float y = placed.origin[1] + point[1] * placed.scale[1];
-                mesh.positions.emplace_back(x, y, 0.0F);
+                mesh.positions.emplace_back(x * _unit[0], y * _unit[1], 0.0F);
                 mesh.normals.emplace_back(0.0F, 0.0F, 1.0F);
                 mesh.texCoords.insert(mesh.texCoords.end(), {x * scale, y * scale});
             }
@@ -161,10 +233,14 @@ private:
     }
 
     Use _fontStyle;
+    FollowedLayer _followed;
+    osg::Vec2f _pixel = {1.0F, 1.0F}; ///< of the screen, in the system of the text
+    osg::Vec2f _unit = {1.0F, 1.0F};  ///< of the present letters
 };
 
 const ProcRegistration text("Text", makeProc<TextProc>);
 const ProcRegistration fontStyle("FontStyle", makeProc<DescriptionProc>);
+const ProcRegistration screenFontStyle("ScreenFontStyle", makeProc<DescriptionProc>);
 
 } // namespace
 

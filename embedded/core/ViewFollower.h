@@ -1,6 +1,7 @@
 #pragma once
 
 #include <OpenSG/OSGMatrix.h>
+#include <OpenSG/OSGVector.h>
 #include <Orvane/Export.h>
 
 namespace Orvane {
@@ -11,6 +12,7 @@ struct DrawnView
     osg::Matrix cameraToWorld;
     float pixelSize = 0.0F; ///< in world units; of a view with perspective at a distance of 1
     bool hasPerspective = true;
+    osg::Vec2f pixels; ///< width and height of the viewport
 };
 
 /// What turns or stretches itself to suit the viewer, right before each picture.

@@ -1,15 +1,12 @@
 #include "base/ValueFields.h"
+#include "core/FollowedLayer.h"
 #include "core/GroupProc.h"
 #include "core/NormalGenerator.h"
-#include "core/SceneState.h"
 #include "core/UsableValues.h"
-#include "core/ViewFollower.h"
 #include <OpenSG/OSGTransform.h>
 #include <cmath>
 
 namespace Orvane {
-
-ViewFollower::~ViewFollower() = default;
 
 namespace {
 
@@ -24,18 +21,10 @@ public:
     {
     }
 
-    ~ViewGroupProc() override
-    {
-        if (_scene)
-            _scene->removeViewFollower(*this);
-    }
-
     void start(double time) override
     {
         GroupProc::start(time);
-        _scene = SceneState::of(node());
-        if (_scene)
-            _scene->addViewFollower(*this);
+        _followed.join(node(), *this);
     }
 
     bool follow(const DrawnView& view) override
@@ -62,7 +51,7 @@ protected:
                       osg::Matrix& matrix) const = 0;
 
 private:
-    std::shared_ptr<SceneState> _scene;
+    FollowedLayer _followed;
 };
 
 osg::Vec3f columnOf(const osg::Matrix& matrix, osg::UInt32 column)

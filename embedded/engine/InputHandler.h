@@ -7,6 +7,7 @@
 namespace Orvane {
 
 struct SceneView;
+class SceneLayer;
 class ViewareaProc;
 
 /// Takes the input of a viewarea that no sensor of its scene has taken, as a navigator does. A viewarea owns
@@ -29,9 +30,9 @@ public:
     /// went.
     virtual void letGo(double time) = 0;
 
-    /// Turns what the scene's nodes ask for into what the user sees, before each picture. By default it
-    /// stays as it is.
-    virtual void aim(SceneView& view);
+    /// Turns what the nodes of a layer ask for into what the user sees of it, before each picture. By default
+    /// it stays as it is.
+    virtual void aim(SceneLayer& layer, SceneView& view);
 };
 
 /// Makes the handler of a viewarea, which outlives it.

@@ -1,15 +1,10 @@
 #pragma once
 
+#include "LayerViews.h"
 #include "base/Proc.h"
-#include <OpenSG/OSGDirectionalLight.h>
+#include "core/Pointer.h"
 #include <OpenSG/OSGLine.h>
-#include <OpenSG/OSGNode.h>
-#include <OpenSG/OSGOrthographicCamera.h>
-#include <OpenSG/OSGPerspectiveCamera.h>
-#include <OpenSG/OSGRefPtr.h>
-#include <OpenSG/OSGTransform.h>
 #include <OpenSG/OSGViewport.h>
-#include <OpenSG/OSGVisitSubTree.h>
 #include <OpenSG/OSGWindow.h>
 #include <Orvane/ViewareaProc.h>
 #include <memory>
@@ -23,12 +18,13 @@ class RenderAction;
 namespace Orvane {
 
 struct SceneView;
+class SceneLayer;
 class SceneProc;
 class ViewareaInput;
 class ViewpointProc;
 
-/// Behaviour of a viewarea: the OpenSG viewport, its camera, and the head light that goes with the camera.
-/// Draws whatever scene its context has at the moment, as its navigator wants it seen.
+/// Behaviour of a viewarea: shows the layers of whatever scene its context has at the moment, as its
+/// navigator wants them seen.
 class ORVANE_API ViewareaBehaviour final : public ViewareaProc, public Proc
 {
 public:
@@ -41,10 +37,10 @@ public:
 
     std::string sensorDescription() const override;
 
-    /// Puts the viewport into a window, behind its other ports; a null window takes it out.
+    /// Puts the viewports into a window, behind its other ones; a null window takes them out.
     void setWindow(const osg::WindowPtr& window);
 
-    /// Brings viewport, camera, background and lights in step with fields and scene. Called before each
+    /// Brings viewports, cameras, backgrounds and lights in step with fields and scene. Called before each
     /// picture.
     void prepare();
 
@@ -66,19 +62,32 @@ public:
     /// True since `redraw`, until the picture is prepared.
     bool needsDrawing() const { return _redraw; }
 
-    /// The viewport, in a window or not.
-    osg::ViewportPtr port() const { return osg::ViewportPtr(_port.get()); }
+    /// The viewport of the scene's own layer, in a window or not. It covers the viewarea.
+    osg::ViewportPtr port() const { return _views.base().port(); }
+    /// That in which a layer is drawn first; that of the viewarea for a layer that is not drawn.
+    osg::ViewportPtr portOf(const SceneLayer& layer) const;
+    /// Draws over each layer of the scene, and over all of them.
+    void addForegrounds(const osg::ForegroundPtr& ofLayers, const osg::ForegroundPtr& ofAll);
+
     /// The behaviour of the scene that is shown; null when there is none.
     SceneProc* scene() const;
-    /// The viewpoint through which is looked: the viewarea's own one, else the bound one; may be null.
+    /// The layer of the scene in which the user navigates; null when there is no scene.
+    SceneLayer* activeLayer() const;
+    /// The viewpoint through which that layer is looked at; may be null.
     ViewpointProc* viewpoint() const;
+    /// The viewpoint through which a layer is looked at: the viewarea's own one when it stands there, else
+    /// the bound one; may be null.
+    ViewpointProc* viewpoint(const SceneLayer& layer) const;
     /// Looks through another viewpoint: binds it, or makes it the viewarea's own one if that has one.
     void look(ViewpointProc& viewpoint, double time);
-    /// What the scene's nodes ask for, before the navigator has its say.
-    SceneView plainView(const SceneProc& scene) const;
+    /// What the nodes of a layer ask for, before the navigator has its say.
+    SceneView plainView(const SceneLayer& layer) const;
 
-    /// The ray through a place of the window, as last drawn. False outside of the viewport.
+    /// The ray through a place of the window in the layer in which the user navigates, as last drawn. False
+    /// outside of its viewport.
     bool viewRay(int x, int y, osg::Line& ray) const;
+    /// The rays in all layers that are drawn, of the topmost one first.
+    std::vector<LayerRay> rays(int x, int y) const;
 
     /// The chain of nodes from the scene down to the shape under a place of the window, in pixels from its
     /// upper left corner; empty when nothing is there or the place lies outside of the viewport.
@@ -88,21 +97,11 @@ public:
     bool setOverSensor(bool over) { return std::exchange(_overSensor, over) != over; }
 
 private:
-    void placeViewport();
-    osg::Vec2f pixels() const;
-    void followView(const SceneView& view);
-    void aimCamera(const SceneView& view, const osg::NodePtr& sceneRoot);
+    SurfacePart part() const;
+    ViewpointProc* ownViewpoint(const SceneLayer& layer) const;
 
-    osg::RefPtr<osg::ViewportPtr> _port;
-    osg::RefPtr<osg::PerspectiveCameraPtr> _camera;
-    osg::RefPtr<osg::OrthographicCameraPtr> _parallelCamera;
-    osg::RefPtr<osg::NodePtr> _beacon;
-    osg::RefPtr<osg::TransformPtr> _beaconTransform;
-    osg::RefPtr<osg::NodePtr> _root; ///< the head light, over a reference to the scene's tree
-    osg::RefPtr<osg::DirectionalLightPtr> _headlight;
-    osg::RefPtr<osg::VisitSubTreePtr> _scene;
+    LayerViews _views;
     std::unique_ptr<ViewareaInput> _input;
-    osg::WindowPtr _window; ///< not counted: the window behaviour takes the viewport out before it lets go
     bool _redraw = true;
 };
 

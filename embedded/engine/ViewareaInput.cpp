@@ -24,7 +24,7 @@ constexpr int sensorButton = 1;
 
 InputHandler::~InputHandler() = default;
 
-void InputHandler::aim(SceneView&)
+void InputHandler::aim(SceneLayer&, SceneView&)
 {
 }
 
@@ -135,10 +135,7 @@ void ViewareaInput::pointTo(int x, int y, double time)
     _isPointing = true;
     _x = x;
     _y = y;
-    osg::Line ray;
-    const osg::ViewportPtr port = _viewarea.port();
-    const bool leadsSomewhere = port->getCamera()->calcViewRay(ray, x, y, *port);
-    _pointer.move(leadsSomewhere ? _viewarea.scene() : nullptr, ray, _viewarea.pictureVersion(), time);
+    _pointer.move(_viewarea.scene(), _viewarea.rays(x, y), _viewarea.pictureVersion(), time);
 }
 
 void ViewareaInput::leave(double time)
@@ -159,10 +156,10 @@ double ViewareaInput::advance(double time)
     return wanted;
 }
 
-void ViewareaInput::aim(SceneView& view)
+void ViewareaInput::aim(SceneLayer& layer, SceneView& view)
 {
     for (const std::unique_ptr<InputHandler>& handler : _handlers)
-        handler->aim(view);
+        handler->aim(layer, view);
 }
 
 void ViewareaInput::letGo(double time)

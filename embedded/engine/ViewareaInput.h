@@ -9,6 +9,7 @@
 namespace Orvane {
 
 struct SceneView;
+class SceneLayer;
 class ViewareaBehaviour;
 
 /// The input of one viewarea: the scene's sensors come first, what they do not take goes to the handlers.
@@ -34,8 +35,8 @@ public:
     /// True while a button or a touch that went down here is held: the pointer belongs to this viewarea.
     bool holdsPointer() const { return _buttons != 0 || _touches > 0; }
 
-    /// Lets the handlers say what the user sees.
-    void aim(SceneView& view);
+    /// Lets the handlers say what the user sees of a layer.
+    void aim(SceneLayer& layer, SceneView& view);
 
     /// What is held is let go.
     void letGo(double time);

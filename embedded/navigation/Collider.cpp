@@ -1,7 +1,8 @@
 #include "navigation/Collider.h"
 
 #include "core/SceneHit.h"
-#include "core/SceneProc.h"
+#include "core/SceneLayer.h"
+#include <OpenSG/OSGLine.h>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -20,7 +21,7 @@ osg::Pnt3f toPoint(const osg::Vec3d& v)
 
 } // namespace
 
-Collider::Collider(SceneProc& scene, const NavigationSettings& avatar, double time)
+Collider::Collider(SceneLayer& scene, const NavigationSettings& avatar, double time)
     : _scene(scene)
     , _radius(avatar.avatarRadius)
     , _height(avatar.avatarHeight)
@@ -69,7 +70,7 @@ osg::Vec3d Collider::allowed(const osg::Vec3d& eye, const osg::Vec3d& step, cons
         const double free = std::max(static_cast<double>(obstacle.distance) - _radius, 0.0);
         if (length <= free)
             return gone + left;
-        SceneProc::collide(obstacle, _time);
+        SceneLayer::collide(obstacle, _time);
         const osg::Vec3d normal(obstacle.normal[0], obstacle.normal[1], obstacle.normal[2]);
         gone = gone + direction * free;
         left = left - direction * free;

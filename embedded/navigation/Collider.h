@@ -5,7 +5,7 @@
 
 namespace Orvane {
 
-class SceneProc;
+class SceneLayer;
 struct SceneHit;
 
 /// Keeps an avatar out of walls and on the floor, by rays into what of the scene is an obstacle. Tells those
@@ -13,7 +13,7 @@ struct SceneHit;
 class Collider
 {
 public:
-    Collider(SceneProc& scene, const NavigationSettings& avatar, double time);
+    Collider(SceneLayer& scene, const NavigationSettings& avatar, double time);
 
     /// The part of a step that is free: up to the avatar's radius in front of an obstacle, and along it from
     /// there. With \a upright the whole body counts down to the height of a step, else the eye alone.
@@ -28,7 +28,7 @@ private:
     bool findObstacle(const osg::Vec3d& eye, const osg::Vec3d& direction, const osg::Vec3d& up, bool upright,
                       SceneHit& nearest) const;
 
-    SceneProc& _scene;
+    SceneLayer& _scene;
     double _radius;
     double _height;
     double _stepHeight;

@@ -1,6 +1,6 @@
 #include "navigation/SceneBounds.h"
 
-#include "core/SceneProc.h"
+#include "core/SceneLayer.h"
 #include <algorithm>
 #include <cmath>
 
@@ -24,7 +24,7 @@ void forEachCorner(const SceneBounds& bounds, const Pose& camera, Visit visit)
 
 } // namespace
 
-SceneBounds SceneBounds::of(SceneProc& scene)
+SceneBounds SceneBounds::of(SceneLayer& scene)
 {
     return of(scene.root()->getVolume(true));
 }

@@ -5,7 +5,7 @@
 
 namespace Orvane {
 
-class SceneProc;
+class SceneLayer;
 
 /// The box around all that a scene shows, in world coordinates.
 struct SceneBounds
@@ -14,7 +14,7 @@ struct SceneBounds
     osg::Vec3d high;
     bool isEmpty = true; ///< nothing is shown, or nowhere that could be looked at
 
-    static SceneBounds of(SceneProc& scene);
+    static SceneBounds of(SceneLayer& scene);
     static SceneBounds of(const osg::DynamicVolume& volume);
 
     osg::Vec3d center() const { return (low + high) * 0.5; }

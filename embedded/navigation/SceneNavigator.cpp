@@ -1,6 +1,6 @@
 #include "navigation/SceneNavigator.h"
 
-#include "core/SceneProc.h"
+#include "core/SceneLayer.h"
 #include "engine/ViewareaBehaviour.h"
 #include "navigation/Collider.h"
 #include "navigation/Keys.h"
@@ -43,24 +43,37 @@ double speedOf(double pixels)
 SceneNavigator::SceneNavigator(ViewareaBehaviour& viewarea)
     : NavigatorProc(&viewarea.node())
     , _viewarea(viewarea)
-    , _view(viewarea)
+    , _view(&viewOf(nullptr))
     , _display(viewarea)
 {
 }
 
 SceneNavigator::~SceneNavigator() = default;
 
+UserView& SceneNavigator::viewOf(const SceneLayer* layer)
+{
+    const unsigned long long id = layer ? layer->node().ID() : 0;
+    return _views.try_emplace(id, _viewarea, id).first->second;
+}
+
 void SceneNavigator::follow(double time)
 {
-    if (_view.follow(time)) {
+    UserView& view = viewOf(_viewarea.activeLayer());
+    const bool isOther = &view != _view;
+    _view = &view;
+    if (isOther) {
+        for (auto entry = _views.begin(); entry != _views.end();)
+            entry = &entry->second == _view || entry->second.layer() ? std::next(entry) : _views.erase(entry);
+    }
+    if (_view->follow(time) || isOther) {
         _drag.reset();
         _pinch.reset();
         _target.reset();
         _hasWalked = false;
         _travel.stop();
     }
-    if (_view.takeNewTypes()) {
-        setMode(_view.settings().mode);
+    if (_view->takeNewTypes() || isOther) {
+        setMode(_view->settings().mode);
         _display.forgetHeadlight();
     }
 }
@@ -69,7 +82,11 @@ double SceneNavigator::advance(double time)
 {
     const double seconds = _lastTime < 0.0 ? usualFrame : std::clamp(time - _lastTime, 0.0, longestFrame);
     follow(time);
-    _view.advance(time);
+    bool isTravelling = false;
+    for (auto& [id, view] : _views) {
+        view.advance(time);
+        isTravelling |= view.isTravelling();
+    }
     const bool goes = isUsed() && (!_keys.isEmpty() || (travels() && _drag && _drag->hasMoved));
     if (goes && travels())
         go(velocity(), speed(), seconds);
@@ -77,8 +94,8 @@ double SceneNavigator::advance(double time)
         turnByKeys(seconds);
     _keys.endFrame();
     const bool falls = fall(seconds);
-    _display.refresh(_view, nameOf(_mode), speed());
-    const bool moves = goes || falls || _view.isTravelling() || _drag || _pinch || !_keys.isEmpty();
+    _display.refresh(*_view, nameOf(_mode), speed());
+    const bool moves = goes || falls || isTravelling || _drag || _pinch || !_keys.isEmpty();
     _lastTime = moves ? time : -1.0;
     if (moves)
         return 0.0;
@@ -87,34 +104,40 @@ double SceneNavigator::advance(double time)
     return _display.hasInfoScreen() ? infoInterval : std::numeric_limits<double>::infinity();
 }
 
-void SceneNavigator::aim(SceneView& view)
+void SceneNavigator::aim(SceneLayer& layer, SceneView& view)
 {
-    follow(_viewarea.contextTimeStamp());
-    _view.aim(view);
-    _display.aim(view);
+    const double time = _viewarea.contextTimeStamp();
+    follow(time);
+    UserView& user = viewOf(&layer);
+    const bool isActive = &user == _view;
+    if (!isActive)
+        user.follow(time);
+    user.aim(view);
+    if (isActive)
+        _display.aim(view);
 }
 
 void SceneNavigator::go(const Velocity& velocity, double speed, double seconds)
 {
-    SceneProc* const scene = _viewarea.scene();
+    SceneLayer* const scene = _viewarea.activeLayer();
     if (!scene || velocity.isNull())
         return;
     const Collider collider(*scene, avatar(), contextTimeStamp());
     const bool upright = _mode == NavigationMode::Walk;
     _hasWalked = _hasWalked || upright;
-    _view.move(TravelMotion::advanced(_view, velocity, speed, seconds, upright, collider));
+    _view->move(TravelMotion::advanced(*_view, velocity, speed, seconds, upright, collider));
 }
 
 bool SceneNavigator::fall(double seconds)
 {
-    SceneProc* const scene = _viewarea.scene();
-    if (!scene || _mode != NavigationMode::Walk || !_hasWalked || _view.isTravelling())
+    SceneLayer* const scene = _viewarea.activeLayer();
+    if (!scene || _mode != NavigationMode::Walk || !_hasWalked || _view->isTravelling())
         return false;
     const NavigationSettings body = avatar();
-    Pose pose = _view.pose();
-    if (!_travel.settle(_view, Collider(*scene, body, contextTimeStamp()), body.avatarHeight, seconds, pose))
+    Pose pose = _view->pose();
+    if (!_travel.settle(*_view, Collider(*scene, body, contextTimeStamp()), body.avatarHeight, seconds, pose))
         return false;
-    _view.move(pose);
+    _view->move(pose);
     return true;
 }
 
@@ -153,26 +176,26 @@ void SceneNavigator::turnByKeys(double seconds)
     const double closer = _keys.axis('+', '-') * keyZoomSpeed * seconds;
     const ExamineMotion motion = motionRound(pointAhead());
     if (right != 0.0 || up != 0.0)
-        _view.move(motion.turned(right, -up));
+        _view->move(motion.turned(right, -up));
     if (closer == 0.0)
         return;
-    if (_view.isParallel())
-        _view.scale(std::exp(-closer));
+    if (_view->isParallel())
+        _view->scale(std::exp(-closer));
     else
-        _view.move(motion.closer(_view.pose(), std::exp(-closer)));
+        _view->move(motion.closer(_view->pose(), std::exp(-closer)));
 }
 
 // ---- The scene
 
 bool SceneNavigator::castRay(double x, double y, osg::Vec3d& point, osg::NodePtr* geometry) const
 {
-    SceneProc* const scene = _viewarea.scene();
+    SceneLayer* const scene = _viewarea.activeLayer();
     osg::Line ray;
     if (!scene || !_viewarea.viewRay(static_cast<int>(x), static_cast<int>(y), ray))
         return false;
     // What stands between the eye and the near plane counts, too.
-    const osg::Vec3d eye = _view.pose().position;
-    if (!_view.isParallel())
+    const osg::Vec3d eye = _view->pose().position;
+    if (!_view->isParallel())
         ray.setValue(osg::Pnt3f(osg::Pnt3d(eye)), ray.getDirection());
     std::vector<Node*> chain;
     osg::Pnt3f hit;
@@ -189,7 +212,7 @@ ExamineMotion SceneNavigator::motionAt(double x, double y) const
     osg::Vec3d pivot;
     if (_mode == NavigationMode::LookAt && _target)
         pivot = *_target;
-    else if (!_view.authoredPivot(pivot) && !castRay(x, y, pivot, nullptr))
+    else if (!_view->authoredPivot(pivot) && !castRay(x, y, pivot, nullptr))
         pivot = pointAhead();
     return motionRound(pivot);
 }
@@ -203,16 +226,16 @@ ExamineMotion SceneNavigator::motionTo(double x, double y) const
 
 ExamineMotion SceneNavigator::motionRound(const osg::Vec3d& pivot) const
 {
-    return ExamineMotion(_view, pivot, std::max(sceneSize() * 1e-4, pivot.length() * 1e-6));
+    return ExamineMotion(*_view, pivot, std::max(sceneSize() * 1e-4, pivot.length() * 1e-6));
 }
 
 osg::Vec3d SceneNavigator::pointAhead() const
 {
-    const Pose pose = _view.pose();
+    const Pose pose = _view->pose();
     osg::Vec3d point;
-    if (_view.authoredPivot(point))
+    if (_view->authoredPivot(point))
         return point;
-    SceneProc* const scene = _viewarea.scene();
+    SceneLayer* const scene = _viewarea.activeLayer();
     const SceneBounds bounds = scene ? SceneBounds::of(*scene) : SceneBounds();
     if (bounds.isEmpty)
         return pose.position + pose.forward() * emptySceneDistance;
@@ -224,32 +247,34 @@ osg::Vec3d SceneNavigator::pointAhead() const
 
 double SceneNavigator::sceneSize() const
 {
-    SceneProc* const scene = _viewarea.scene();
+    SceneLayer* const scene = _viewarea.activeLayer();
     const SceneBounds bounds = scene ? SceneBounds::of(*scene) : SceneBounds();
     return bounds.isEmpty ? 0.0 : bounds.diagonal();
 }
 
 double SceneNavigator::speed() const
 {
-    return _view.settings().speedFor(sceneSize()) * _speedFactor;
+    return _view->settings().speedFor(sceneSize()) * _speedFactor;
 }
 
 NavigationSettings SceneNavigator::avatar() const
 {
-    NavigationSettings result = _view.settings();
+    NavigationSettings result = _view->settings();
     result.fitAvatar(sceneSize());
     return result;
 }
 
 double SceneNavigator::pictureHeight() const
 {
-    const osg::ViewportPtr port = _viewarea.port();
+    const SceneLayer* const layer = _viewarea.activeLayer();
+    const osg::ViewportPtr port = layer ? _viewarea.portOf(*layer) : _viewarea.port();
     return port->getParent() != osg::NullFC ? std::max(port->getPixelHeight(), 1) : 1;
 }
 
 double SceneNavigator::pictureSize() const
 {
-    const osg::ViewportPtr port = _viewarea.port();
+    const SceneLayer* const layer = _viewarea.activeLayer();
+    const osg::ViewportPtr port = layer ? _viewarea.portOf(*layer) : _viewarea.port();
     const double width = port->getParent() != osg::NullFC ? std::max(port->getPixelWidth(), 1) : 1;
     return std::min(width, pictureHeight());
 }

@@ -9,6 +9,7 @@
 #include <OpenSG/OSGNode.h>
 #include <Orvane/NavigatorProc.h>
 #include <optional>
+#include <unordered_map>
 
 namespace Orvane {
 
@@ -26,7 +27,7 @@ public:
     void handle(const InputEvent& event, double time) override;
     double advance(double time) override;
     void letGo(double time) override;
-    void aim(SceneView& view) override;
+    void aim(SceneLayer& layer, SceneView& view) override;
 
     NavigationMode mode() const { return _mode; }
 
@@ -68,6 +69,8 @@ private:
         ExamineMotion motion;
     };
 
+    /// The user in a layer; null for that of no scene.
+    UserView& viewOf(const SceneLayer* layer);
     void follow(double time);
     void setMode(NavigationMode mode);
     void choose(NavigationMode mode);
@@ -104,7 +107,8 @@ private:
     void goToViewpoint(std::size_t (*choice)(std::size_t now, std::size_t count), double time);
 
     ViewareaBehaviour& _viewarea;
-    UserView _view;
+    std::unordered_map<unsigned long long, UserView> _views; ///< by the ids of their layers
+    UserView* _view;                                         ///< of the layer in which the user navigates
     ViewDisplay _display;
     TravelMotion _travel;
     HeldKeys _keys;

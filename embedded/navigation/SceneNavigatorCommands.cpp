@@ -1,6 +1,6 @@
 // What messages and keys ask of a navigator.
 
-#include "core/SceneProc.h"
+#include "core/SceneLayer.h"
 #include "core/ViewpointProc.h"
 #include "engine/ViewareaBehaviour.h"
 #include "navigation/SceneNavigator.h"
@@ -22,7 +22,7 @@ void SceneNavigator::setMode(NavigationMode mode)
 
 void SceneNavigator::choose(NavigationMode mode)
 {
-    if (_view.settings().allows(mode))
+    if (_view->settings().allows(mode))
         setMode(mode);
 }
 
@@ -70,10 +70,10 @@ void SceneNavigator::lastViewpoint(double time)
 // through.
 void SceneNavigator::goToViewpoint(std::size_t (*choice)(std::size_t now, std::size_t count), double time)
 {
-    SceneProc* const scene = _viewarea.scene();
+    SceneLayer* const scene = _viewarea.activeLayer();
     if (!scene)
         return;
-    const osg::Pnt3f viewer(osg::Pnt3d(_view.pose().position));
+    const osg::Pnt3f viewer(osg::Pnt3d(_view->pose().position));
     std::vector<ViewpointProc*> offered;
     for (BindableProc* bindable : scene->stack(BindableKind::Viewpoint).all()) {
         auto* const viewpoint = static_cast<ViewpointProc*>(bindable);
@@ -85,20 +85,20 @@ void SceneNavigator::goToViewpoint(std::size_t (*choice)(std::size_t now, std::s
     const auto now = std::find(offered.begin(), offered.end(), _viewarea.viewpoint()) - offered.begin();
     ViewpointProc& chosen = *offered[choice(static_cast<std::size_t>(now), offered.size())];
     if (&chosen == _viewarea.viewpoint())
-        _view.travelBack(time);
+        _view->travelBack(time);
     else
         _viewarea.look(chosen, time);
 }
 
 void SceneNavigator::showAll(double time)
 {
-    if (SceneProc* const scene = _viewarea.scene())
-        _view.travelToSee(SceneBounds::of(*scene), time);
+    if (SceneLayer* const scene = _viewarea.activeLayer())
+        _view->travelToSee(SceneBounds::of(*scene), time);
 }
 
 void SceneNavigator::resetPosition(double time)
 {
-    _view.travelBack(time);
+    _view->travelBack(time);
 }
 
 void SceneNavigator::toggleHeadlight(double)

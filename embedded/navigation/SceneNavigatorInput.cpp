@@ -1,6 +1,6 @@
 // What the input of a viewarea makes its user do: drags, wheel, fingers, and keys.
 
-#include "core/SceneProc.h"
+#include "core/SceneLayer.h"
 #include "engine/ViewareaBehaviour.h"
 #include "navigation/Keys.h"
 #include "navigation/NavigatorCommands.h"
@@ -70,7 +70,7 @@ void SceneNavigator::press(int button, double x, double y)
 {
     if (!isUsed() || _drag || !isUsablePixel(x, y))
         return;
-    if (SceneProc* const scene = _viewarea.scene())
+    if (SceneLayer* const scene = _viewarea.activeLayer())
         scene->state().preferViewer(_viewarea);
     _drag.emplace(Drag{button, x, y, x, y, false, button == Buttons::left ? motionAt(x, y) : motionTo(x, y)});
 }
@@ -91,17 +91,17 @@ void SceneNavigator::dragTo(double x, double y)
     const ExamineMotion& motion = _drag->motion;
     switch (_drag->button) {
     case Buttons::left:
-        _view.move(motion.turned(-right * pi / pictureSize(), -down * pi / pictureSize()));
+        _view->move(motion.turned(-right * pi / pictureSize(), -down * pi / pictureSize()));
         break;
     case Buttons::middle:
-        _view.move(motion.panned(motion.start(), right / pictureHeight(), down / pictureHeight()));
+        _view->move(motion.panned(motion.start(), right / pictureHeight(), down / pictureHeight()));
         break;
     default:
-        if (_view.isParallel()) {
-            _view.scale(std::exp((y - _drag->startY) * 4.0 / pictureHeight()));
+        if (_view->isParallel()) {
+            _view->scale(std::exp((y - _drag->startY) * 4.0 / pictureHeight()));
             _drag->startY = y;
         } else
-            _view.move(motion.closer(motion.start(), std::exp(down * 4.0 / pictureHeight())));
+            _view->move(motion.closer(motion.start(), std::exp(down * 4.0 / pictureHeight())));
         break;
     }
 }
@@ -128,10 +128,10 @@ void SceneNavigator::click(double time)
     if (bounds.isEmpty)
         return;
     _target = bounds.center();
-    const Pose now = _view.pose();
+    const Pose now = _view->pose();
     const Pose turned = Pose::looking(now.position, bounds.center() - now.position, now.up());
-    _view.move(now);
-    _view.travelToSee(bounds, turned, time);
+    _view->move(now);
+    _view->travelToSee(bounds, turned, time);
 }
 
 void SceneNavigator::turnWheel(bool closer, int x, int y)
@@ -145,8 +145,8 @@ void SceneNavigator::turnWheel(bool closer, int x, int y)
     }
     const double factor = closer ? wheelStep : 1.0 / wheelStep;
     const ExamineMotion motion = motionTo(x, y);
-    if (!_view.isParallel()) {
-        _view.move(motion.closer(motion.start(), factor));
+    if (!_view->isParallel()) {
+        _view->move(motion.closer(motion.start(), factor));
         return;
     }
     // What is under the pointer stays there.
@@ -154,8 +154,8 @@ void SceneNavigator::turnWheel(bool closer, int x, int y)
     const osg::Vec3d arm = motion.pivot() - pose.position;
     pose.position = pose.position +
                     (pose.right() * arm.dot(pose.right()) + pose.up() * arm.dot(pose.up())) * (1.0 - factor);
-    _view.move(pose);
-    _view.scale(factor);
+    _view->move(pose);
+    _view->scale(factor);
 }
 
 void SceneNavigator::touch(const std::vector<TouchPointRecord>& points, double time)
@@ -211,13 +211,13 @@ void SceneNavigator::pinchTo(double x, double y, double distance)
     const double ratio = _pinch->startDistance / distance;
     const double right = (x - _pinch->startX) / pictureHeight();
     const double down = (y - _pinch->startY) / pictureHeight();
-    if (_view.isParallel()) {
-        _view.scale(ratio / _pinch->startScale);
+    if (_view->isParallel()) {
+        _view->scale(ratio / _pinch->startScale);
         _pinch->startScale = ratio;
-        _view.move(motion.panned(motion.start(), right, down));
+        _view->move(motion.panned(motion.start(), right, down));
         return;
     }
-    _view.move(motion.panned(motion.closer(motion.start(), ratio), right, down));
+    _view->move(motion.panned(motion.closer(motion.start(), ratio), right, down));
 }
 
 void SceneNavigator::pressKey(int key, double time)

@@ -4,7 +4,7 @@
 #include "core/EnvironmentProcs.h"
 #include "core/GroupProc.h"
 #include "core/Part.h"
-#include "core/SceneProc.h"
+#include "core/SceneLayer.h"
 #include "core/UsableValues.h"
 #include "core/ViewpointProc.h"
 #include "engine/ViewareaBehaviour.h"
@@ -49,19 +49,26 @@ double mixed(double a, double b, double t)
 
 } // namespace
 
-UserView::UserView(ViewareaBehaviour& viewarea)
+UserView::UserView(ViewareaBehaviour& viewarea, unsigned long long layerId)
     : _viewarea(viewarea)
+    , _layerId(layerId)
 {
 }
 
-SceneProc* UserView::scene() const
+SceneLayer* UserView::layer() const
 {
-    return _viewarea.scene();
+    return procAs<SceneLayer>(Node::findNode(_layerId));
+}
+
+ViewpointProc* UserView::viewpoint() const
+{
+    const SceneLayer* const shown = layer();
+    return shown ? _viewarea.viewpoint(*shown) : nullptr;
 }
 
 Node* UserView::boundInfo() const
 {
-    const SceneProc* const shown = scene();
+    const SceneLayer* const shown = layer();
     const BindableProc* const info = shown ? shown->stack(BindableKind::NavigationInfo).bound() : nullptr;
     return info ? &info->node() : nullptr;
 }
@@ -76,18 +83,16 @@ bool UserView::follow(double time)
         _typesAreNew = true;
     _infoId = infoId;
 
-    SceneProc* const shown = scene();
-    const unsigned long long sceneId = shown ? shown->node().ID() : 0;
-    ViewpointProc* const viewpoint = _viewarea.viewpoint();
+    SceneLayer* const shown = layer();
+    if (shown && !shown->isNavigable())
+        _settings.mode = NavigationMode::None;
+    ViewpointProc* const viewpoint = this->viewpoint();
     const unsigned long long viewpointId = viewpoint ? viewpoint->node().ID() : 0;
-    const bool isNew = sceneId != _sceneId || viewpointId != _viewpointId;
+    const bool isNew = !_isFollowing || viewpointId != _viewpointId;
     if (shown)
         readLens(_viewarea.plainView(*shown));
-    if (sceneId != _sceneId) {
-        _kept.clear();
-        _way = Way();
-        _offset = Offset();
-        _sceneId = sceneId;
+    if (!_isFollowing) {
+        _isFollowing = true;
         _viewpointId = viewpointId;
         _wantsAll = viewpoint && readFlag(viewAllPart, viewpoint->node());
     } else if (isNew)
@@ -129,7 +134,7 @@ void UserView::arrive(ViewpointProc* viewpoint, double time)
 // What a scene shows may come later than its viewpoint.
 void UserView::tryToSeeAll()
 {
-    SceneProc* const shown = scene();
+    SceneLayer* const shown = layer();
     const SceneBounds bounds = _wantsAll && shown ? SceneBounds::of(*shown) : SceneBounds();
     if (bounds.isEmpty)
         return;
@@ -181,7 +186,7 @@ void UserView::complete(double time)
 
 Pose UserView::base() const
 {
-    if (const ViewpointProc* const viewpoint = _viewarea.viewpoint()) {
+    if (const ViewpointProc* const viewpoint = this->viewpoint()) {
         const Pose pose = Pose::of(viewpoint->cameraToWorld());
         if (pose.isUsable())
             return pose;
@@ -264,7 +269,8 @@ UserView::Offset UserView::seeing(const SceneBounds& bounds, const Pose& directi
 
 void UserView::readLens(const SceneView& view)
 {
-    const osg::ViewportPtr port = _viewarea.port();
+    const SceneLayer* const shown = layer();
+    const osg::ViewportPtr port = shown ? _viewarea.portOf(*shown) : _viewarea.port();
     const bool hasWindow = port->getParent() != osg::NullFC;
     const double width = std::max(hasWindow ? port->getPixelWidth() : 1, 1);
     const double height = std::max(hasWindow ? port->getPixelHeight() : 1, 1);
@@ -303,7 +309,7 @@ void UserView::aim(SceneView& view)
 
 osg::Matrix UserView::viewpointSystem() const
 {
-    const ViewpointProc* const viewpoint = _viewarea.viewpoint();
+    const ViewpointProc* const viewpoint = this->viewpoint();
     const GroupProc* const group = viewpoint ? groupOf(*viewpoint) : nullptr;
     return group ? group->toWorld() : osg::Matrix();
 }
@@ -333,7 +339,7 @@ osg::Vec3d UserView::turntableAxis() const
 
 bool UserView::authoredPivot(osg::Vec3d& pivot) const
 {
-    const ViewpointProc* const viewpoint = _viewarea.viewpoint();
+    const ViewpointProc* const viewpoint = this->viewpoint();
     osg::Vec3f center;
     if (!viewpoint || !viewpoint->pivot(center))
         return false;

@@ -9,16 +9,17 @@
 namespace Orvane {
 
 struct SceneView;
-class SceneProc;
+class SceneLayer;
 class ViewareaBehaviour;
 class ViewpointProc;
 
-/// Where the user of a viewarea is: an offset from the viewpoint, so that a viewpoint that moves carries the
-/// user along. Follows the nodes that come to be bound, by a jump or on a way that takes time.
+/// Where the user of a viewarea is in a layer: an offset from the viewpoint, so that a viewpoint that moves
+/// carries the user along. Follows the nodes that come to be bound, by a jump or on a way that takes time.
 class UserView
 {
 public:
-    explicit UserView(ViewareaBehaviour& viewarea);
+    /// \a layerId is the id of the layer's node; 0 for that of no scene.
+    UserView(ViewareaBehaviour& viewarea, unsigned long long layerId);
 
     /// Looks at which viewpoint and `NavigationInfo` are bound by now. True when it is a new viewpoint.
     bool follow(double time);
@@ -46,7 +47,8 @@ public:
     void travelToSee(const SceneBounds& bounds, const Pose& direction, double time);
     bool isTravelling() const { return _way.isOn; }
 
-    SceneProc* scene() const;
+    /// Null when the layer has gone.
+    SceneLayer* layer() const;
     /// The view without perspective, and how much larger than asked for its window is.
     bool isParallel() const { return _lens.parallel; }
     /// World units from the middle to the upper edge of the picture: at a distance of 1, or at all with a
@@ -88,6 +90,7 @@ private:
         double part = 0.0; ///< of the way that lies behind
     };
 
+    ViewpointProc* viewpoint() const;
     Pose base() const;
     osg::Matrix viewpointSystem() const;
     void readLens(const SceneView& view);
@@ -100,7 +103,8 @@ private:
 
     ViewareaBehaviour& _viewarea;
     NavigationSettings _settings;
-    unsigned long long _sceneId = 0;
+    unsigned long long _layerId;
+    bool _isFollowing = false; ///< the layer has been looked at
     unsigned long long _viewpointId = 0;
     unsigned long long _infoId = 0;
     bool _typesAreNew = false;

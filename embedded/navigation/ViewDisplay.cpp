@@ -53,8 +53,7 @@ ViewDisplay::ViewDisplay(ViewareaBehaviour& viewarea)
     , _volumes(osg::VolumeForeground::create())
     , _info(osg::ImageForeground::create())
 {
-    _viewarea.port()->addForeground(osg::ForegroundPtr(_volumes.get()));
-    _viewarea.port()->addForeground(osg::ForegroundPtr(_info.get()));
+    _viewarea.addForegrounds(osg::ForegroundPtr(_volumes.get()), osg::ForegroundPtr(_info.get()));
 }
 
 void ViewDisplay::toggleHeadlight()
@@ -140,7 +139,7 @@ std::vector<std::string> ViewDisplay::viewFigures(const UserView& view, const ch
     lines.push_back(print("position: %.6g %.6g %.6g", pose.position[0], pose.position[1], pose.position[2]));
     lines.push_back(print("direction: %.3f %.3f %.3f", ahead[0], ahead[1], ahead[2]));
     lines.push_back(print("navigation: %s, %.4g m/s", mode, speed));
-    SceneProc* const scene = view.scene();
+    SceneLayer* const scene = view.layer();
     const SceneBounds bounds = scene ? SceneBounds::of(*scene) : SceneBounds();
     if (bounds.isEmpty) {
         lines.emplace_back("scene: empty");

@@ -1,3 +1,5 @@
+#include <OpenSG/OSGDepthClearBackground.h>
+#include <OpenSG/OSGPassiveBackground.h>
 #include <OpenSG/OSGSolidBackground.h>
 
 #include "OSGContainerType.h"
@@ -7,6 +9,8 @@
 namespace osg {
 
 OSG_CONTAINER_TYPE(Background, AttachmentContainer)
+OSG_CREATABLE_CONTAINER_TYPE(DepthClearBackground, Background)
+OSG_CREATABLE_CONTAINER_TYPE(PassiveBackground, Background)
 OSG_CREATABLE_CONTAINER_TYPE(SolidBackground, Background)
 
 void SolidBackground::clear(RenderActionBase&, Viewport&)
@@ -15,6 +19,17 @@ void SolidBackground::clear(RenderActionBase&, Viewport&)
     glClearDepth(1);
     glClearStencil(0);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+}
+
+void DepthClearBackground::clear(RenderActionBase&, Viewport&)
+{
+    glClearDepth(1);
+    glClearStencil(0);
+    glClear(GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+}
+
+void PassiveBackground::clear(RenderActionBase&, Viewport&)
+{
 }
 
 } // namespace osg
