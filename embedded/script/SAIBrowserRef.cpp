@@ -48,10 +48,10 @@ std::string SAIBrowserRef::getVersion() const
 double SAIBrowserRef::getCurrentSpeed() const
 {
     Context* context = getExecutionContext();
-    const auto* scene = context ? procAs<SceneProc>(context->findRoot(Scene::_type)) : nullptr;
+    auto* const scene = context ? procAs<SceneProc>(context->findRoot(Scene::_type)) : nullptr;
     if (!scene)
         return 0.0;
-    const BindableProc* navigation = scene->stack(BindableKind::NavigationInfo).bound();
+    const BindableProc* navigation = scene->activeLayer().stack(BindableKind::NavigationInfo).bound();
     if (!navigation)
         return 1.0;
     const int part = partIndex(*navigation->node().type(), "speed");
