@@ -186,8 +186,11 @@ bool connectIs(Field& instanceField, Field& bodyField)
         makeIs(instanceField, bodyField, true);
     if (instanceField.partType() & EVENTOUTP)
         makeIs(bodyField, instanceField, false);
-    if (instanceField.partType() & FIELDP)
-        handIntoBody(instanceField);
+    if (instanceField.partType() & FIELDP) {
+        bodyField.assignValue(instanceField);
+        if (bodyField.node()->type()->isProto())
+            handIntoBody(bodyField);
+    }
     return true;
 }
 

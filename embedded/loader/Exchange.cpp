@@ -11,7 +11,6 @@
 #include <Orvane/NodeNameSpace.h>
 #include <Orvane/NodeType.h>
 #include <Orvane/Route.h>
-#include <algorithm>
 #include <unordered_map>
 
 namespace Orvane {
@@ -51,15 +50,20 @@ void checkExports(const FileScope& scope)
     LoadMessages messages = scope.messages;
     for (const auto& entry : scope.exports) {
         const std::string& local = entry.second.local;
-        const auto isImport = [&local](const PendingImport& import) { return import.name == local; };
         // Of an import that failed has been told.
-        if (!scope.findNode(local) && std::none_of(scope.imports.begin(), scope.imports.end(), isImport))
+        if (!scope.findNode(local) && scope.importNames.count(local) == 0)
             messages.warn(entry.second.place, "EXPORT: expected the name of a node, found " + quoted(local));
     }
 }
 
 void resolveImports(FileScope& scope, const FileScopes& files)
 {
+    if (scope.imports.empty())
+        return;
+    std::unordered_map<const Node*, const FileScope*> contents;
+    for (const auto& file : files)
+        if (file->parent && !file->isBody())
+            contents[file->root.get()] = file.get();
     for (const PendingImport& import : scope.imports) {
         Node* inlineNode = scope.findNode(import.inlineName);
         if (!inlineNode || inlineNode->type() != findType("Inline")) {
@@ -68,12 +72,10 @@ void resolveImports(FileScope& scope, const FileScopes& files)
             continue;
         }
         keepImport(*inlineNode, import.exportedName, import.name);
-        const FileScope* inner = nullptr;
-        for (const auto& candidate : files)
-            if (candidate->parent && !candidate->isBody() && candidate->root.get() == inlineNode)
-                inner = candidate.get();
-        if (!inner)
+        const auto content = contents.find(inlineNode);
+        if (content == contents.end())
             continue; // the inline has said why it holds nothing
+        const FileScope* const inner = content->second;
         const auto exported = inner->exports.find(import.exportedName);
         Node* node = exported == inner->exports.end() ? nullptr : inner->findNode(exported->second.local);
         if (node)

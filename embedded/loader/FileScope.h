@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace Orvane {
@@ -91,6 +92,7 @@ struct FileScope
 
     std::vector<PendingRoute> routes;
     std::vector<PendingImport> imports;
+    std::unordered_set<std::string> importNames; ///< of all of them, also of those that fail
     std::vector<UnknownUse> unknownUses;
     std::map<std::string, PendingExport> exports;      ///< by the exported name
     std::unordered_map<std::string, NodeRef> imported; ///< name in the file to the node of the inline

@@ -370,6 +370,7 @@ bool LoadSession::readInlineFile(const PendingInline& pending, const Relayne::UR
     _inlines.erase(std::remove_if(_inlines.begin(), _inlines.end(), ofThisFile), _inlines.end());
     scope.routes.clear();
     scope.imports.clear();
+    scope.importNames.clear();
     scope.exports.clear();
     scope.unknownUses.clear();
     scope.prototypes.clear();

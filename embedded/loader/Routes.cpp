@@ -11,7 +11,6 @@
 #include <Orvane/NodePartDesc.h>
 #include <Orvane/NodeType.h>
 #include <Orvane/Route.h>
-#include <algorithm>
 
 namespace Orvane {
 
@@ -34,8 +33,7 @@ RouteEnd findEnd(const PendingEnd& end, FileScope& scope, const PendingRoute& ro
 {
     if (Node* node = end.node ? end.node.get() : scope.findNode(end.nodeName))
         return {node, false};
-    const auto isImport = [&](const PendingImport& import) { return import.name == end.nodeName; };
-    if (route.isKept || std::any_of(scope.imports.begin(), scope.imports.end(), isImport))
+    if (route.isKept || scope.importNames.count(end.nodeName) > 0)
         return {nullptr, true};
     scope.messages.warn(route.place, "ROUTE: expected the name of a node, found " + quoted(end.nodeName));
     return {nullptr, false};

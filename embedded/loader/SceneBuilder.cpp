@@ -424,6 +424,7 @@ void SceneBuilder::importNode(const ExchangeStatement& statement)
     if (_skipped > 0 || !mayExchange(statement))
         return;
     const std::string_view name = statement.name.empty() ? statement.exportedName : statement.name;
+    _scope->importNames.insert(coding::toGraph(name));
     _scope->imports.push_back({coding::toGraph(statement.inlineName), coding::toGraph(statement.exportedName),
                                coding::toGraph(name), statement.place});
 }
