@@ -1,4 +1,5 @@
 #include "core/GroupProc.h"
+#include "core/ListEdit.h"
 #include "core/PointingSensorProc.h"
 #include "core/SceneState.h"
 #include "core/ScopedProc.h"
@@ -16,12 +17,6 @@ const Part addChildrenPart("addChildren");
 const Part childrenPart("children");
 const Part removeChildrenPart("removeChildren");
 const Part visiblePart("visible");
-
-bool holds(const MFNode& field, Node* node)
-{
-    return std::any_of(field.begin(), field.end(),
-                       [node](NodeLink& link) { return link.directNode() == node; });
-}
 
 } // namespace
 
@@ -46,13 +41,8 @@ GroupProc::~GroupProc()
 
 void GroupProc::fieldChanged(Field& field, double time)
 {
-    const bool add = addChildrenPart.is(field);
-    if (add || removeChildrenPart.is(field)) {
-        editChildren(childrenPart.edit<MFNode>(node()), field, add, time);
-        // What came in is done with; the links of an event would count as parents.
-        field.clear();
+    if (takeListEvent(node(), field, addChildrenPart, removeChildrenPart, childrenPart, time))
         return;
-    }
     if (field.dataType() == MFNODE_DT || field.dataType() == SFNODE_DT)
         _childrenChanged = true;
     requestUpdate();
@@ -294,24 +284,6 @@ void GroupProc::removeEntries(std::size_t first, std::size_t last)
     }
     _entries.erase(_entries.begin() + static_cast<std::ptrdiff_t>(first),
                    _entries.begin() + static_cast<std::ptrdiff_t>(last));
-}
-
-void GroupProc::editChildren(Field& children, const Field& edit, bool add, double time)
-{
-    auto& list = static_cast<MFNode&>(children);
-    for (NodeLink& link : static_cast<const MFNode&>(edit)) {
-        Node* const child = link.directNode();
-        if (!child || holds(list, child) == add)
-            continue;
-        if (add) {
-            list.addNode(time, child, Field::EVENT_CT);
-            continue;
-        }
-        for (int i = static_cast<int>(list.size()); i-- > 0;) {
-            if (list.elem(i).directNode() == child)
-                list.removeNode(time, i, Field::EVENT_CT);
-        }
-    }
 }
 
 GroupProc* groupOf(const ElementProc& element)

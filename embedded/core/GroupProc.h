@@ -83,7 +83,6 @@ private:
     std::size_t shownBefore(std::size_t index) const;
     osg::NodePtr show(const osg::NodePtr& tree, std::size_t place);
     bool isUpToDate(const Entry& entry, Node* node) const;
-    void editChildren(Field& children, const Field& edit, bool add, double time);
 
     /// What a group has that holds lights.
     struct Lighting

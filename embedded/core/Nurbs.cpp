@@ -1,22 +1,31 @@
 #include "base/ValueFields.h"
 #include "core/ComposedMeshProc.h"
+#include "core/ListEdit.h"
+#include "core/NurbsProcs.h"
 #include "core/Part.h"
 #include <Orvane/MFDouble.h>
+#include <Orvane/MFNode.h>
+#include <Orvane/MFVec2f.h>
 #include <Orvane/SFBool.h>
+#include <Orvane/SFFloat.h>
 #include <Orvane/SFInt32.h>
 #include <algorithm>
 #include <cmath>
-#include <string>
 
 namespace Orvane {
 
 namespace {
 
+const Part addTrimmingContourPart("addTrimmingContour");
 const Part controlPointPart("controlPoint");
 const Part knotPart("knot");
 const Part orderPart("order");
+const Part pointPart("point");
+const Part removeTrimmingContourPart("removeTrimmingContour");
 const Part solidPart("solid");
 const Part tessellationPart("tessellation");
+const Part texCoordPart("texCoord");
+const Part trimmingContourPart("trimmingContour");
 const Part uDimensionPart("uDimension");
 const Part uKnotPart("uKnot");
 const Part uOrderPart("uOrder");
@@ -27,102 +36,51 @@ const Part vOrderPart("vOrder");
 const Part vTessellationPart("vTessellation");
 const Part weightPart("weight");
 
-/// Pieces of a line, and of each side of a surface; more are not told apart on any screen.
-constexpr std::size_t MostLinePieces = 8192;
-constexpr std::size_t MostSidePieces = 512;
-/// A higher order than this is that of no scene, and takes too long.
-constexpr std::size_t HighestOrder = 64;
-
-/// The shares of the control points of one direction at the parameters at which it is sampled.
-class Basis
+int number(const Part& part, const Node& node)
 {
-public:
-    /// For \a count control points. Knots that do not fit are those of an even curve through both ends.
-    Basis(std::size_t count, std::size_t order, const std::vector<double>& knots)
-        : _count(count)
-        , _order(order)
-        , _knots(knots)
-    {
-        const auto isBad = [](double knot) { return !std::isfinite(knot); };
-        if (_knots.size() == count + order && std::is_sorted(_knots.begin(), _knots.end()) &&
-            std::none_of(_knots.begin(), _knots.end(), isBad) && _knots[order - 1] < _knots[count])
-            return;
-        _knots.assign(order, 0.0);
-        for (std::size_t i = 1; i <= count - order; ++i)
-            _knots.push_back(static_cast<double>(i));
-        _knots.insert(_knots.end(), order, static_cast<double>(count - order + 1));
-    }
-
-    std::size_t order() const { return _order; }
-
-    /// Fills the shares of `order()` control points, and tells the first of them. \a t runs from 0 to 1.
-    std::size_t sample(double t, std::vector<double>& shares) const
-    {
-        const double low = _knots[_order - 1];
-        const double high = _knots[_count];
-        const double u = low + (high - low) * t;
-        const auto begin = _knots.begin() + static_cast<std::ptrdiff_t>(_order);
-        const auto end = _knots.begin() + static_cast<std::ptrdiff_t>(_count);
-        auto span = static_cast<std::size_t>(std::upper_bound(begin, end, u) - _knots.begin()) - 1;
-        while (span > _order - 1 && !(_knots[span] < _knots[span + 1]))
-            --span;
-        shares.assign(_order, 0.0);
-        shares[0] = 1.0;
-        for (std::size_t degree = 1; degree < _order; ++degree) {
-            double saved = 0.0;
-            for (std::size_t i = 0; i < degree; ++i) {
-                const double right = _knots[span + i + 1] - u;
-                const double left = u - _knots[span + 1 + i - degree];
-                const double share = right + left != 0.0 ? shares[i] / (right + left) : 0.0;
-                shares[i] = saved + right * share;
-                saved = left * share;
-            }
-            shares[degree] = saved;
-        }
-        return span + 1 - _order;
-    }
-
-private:
-    std::size_t _count;
-    std::size_t _order;
-    std::vector<double> _knots;
-};
-
-/// A sum of weighted points.
-struct WeightedSum
-{
-    double sums[4] = {};
-
-    void add(const osg::Vec3f& point, double weight)
-    {
-        for (osg::UInt32 i = 0; i < 3; ++i)
-            sums[i] += weight * static_cast<double>(point[i]);
-        sums[3] += weight;
-    }
-    osg::Vec3f value() const
-    {
-        const double scale = sums[3] != 0.0 ? 1.0 / sums[3] : 0.0;
-        return osg::Vec3f(static_cast<float>(sums[0] * scale), static_cast<float>(sums[1] * scale),
-                          static_cast<float>(sums[2] * scale));
-    }
-};
-
-/// How many pieces a tessellation asks for: that many; or per control point; or as it looks well.
-std::size_t pieceCount(int tessellation, std::size_t controlPoints, std::size_t most)
-{
-    constexpr std::size_t PiecesPerPoint = 6;
-    const std::size_t asked = static_cast<std::size_t>(std::abs(static_cast<long>(tessellation)));
-    const std::size_t points = std::min(controlPoints, most);
-    const std::size_t pieces =
-        tessellation > 0 ? asked : points * (asked > 0 ? std::min(asked, most) : PiecesPerPoint);
-    return std::clamp<std::size_t>(pieces, 1, most);
+    return part.read<SFInt32>(node).value();
 }
 
-/// A shape that control points pull at.
-class NurbsProc : public MeshProc
+/// The shares of control points along one direction; none when they may not have the order.
+std::optional<NurbsBasis> readBasis(const Node& node, std::size_t count, const Part& order, const char* name,
+                                    const Part& knots, NurbsFault& fault)
+{
+    const int wanted = number(order, node);
+    if (!NurbsBasis::fits(wanted, count)) {
+        if (count > 0)
+            fault = {name, "expected an order from 2 to the number of control points, " +
+                               std::to_string(count) + ", and at most " + std::to_string(HighestNurbsOrder) +
+                               ", found " + std::to_string(wanted)};
+        return std::nullopt;
+    }
+    return NurbsBasis(count, static_cast<std::size_t>(wanted), knots.read<MFDouble>(node).values());
+}
+
+/// Pairs as points of a plane.
+std::vector<osg::Vec3f> planePoints(const std::vector<osg::Vec2f>& pairs)
+{
+    std::vector<osg::Vec3f> points;
+    points.reserve(pairs.size());
+    for (const osg::Vec2f& pair : pairs)
+        points.emplace_back(pair[0], pair[1], 0.0F);
+    return points;
+}
+
+/// The list of texture coordinates of a node; null when it has none.
+const std::vector<osg::Vec2f>* pairsOf(const Node& node, const Part& part)
+{
+    if (!part.isIn(node))
+        return nullptr;
+    const Field& field = readField(node, part.in(node));
+    return field.dataType() == MFVEC2F_DT ? &static_cast<const MFVec2f&>(field).values() : nullptr;
+}
+
+class NurbsCurveProc : public NurbsProc
 {
 public:
-    using MeshProc::MeshProc;
+    using NurbsProc::NurbsProc;
+
+    Surface::Kind kind() const override { return Surface::LINES; }
 
     void update() override
     {
@@ -132,68 +90,31 @@ public:
         show(build(pointsOf(points, converted)));
     }
 
-protected:
-    virtual MeshData build(const std::vector<osg::Vec3f>& points) = 0;
-
-    double weight(std::size_t point) const
-    {
-        const std::vector<double>& weights = weightPart.read<MFDouble>(node()).values();
-        const double weight = point < weights.size() ? weights[point] : 1.0;
-        return weight > 0.0 && weight < 1e15 ? weight : 1.0;
-    }
-    int number(const Part& part) const { return part.read<SFInt32>(node()).value(); }
-
-    /// True when control points of that number may have the order.
-    bool fits(const char* part, int order, std::size_t count)
-    {
-        if (order >= 2 && static_cast<std::size_t>(order) <= std::min(count, HighestOrder))
-            return true;
-        if (count > 0)
-            complain(part, "expected an order from 2 to the number of control points, " +
-                               std::to_string(count) + ", and at most " + std::to_string(HighestOrder) +
-                               ", found " + std::to_string(order));
-        return false;
-    }
-
 private:
-    Use _controlPoints;
-};
-
-class NurbsCurveProc : public NurbsProc
-{
-public:
-    using NurbsProc::NurbsProc;
-
-    Surface::Kind kind() const override { return Surface::LINES; }
-
-protected:
-    MeshData build(const std::vector<osg::Vec3f>& points) override
+    MeshData build(const std::vector<osg::Vec3f>& points)
     {
+        NurbsFault fault;
+        const std::optional<NurbsLine> line = readNurbsLine(node(), points, fault);
+        tell(fault);
         MeshData mesh;
-        const int order = number(orderPart);
-        if (!fits("order", order, points.size()))
+        if (!line)
             return mesh;
-        const Basis basis(points.size(), static_cast<std::size_t>(order),
-                          knotPart.read<MFDouble>(node()).values());
-        const std::size_t pieces = pieceCount(number(tessellationPart), points.size(), MostLinePieces);
-        std::vector<double> shares;
-        for (std::size_t i = 0; i <= pieces; ++i) {
-            const std::size_t first =
-                basis.sample(static_cast<double>(i) / static_cast<double>(pieces), shares);
-            WeightedSum sum;
-            for (std::size_t k = 0; k < shares.size(); ++k)
-                sum.add(points[first + k], shares[k] * weight(first + k));
-            const osg::Pnt3f place(sum.value());
-            if (!isDrawable(place))
+        const std::size_t count =
+            pieces(number(tessellationPart, node()), points.size(), MostNurbsLinePieces);
+        for (const osg::Vec3f& place : line->sampled(count)) {
+            if (!isDrawable(osg::Pnt3f(place)))
                 return MeshData();
-            mesh.positions.push_back(place);
+            const auto i = static_cast<std::uint32_t>(mesh.positions.size());
+            mesh.positions.emplace_back(place);
             if (i > 0) {
-                mesh.indices.push_back(static_cast<std::uint32_t>(i - 1));
-                mesh.indices.push_back(static_cast<std::uint32_t>(i));
+                mesh.indices.push_back(i - 1);
+                mesh.indices.push_back(i);
             }
         }
         return mesh;
     }
+
+    Use _controlPoints;
 };
 
 class NurbsPatchSurfaceProc : public NurbsProc
@@ -203,68 +124,265 @@ public:
 
     bool isSolid() const override { return solidPart.read<SFBool>(node()).value(); }
 
-protected:
-    MeshData build(const std::vector<osg::Vec3f>& points) override
+    void update() override
     {
-        const auto uCount = static_cast<std::size_t>(std::max(0, number(uDimensionPart)));
-        const auto vCount = static_cast<std::size_t>(std::max(0, number(vDimensionPart)));
-        if (uCount == 0 || vCount == 0)
-            return {};
-        if (points.size() / uCount < vCount) {
-            complain("controlPoint", "expected " + std::to_string(uCount) + " x " + std::to_string(vCount) +
-                                         " points, found " + std::to_string(points.size()));
-            return {};
+        Node* const points = resolved(controlPointPart.readNode(node()));
+        _controlPoints.set(*this, procAs<ElementProc>(points));
+        Node* const texCoords = resolved(texCoordPart.readNode(node()));
+        _texCoords.set(*this, procAs<ElementProc>(texCoords));
+        std::vector<osg::Vec3f> converted;
+        NurbsFault fault;
+        const std::optional<NurbsPatch> patch = readNurbsPatch(node(), pointsOf(points, converted), fault);
+        tell(fault);
+        if (!patch) {
+            show({});
+            return;
         }
-        if (!fits("uOrder", number(uOrderPart), uCount) || !fits("vOrder", number(vOrderPart), vCount))
-            return {};
-        const Basis uBasis(uCount, static_cast<std::size_t>(number(uOrderPart)),
-                           uKnotPart.read<MFDouble>(node()).values());
-        const Basis vBasis(vCount, static_cast<std::size_t>(number(vOrderPart)),
-                           vKnotPart.read<MFDouble>(node()).values());
-        const std::size_t columns = pieceCount(number(uTessellationPart), uCount, MostSidePieces) + 1;
-        const std::size_t rows = pieceCount(number(vTessellationPart), vCount, MostSidePieces) + 1;
+        const std::optional<NurbsPatch> pairs = texCoords ? readTexCoords(*texCoords, *patch) : std::nullopt;
+        const std::size_t columns =
+            pieces(number(uTessellationPart, node()), patch->u().count(), MostNurbsSidePieces);
+        const std::size_t rows =
+            pieces(number(vTessellationPart, node()), patch->v().count(), MostNurbsSidePieces);
+        show(build(*patch, pairs ? &*pairs : nullptr, columns, rows));
+    }
 
+protected:
+    /// The surface in pieces; null texture coordinates are its parameters.
+    virtual MeshData build(const NurbsPatch& patch, const NurbsPatch* texCoords, std::size_t columns,
+                           std::size_t rows)
+    {
         std::vector<osg::Vec3f> grid;
-        std::vector<osg::Vec2f> texCoords;
-        std::vector<int> index;
-        std::vector<double> uShares;
-        std::vector<double> vShares;
-        for (std::size_t row = 0; row < rows; ++row) {
-            const double v = static_cast<double>(row) / static_cast<double>(rows - 1);
-            const std::size_t vFirst = vBasis.sample(v, vShares);
-            for (std::size_t column = 0; column < columns; ++column) {
-                const double u = static_cast<double>(column) / static_cast<double>(columns - 1);
-                const std::size_t uFirst = uBasis.sample(u, uShares);
-                WeightedSum sum;
-                for (std::size_t j = 0; j < vShares.size(); ++j) {
-                    for (std::size_t i = 0; i < uShares.size(); ++i) {
-                        const std::size_t point = (vFirst + j) * uCount + uFirst + i;
-                        sum.add(points[point], uShares[i] * vShares[j] * weight(point));
-                    }
-                }
-                grid.push_back(sum.value());
-                texCoords.emplace_back(static_cast<float>(u), static_cast<float>(v));
-                if (row == 0 || column == 0)
-                    continue;
-                const std::size_t last = row * columns + column;
-                for (const std::size_t corner : {last - columns - 1, last - columns, last, last - 1})
-                    index.push_back(static_cast<int>(corner));
+        std::vector<osg::Vec2f> pairs;
+        for (std::size_t row = 0; row <= rows; ++row) {
+            const double v = static_cast<double>(row) / static_cast<double>(rows);
+            for (std::size_t column = 0; column <= columns; ++column) {
+                const double u = static_cast<double>(column) / static_cast<double>(columns);
+                grid.push_back(patch.at(u, v));
+                const osg::Vec3f pair = texCoords
+                                            ? texCoords->at(u, v)
+                                            : osg::Vec3f(static_cast<float>(u), static_cast<float>(v), 0.0F);
+                pairs.emplace_back(pair[0], pair[1]);
             }
         }
-        MeshFaults faults("corner");
-        FaceList faces(grid, index);
-        faces.readQuads(faults);
-        MeshSource source;
-        source.faces = &faces;
-        source.creaseAngle = 3.1415927F; // smooth all over
-        source.texCoords.values = &texCoords;
-        return buildMesh(source, faults);
+        return smoothGrid(grid, pairs, columns + 1, true);
     }
+
+private:
+    /// Texture coordinates are a surface of their own, or stand at the control points.
+    std::optional<NurbsPatch> readTexCoords(const Node& texCoords, const NurbsPatch& patch)
+    {
+        if (const std::vector<osg::Vec2f>* const pairs = pairsOf(texCoords, controlPointPart)) {
+            NurbsFault fault;
+            return readNurbsPatch(texCoords, planePoints(*pairs), fault);
+        }
+        const std::vector<osg::Vec2f>* const pairs = pairsOf(texCoords, pointPart);
+        if (!pairs || pairs->size() < patch.u().count() * patch.v().count())
+            return std::nullopt;
+        std::vector<osg::Vec3f> points = planePoints(*pairs);
+        points.resize(patch.u().count() * patch.v().count());
+        return patch.over(std::move(points));
+    }
+
+    Use _controlPoints;
+    Use _texCoords;
+};
+
+/// A surface of which outlines leave a part.
+class NurbsTrimmedSurfaceProc : public NurbsPatchSurfaceProc
+{
+public:
+    using NurbsPatchSurfaceProc::NurbsPatchSurfaceProc;
+
+    void fieldChanged(Field& field, double time) override
+    {
+        if (!takeListEvent(node(), field, addTrimmingContourPart, removeTrimmingContourPart,
+                           trimmingContourPart, time))
+            NurbsPatchSurfaceProc::fieldChanged(field, time);
+    }
+
+protected:
+    MeshData build(const NurbsPatch& patch, const NurbsPatch* texCoords, std::size_t columns,
+                   std::size_t rows) override
+    {
+        const auto& nodes = trimmingContourPart.read<MFNode>(node());
+        _contours.resize(nodes.size());
+        std::vector<std::vector<osg::Vec2f>> outlines;
+        std::size_t i = 0;
+        for (NodeLink& link : nodes) {
+            auto* const contour = elementOf<PlaneCurveProc>(link.node());
+            _contours[i++].set(*this, contour);
+            std::vector<osg::Vec2f> outline;
+            if (contour)
+                contour->trace(outline);
+            for (osg::Vec2f& place : outline) {
+                place[0] = static_cast<float>(patch.u().shareOf(static_cast<double>(place[0])));
+                place[1] = static_cast<float>(patch.v().shareOf(static_cast<double>(place[1])));
+            }
+            if (outline.size() >= 3)
+                outlines.push_back(std::move(outline));
+        }
+        return outlines.empty() ? NurbsPatchSurfaceProc::build(patch, texCoords, columns, rows)
+                                : trimmedMesh(patch, texCoords, outlines, columns, rows);
+    }
+
+private:
+    std::vector<Use> _contours;
+};
+
+/// Behaviour of a `NurbsSet`: has its geometries cut as finely as it says.
+class NurbsSetProc : public ElementProc
+{
+public:
+    using ElementProc::ElementProc;
+
+    ~NurbsSetProc() override
+    {
+        for (const Use& use : _geometries) {
+            if (auto* const geometry = dynamic_cast<NurbsProc*>(use.element()))
+                geometry->scaleTessellation(1.0F);
+        }
+    }
+
+    void fieldChanged(Field& field, double time) override
+    {
+        static const Part addGeometryPart("addGeometry");
+        static const Part removeGeometryPart("removeGeometry");
+        if (!takeListEvent(node(), field, addGeometryPart, removeGeometryPart, geometryPart(), time))
+            ElementProc::fieldChanged(field, time);
+    }
+
+    void update() override
+    {
+        static const Part tessellationScalePart("tessellationScale");
+        const auto& nodes = geometryPart().read<MFNode>(node());
+        std::vector<Use> before = std::move(_geometries);
+        _geometries = std::vector<Use>(nodes.size());
+        const float scale = tessellationScalePart.read<SFFloat>(node()).value();
+        std::vector<NurbsProc*> present;
+        std::size_t i = 0;
+        for (NodeLink& link : nodes) {
+            auto* const geometry = elementOf<NurbsProc>(link.node());
+            _geometries[i++].set(*this, geometry);
+            present.push_back(geometry);
+            if (geometry)
+                geometry->scaleTessellation(scale);
+        }
+        for (const Use& use : before) {
+            auto* const gone = dynamic_cast<NurbsProc*>(use.element());
+            if (gone && std::find(present.begin(), present.end(), gone) == present.end())
+                gone->scaleTessellation(1.0F);
+        }
+    }
+
+protected:
+    void elementChanged(ElementProc&) override {}
+
+private:
+    static const Part& geometryPart()
+    {
+        static const Part part("geometry");
+        return part;
+    }
+
+    std::vector<Use> _geometries;
 };
 
 const ProcRegistration curve("NurbsCurve", makeProc<NurbsCurveProc>);
 const ProcRegistration patch("NurbsPatchSurface", makeProc<NurbsPatchSurfaceProc>);
+const ProcRegistration set("NurbsSet", makeProc<NurbsSetProc>);
+const ProcRegistration textureCoordinate("NurbsTextureCoordinate", makeProc<DescriptionProc>);
+const ProcRegistration trimmed("NurbsTrimmedSurface", makeProc<NurbsTrimmedSurfaceProc>);
 
 } // namespace
+
+std::optional<NurbsLine> readNurbsLine(const Node& node, const std::vector<osg::Vec3f>& points,
+                                       NurbsFault& fault)
+{
+    const std::optional<NurbsBasis> basis =
+        readBasis(node, points.size(), orderPart, "order", knotPart, fault);
+    if (!basis)
+        return std::nullopt;
+    return NurbsLine(points, weightPart.read<MFDouble>(node).values(), *basis);
+}
+
+std::optional<NurbsPatch> readNurbsPatch(const Node& node, const std::vector<osg::Vec3f>& points,
+                                         NurbsFault& fault)
+{
+    const auto uCount = static_cast<std::size_t>(std::max(0, number(uDimensionPart, node)));
+    const auto vCount = static_cast<std::size_t>(std::max(0, number(vDimensionPart, node)));
+    if (uCount == 0 || vCount == 0)
+        return std::nullopt;
+    if (points.size() / uCount < vCount) {
+        fault = {"controlPoint", "expected " + std::to_string(uCount) + " x " + std::to_string(vCount) +
+                                     " points, found " + std::to_string(points.size())};
+        return std::nullopt;
+    }
+    const std::optional<NurbsBasis> u = readBasis(node, uCount, uOrderPart, "uOrder", uKnotPart, fault);
+    const std::optional<NurbsBasis> v = readBasis(node, vCount, vOrderPart, "vOrder", vKnotPart, fault);
+    if (!u || !v)
+        return std::nullopt;
+    return NurbsPatch(points, weightPart.read<MFDouble>(node).values(), *u, *v);
+}
+
+void NurbsProc::scaleTessellation(float scale)
+{
+    const float usable = scale > 0.0F && scale < 1e6F ? scale : 1.0F;
+    if (_scale == usable)
+        return;
+    _scale = usable;
+    requestUpdate();
+}
+
+std::size_t NurbsProc::pieces(int tessellation, std::size_t controlPoints, std::size_t most) const
+{
+    const std::size_t plain = nurbsPieces(tessellation, controlPoints, most);
+    const double scaled = std::ceil(static_cast<double>(plain) * static_cast<double>(_scale));
+    return static_cast<std::size_t>(std::clamp(scaled, 1.0, static_cast<double>(most)));
+}
+
+void NurbsProc::tell(const NurbsFault& fault)
+{
+    if (fault.part)
+        complain(fault.part, fault.text);
+}
+
+MeshData smoothGrid(const std::vector<osg::Vec3f>& grid, const std::vector<osg::Vec2f>& texCoords,
+                    std::size_t columns, bool ccw)
+{
+    const std::size_t rows = grid.size() / columns;
+    const auto isSame = [&grid](std::size_t a, std::size_t b) {
+        return (grid[a] - grid[b]).length() < 1e-5F;
+    };
+    bool joinsColumns = columns > 2;
+    for (std::size_t row = 0; joinsColumns && row < rows; ++row)
+        joinsColumns = isSame(row * columns, row * columns + columns - 1);
+    bool joinsRows = rows > 2;
+    for (std::size_t column = 0; joinsRows && column < columns; ++column)
+        joinsRows = isSame(column, (rows - 1) * columns + column);
+    std::vector<int> points;
+    std::vector<int> pairs;
+    for (std::size_t row = 1; row < rows; ++row) {
+        for (std::size_t column = 1; column < columns; ++column) {
+            const std::size_t last = row * columns + column;
+            for (const std::size_t corner : {last - columns - 1, last - columns, last, last - 1}) {
+                const std::size_t atRow = corner / columns;
+                const std::size_t atColumn = corner % columns;
+                pairs.push_back(static_cast<int>(corner));
+                points.push_back(static_cast<int>((joinsRows && atRow == rows - 1 ? 0 : atRow * columns) +
+                                                  (joinsColumns && atColumn == columns - 1 ? 0 : atColumn)));
+            }
+        }
+    }
+    MeshFaults faults("corner");
+    FaceList faces(grid, points);
+    faces.readQuads(faults);
+    MeshSource source;
+    source.faces = &faces;
+    source.ccw = ccw;
+    source.creaseAngle = 3.1415927F; // smooth all over
+    source.texCoords.values = &texCoords;
+    source.texCoords.index = &pairs;
+    return buildMesh(source, faults);
+}
 
 } // namespace Orvane

@@ -1,0 +1,34 @@
+#include "core/ListEdit.h"
+#include <Orvane/NodeLink.h>
+#include <algorithm>
+
+namespace Orvane {
+
+namespace {
+
+bool holds(const MFNode& list, const Node* node)
+{
+    return std::any_of(list.begin(), list.end(),
+                       [node](NodeLink& link) { return link.directNode() == node; });
+}
+
+} // namespace
+
+void editList(MFNode& list, const MFNode& nodes, bool add, double time)
+{
+    for (NodeLink& link : nodes) {
+        Node* const node = link.directNode();
+        if (!node || holds(list, node) == add)
+            continue;
+        if (add) {
+            list.addNode(time, node, Field::EVENT_CT);
+            continue;
+        }
+        for (int i = static_cast<int>(list.size()); i-- > 0;) {
+            if (list.elem(i).directNode() == node)
+                list.removeNode(time, i, Field::EVENT_CT);
+        }
+    }
+}
+
+} // namespace Orvane
