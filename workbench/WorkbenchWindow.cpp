@@ -82,6 +82,7 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     connect(_editing, &SceneEditing::told, this, &WorkbenchWindow::tell);
     connect(_document, &DocumentFile::told, this, &WorkbenchWindow::tell);
     connect(_document, &DocumentFile::opened, this, [this] {
+        statusBar()->clearMessage();
         updateStatus();
         if (auto* view = _manager->findChild<QorRenderView*>())
             view->setFocus();
