@@ -171,8 +171,9 @@ void AddNodeDialog::showChoice()
 {
     const QModelIndex choice = _list->currentIndex();
     _ok->setEnabled(choice.isValid());
-    _description->setText(choice.isValid() ? choice.data(DescriptionRole).toString()
-                                           : tr("There is no such type of node."));
+    _description->setText(choice.isValid()            ? choice.data(DescriptionRole).toString()
+                          : _fittingOnly->isChecked() ? tr("No such type of node has a place there.")
+                                                      : tr("There is no such type of node."));
 }
 
 bool AddNodeDialog::eventFilter(QObject* watched, QEvent* event)

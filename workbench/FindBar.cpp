@@ -1,12 +1,12 @@
 #include "FindBar.h"
 
+#include "Icons.h"
 #include <QComboBox>
 #include <QDockWidget>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QStyle>
 #include <QToolButton>
 
 FindBar::FindBar(QWidget* searched, const QStringList& choices, QWidget* parent)
@@ -22,27 +22,31 @@ FindBar::FindBar(QWidget* searched, const QStringList& choices, QWidget* parent)
     _text->setAccessibleName(tr("Text to find"));
     _choice->addItems(choices);
     _choice->setVisible(!choices.isEmpty());
+    // The text has the room, in narrow panels too.
+    _choice->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    _choice->setMinimumContentsLength(7);
+    _text->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
     _choice->setAccessibleName(tr("Where to look"));
     // Long enough for most, so that the buttons keep their places.
-    _outcome->setMinimumWidth(fontMetrics().horizontalAdvance(tr("%1 of %2").arg(888).arg(888)));
+    _outcome->setMinimumWidth(fontMetrics().horizontalAdvance(tr("%1 of %2").arg(88).arg(88)));
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(_text, 1);
     layout->addWidget(_choice);
     layout->addWidget(_outcome);
-    const auto addButton = [&](QStyle::StandardPixmap icon, const QString& name, auto action) {
+    const auto addButton = [&](Drawing icon, const QString& name, auto action) {
         auto* button = new QToolButton(this);
         button->setAutoRaise(true);
-        button->setIcon(style()->standardIcon(icon));
+        button->setIcon(drawnIcon(icon));
         button->setToolTip(name);
         button->setAccessibleName(name);
         connect(button, &QToolButton::clicked, this, action);
         layout->addWidget(button);
     };
-    addButton(QStyle::SP_ArrowUp, tr("Previous match"), [this] { emit wanted(Previous); });
-    addButton(QStyle::SP_ArrowDown, tr("Next match"), [this] { emit wanted(Next); });
-    addButton(QStyle::SP_TitleBarCloseButton, tr("Close"), [this] { dismiss(); });
+    addButton(Drawing::Up, tr("Previous match"), [this] { emit wanted(Previous); });
+    addButton(Drawing::Down, tr("Next match"), [this] { emit wanted(Next); });
+    addButton(Drawing::Close, tr("Close"), [this] { dismiss(); });
 
     connect(_text, &QLineEdit::textChanged, this, [this] { emit wanted(Here); });
     connect(_choice, QOverload<int>::of(&QComboBox::currentIndexChanged), this,

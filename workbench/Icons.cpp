@@ -69,6 +69,12 @@ QPainterPath linesOf(Drawing drawing)
         addLine(path, {{4, 4}, {12, 12}});
         addLine(path, {{12, 4}, {4, 12}});
         break;
+    case Drawing::Up:
+        addLine(path, {{3.5, 10.5}, {8, 5.5}, {12.5, 10.5}});
+        break;
+    case Drawing::Down:
+        addLine(path, {{3.5, 5.5}, {8, 10.5}, {12.5, 5.5}});
+        break;
     case Drawing::Float:
         path.addRect(3.5, 6.5, 6, 6);
         addLine(path, {{6.5, 6.5}, {6.5, 3.5}, {12.5, 3.5}, {12.5, 9.5}, {9.5, 9.5}});
