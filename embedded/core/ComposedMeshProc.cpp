@@ -2,6 +2,7 @@
 #include "core/Part.h"
 #include "core/TexCoordProcs.h"
 #include "core/VectorListProc.h"
+#include "core/VertexValues.h"
 #include <Orvane/MFColor.h>
 #include <Orvane/MFColorRGBA.h>
 #include <Orvane/MFInt32.h>
@@ -106,12 +107,19 @@ void ComposedMeshProc::update()
         _texCoordSets = std::make_unique<TexCoordSets>();
     if (_texCoordSets)
         _texCoordSets->read(*texCoords);
+    if (!VertexValues::areGiven(node()))
+        _values.reset();
+    else if (!_values)
+        _values = std::make_unique<VertexValues>();
     MeshData mesh = build(pointsOf(coordNode, converted), faults);
+    if (_values)
+        _values->read(*this, mesh.points);
     if (_texCoordSets)
         _texCoordSets->complete(mesh);
     MeshAttribute<osg::Color3f> rgb;
     MeshAttribute<osg::Color4f> rgba;
     bindColors(rgb, rgba);
+    geometry()->setAttributes(_values ? _values->take() : std::vector<osg::VertexAttribute>());
     show(std::move(mesh), rgba.isGiven());
     if (!faults.isEmpty())
         complain(nullptr, faults.text());
@@ -128,8 +136,14 @@ void ComposedMeshProc::bindColors(MeshAttribute<osg::Color3f>& rgb, MeshAttribut
         rgba.values = &static_cast<const MFColorRGBA&>(field).values();
 }
 
+bool ComposedMeshProc::hasShaderValues() const
+{
+    return _values && _values->areUsed();
+}
+
 void ComposedMeshProc::bindValues(MeshSource& source) const
 {
+    source.wantsPoints = static_cast<bool>(_values);
     bindColors(source.colors, source.colorsRGBA);
     const auto* const normals = procAs<VectorListProc>(_normalNode);
     if (normals && normals->bent())

@@ -10,6 +10,7 @@
 namespace Orvane {
 
 class TexCoordSets;
+class VertexValues;
 
 /// The points that a `Coordinate` or `CoordinateDouble` node shows; empty for any other node and for null.
 /// Points in double precision are converted into \a converted, else the result is the field's own list.
@@ -27,6 +28,7 @@ public:
     const std::vector<TexChannel>& texChannels() const override;
     void fieldChanged(Field& field, double time) override;
     void update() override;
+    bool hasShaderValues() const override;
 
 protected:
     /// Builds what is shown of \a points.
@@ -45,6 +47,7 @@ private:
     Use _coord;
     Use _normal;
     Use _texCoord;
+    std::unique_ptr<VertexValues> _values;       ///< for shaders; null when there are none
     std::unique_ptr<TexCoordSets> _texCoordSets; ///< null when one plain list serves
     Node* _colorNode = nullptr;                  ///< good during an update only, like the two below
     Node* _normalNode = nullptr;

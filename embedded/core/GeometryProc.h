@@ -32,6 +32,8 @@ public:
     virtual bool hasColors() const { return false; }
     /// What textures may take as coordinates, by sets of the core; empty when it has the usual one alone.
     virtual const std::vector<TexChannel>& texChannels() const;
+    /// True when shaders get values of vertices that the scene gives for them alone.
+    virtual bool hasShaderValues() const { return false; }
     /// A texture is put on the geometry: from now on it has texture coordinates, whatever the scene gives.
     virtual void needTexCoords() {}
 };

@@ -112,7 +112,8 @@ public:
         reserve(sharesPoints ? std::min(_faces.points().size(), _faces.cornerCount()) : _faces.cornerCount());
         if (_merge)
             _firstVertex.assign(_faces.points().size(), None);
-        if (_sequential && _flat && !_colors.isGiven() && !_colorsRGBA.isGiven() && !_texCoords.isGiven())
+        if (_sequential && _flat && !_source.wantsPoints && !_colors.isGiven() && !_colorsRGBA.isGiven() &&
+            !_texCoords.isGiven())
             addPlainTriangles();
         else {
             for (std::uint32_t f = 0; f < _faces.faces().size(); ++f)
@@ -302,6 +303,8 @@ private:
     {
         const auto vertex = static_cast<std::uint32_t>(_mesh.positions.size());
         _mesh.positions.emplace_back(_faces.points()[point]);
+        if (_source.wantsPoints)
+            _mesh.points.push_back(point);
         if (_flat)
             _mesh.normals.push_back(_faceNormal);
         else {
@@ -378,6 +381,8 @@ private:
                 texCoord += osg::Vec2f(_mesh.texCoords[2 * v], _mesh.texCoords[2 * v + 1]) * share;
         }
         _mesh.positions.emplace_back(crossing.position);
+        if (_source.wantsPoints)
+            _mesh.points.push_back(None);
         _mesh.normals.push_back(unitVector(normal));
         if (_colors.isGiven() || _colorsRGBA.isGiven())
             _mesh.colors.emplace_back(color[0], color[1], color[2], color[3]);

@@ -34,6 +34,7 @@ struct MeshSource
     const std::vector<TexCoordView>* texCoordSets = nullptr;
     bool ccw = true;
     bool convex = true;
+    bool wantsPoints = false; ///< the mesh tells of its vertices which point each one shows
     float creaseAngle = 0.0F; ///< radians, for normals that are to be made
 };
 

@@ -33,6 +33,8 @@ struct MeshData
     std::vector<float> texCoords;          ///< pairs
     std::vector<TexCoordSet> texCoordSets; ///< by number; when not empty, these count in place of `texCoords`
     std::vector<std::uint32_t> indices;
+    std::vector<std::uint32_t>
+        points; ///< of each vertex the number of its point, where the builder was asked
 };
 
 /// A coordinate that can be drawn: a finite number, of a size whose squares are finite too.

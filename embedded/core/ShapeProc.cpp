@@ -71,7 +71,8 @@ void ShapeProc::update()
         std::any_of(surface.textures.begin(), surface.textures.end(), takesCoordinates))
         geometry->needTexCoords();
     const Node& shown = geometry->node();
-    if (surface.program && attribPart.isIn(shown) && attribPart.read<MFNode>(shown).size() > 0)
+    if (surface.program && !geometry->hasShaderValues() && attribPart.isIn(shown) &&
+        attribPart.read<MFNode>(shown).size() > 0)
         complain("geometry", "the values of \"attrib\" do not reach shaders");
     if (surface.unseenBy != 0 && _tree->getTravMask() != 0)
         _tree->setTravMask(AllTargets & ~surface.unseenBy);

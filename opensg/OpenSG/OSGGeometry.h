@@ -6,11 +6,23 @@
 #include "OSGMaterialDrawable.h"
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace osg {
 
 class Geometry;
 class TriangleIterator;
+
+/// Values of vertices that only programs read, under a name of theirs: numbers, vectors or square matrices.
+struct VertexAttribute
+{
+    std::string name;
+    UInt32 columns = 1; ///< of a matrix; each is a vector of `rows` numbers, 1 to 4
+    UInt32 rows = 4;
+    std::vector<Real32> values; ///< `columns` times `rows` for each position, in GL's order
+};
+
 class TriangleTree;
 
 using GeometryPtr = FCPtr<MaterialDrawablePtr, Geometry>;
@@ -96,6 +108,11 @@ public:
     /// Which of a vertex' indices serves the property of a map bit; -1 if none. 0 without a mapping.
     Int32 calcMappingIndex(UInt32 mapBit) const;
 
+    /// What programs read beside the properties, picked like positions. Where values are missing they are
+    /// zero.
+    const std::vector<VertexAttribute>& getAttributes() const;
+    void setAttributes(std::vector<VertexAttribute> attributes);
+
     TriangleIterator beginTriangles() const;
     TriangleIterator endTriangles() const;
 
@@ -134,6 +151,7 @@ private:
     std::vector<GeoTexCoordsPtr> _texCoords;
     GeoIndicesPtr _indices;
     std::vector<UInt16> _indexMapping;
+    std::unique_ptr<std::vector<VertexAttribute>> _attributes; ///< null for the many without
 
     mutable BoxVolume _box;
     mutable bool _boxValid = false;

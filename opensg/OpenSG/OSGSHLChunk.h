@@ -69,6 +69,9 @@ public:
     /// Tells the program of lights and fog that have changed since `activate`.
     void surroundingsChanged(RenderActionBase& action) const;
 
+    /// Where the program that draws takes values of vertices of that name; negative where it does not.
+    Int32 getAttributePlace(RenderActionBase& action, const std::string& name) const;
+
     ChunkClass getChunkClass() const override { return PROGRAM; }
     void activate(RenderActionBase& action, UInt32 slot) override;
     void changeFrom(RenderActionBase& action, StateChunk& old, UInt32 slot) override;

@@ -131,6 +131,24 @@ void GLGeometry::bind(VertexArrays& arrays, const TexCoordSets& wanted, UInt32 u
     }
 }
 
+UInt32 GLGeometry::bindAttributes(const std::function<Int32(const std::string&)>& placeOf) const
+{
+    UInt32 arrays = 0;
+    glBindBuffer(GL_ARRAY_BUFFER, _buffers[0]);
+    for (const VertexLayout::Attribute& attribute : _layout.attributes) {
+        const Int32 first = placeOf(attribute.name);
+        for (UInt32 column = 0; first >= 0 && column < attribute.columns; ++column) {
+            const GLuint place = static_cast<GLuint>(first) + column;
+            glVertexAttribPointer(place, static_cast<GLint>(attribute.rows), GL_FLOAT, GL_FALSE,
+                                  static_cast<GLsizei>(_layout.stride),
+                                  at(attribute.offset + column * attribute.rows * UInt32(sizeof(Real32))));
+            glEnableVertexAttribArray(place);
+            arrays |= 1U << place;
+        }
+    }
+    return arrays;
+}
+
 void GLGeometry::draw(RenderStatistics& statistics) const
 {
     const auto drawRange = [&](GLenum mode, const Range& range) {

@@ -4,6 +4,10 @@
 
 #include <OpenSG/OSGGeometry.h>
 
+#include <functional>
+#include <string>
+#include <vector>
+
 namespace osg {
 
 struct RenderStatistics;
@@ -39,6 +43,15 @@ struct VertexLayout
     UInt32 dimensions[Geometry::MaxTexCoords] = {}; ///< 0 where there are no coordinates
     UInt32 units = 0;                               ///< up to the last one with coordinates
 
+    struct Attribute
+    {
+        std::string name;
+        UInt32 offset;
+        UInt32 columns;
+        UInt32 rows;
+    };
+    std::vector<Attribute> attributes;
+
     /// The coordinates that a unit reads: textures share the last ones when there are too few. `none` when
     /// there are none for it.
     UInt32 setFor(UInt32 unit, const TexCoordSets& wanted) const
@@ -72,6 +85,11 @@ public:
     /// Lets GL read from the buffers.
     void bind(VertexArrays& arrays, const TexCoordSets& wanted, UInt32 unitCount) const;
     void draw(RenderStatistics& statistics) const;
+
+    bool hasAttributes() const { return !_layout.attributes.empty(); }
+    /// Lets GL read what programs call by name; `placeOf` tells where a program takes it, or a negative
+    /// number. The answer has a bit for each array that is on now.
+    UInt32 bindAttributes(const std::function<Int32(const std::string&)>& placeOf) const;
 
     /// Whether colours were sent with another alpha than this.
     bool needsAlpha(Real32 alpha) const { return _bakedAlpha && _alpha != alpha; }

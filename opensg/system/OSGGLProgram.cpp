@@ -178,6 +178,11 @@ void GLProgram::use(const SHLChunk& chunk, RenderActionBase& action, const GLLim
         sendSurroundings(*action.getSurroundings());
 }
 
+Int32 GLProgram::getAttributePlace(const std::string& name) const
+{
+    return glGetAttribLocation(_name, name.c_str());
+}
+
 void GLProgram::sendSurroundings(const Surroundings& surroundings)
 {
     if (_surroundingsStamp == surroundings.stamp)

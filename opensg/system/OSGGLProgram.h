@@ -20,6 +20,8 @@ public:
     /// Has GL draw by the program, with the values of a chunk. Only values that differ from what was set
     /// last are sent.
     void use(const SHLChunk& chunk, RenderActionBase& action, const GLLimits& limits);
+    /// Where the program takes values of vertices of that name; negative where it does not.
+    Int32 getAttributePlace(const std::string& name) const;
     /// Tells the program, which is in use, what acts on shapes, if it asks for that.
     void sendSurroundings(const Surroundings& surroundings);
 

@@ -118,6 +118,21 @@ void Geometry::setTexCoords(const GeoTexCoordsPtr& texCoords, UInt32 unit)
         setProperty(_texCoords[unit], texCoords, TexCoordsFieldMask);
 }
 
+const std::vector<VertexAttribute>& Geometry::getAttributes() const
+{
+    static const std::vector<VertexAttribute> none;
+    return _attributes ? *_attributes : none;
+}
+
+void Geometry::setAttributes(std::vector<VertexAttribute> attributes)
+{
+    if (attributes.empty() && !_attributes)
+        return;
+    _attributes =
+        attributes.empty() ? nullptr : std::make_unique<std::vector<VertexAttribute>>(std::move(attributes));
+    _glSlot.touch();
+}
+
 void Geometry::setIndexMapping(std::vector<UInt16> mapping)
 {
     _indexMapping = std::move(mapping);

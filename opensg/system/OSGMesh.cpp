@@ -103,6 +103,10 @@ void Mesh::makeLayout()
         layout.texCoords[unit] = place(texCoords->getDimension() * sizeof(Real32));
         layout.units = unit + 1;
     }
+    for (const VertexAttribute& attribute : _geometry.getAttributes())
+        layout.attributes.push_back({attribute.name,
+                                     place(attribute.columns * attribute.rows * UInt32(sizeof(Real32))),
+                                     attribute.columns, attribute.rows});
 }
 
 // `write(target, index)` writes one value; it is called for vertices only that have one.
@@ -155,6 +159,23 @@ void Mesh::writeVertices(Real32 alpha)
                            std::memcpy(target, values + std::size_t(index) * dimension,
                                        dimension * sizeof(Real32));
                        });
+    }
+    writeOwnAttributes();
+}
+
+void Mesh::writeOwnAttributes()
+{
+    const UInt32 mappingIndex =
+        static_cast<UInt32>(std::max(0, _geometry.calcMappingIndex(Geometry::MapPosition)));
+    for (std::size_t i = 0; i < layout.attributes.size(); ++i) {
+        const std::vector<Real32>& values = _geometry.getAttributes()[i].values;
+        const std::size_t count = std::size_t(layout.attributes[i].columns) * layout.attributes[i].rows;
+        UInt8* target = vertices.data() + layout.attributes[i].offset;
+        for (UInt32 vertex = 0; vertex < vertexCount; ++vertex, target += layout.stride) {
+            const UInt32 index = valueOf(vertex, mappingIndex);
+            if (index < values.size() / count)
+                std::memcpy(target, values.data() + index * count, count * sizeof(Real32));
+        }
     }
 }
 

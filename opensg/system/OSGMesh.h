@@ -23,6 +23,7 @@ private:
     void unifyVertices();
     void makeLayout();
     void writeVertices(Real32 alpha);
+    void writeOwnAttributes();
     void collectPrimitives();
     void collectTriangles();
 

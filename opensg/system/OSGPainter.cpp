@@ -128,6 +128,7 @@ void Painter::end()
     }
     setFog(DrawList::none);
     setPlanes({});
+    clearAttributes();
     _arrays.enable(nullptr, TexCoordSets(), 0);
     glDisableClientState(GL_VERTEX_ARRAY);
     glClientActiveTexture(GL_TEXTURE0);
@@ -162,6 +163,8 @@ void Painter::drawItems(const std::vector<DrawList::Order>& order, const Frustum
         else if (surroundings != _surroundings.stamp)
             tellProgram();
         setGeometry(item);
+        if (_attributes != 0 || _buffers->hasAttributes())
+            setAttributes();
         setPlace(item.toWorld);
         _buffers->draw(*_statistics);
         ++_statistics->shapes;
@@ -352,6 +355,25 @@ void Painter::setGeometry(const Item& item)
     _geometry = item.geometry;
     _buffers = &buffers;
     ++_statistics->geometryChanges;
+}
+
+void Painter::clearAttributes()
+{
+    for (UInt32 place = 0; _attributes >> place; ++place) {
+        if (_attributes >> place & 1)
+            glDisableVertexAttribArray(place);
+    }
+    _attributes = 0;
+}
+
+void Painter::setAttributes()
+{
+    clearAttributes();
+    if (_state.back().place != programPlace)
+        return;
+    const SHLChunk& program = *static_cast<const SHLChunk*>(_state.back().chunk);
+    _attributes = _buffers->bindAttributes(
+        [&](const std::string& name) { return program.getAttributePlace(*_action, name); });
 }
 
 void Painter::setPlace(const Matrix& toWorld)

@@ -36,6 +36,8 @@ private:
     void clearState();
     void setTextured(bool textured);
     void setGeometry(const Item& item);
+    void clearAttributes();
+    void setAttributes();
     void setPlace(const Matrix& toWorld);
 
     const DrawList* _list = nullptr;
@@ -59,6 +61,7 @@ private:
     VertexArrays _arrays;
     const Geometry* _geometry = nullptr;
     const GLGeometry* _buffers = nullptr;
+    UInt32 _attributes = 0; ///< arrays that are on for programs, a bit each
     UInt32 _frontFace = 0;
     Surroundings _surroundings;
 };

@@ -180,6 +180,12 @@ void SHLChunk::surroundingsChanged(RenderActionBase& action) const
         program->sendSurroundings(*action.getSurroundings());
 }
 
+Int32 SHLChunk::getAttributePlace(RenderActionBase& action, const std::string& name) const
+{
+    const GLProgram* program = isWanted(action) ? findUsable(action.getWindow()->getGLObjects()) : nullptr;
+    return program ? program->getAttributePlace(name) : -1;
+}
+
 bool SHLChunk::isWanted(const RenderActionBase& action) const
 {
     return !_nearLightsOnly || action.hasNearLights();

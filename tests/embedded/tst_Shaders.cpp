@@ -85,7 +85,6 @@ private slots:
     void messageOfAFileNamesItsLine();
     void logOfADriverIsTakenApart_data();
     void logOfADriverIsTakenApart();
-    void vertexAttributesAreRefused();
     void faultIsToldOnce();
 
     void partsAreReadFromFiles();
@@ -543,18 +542,6 @@ void tst_Shaders::logOfADriverIsTakenApart()
     QTEST(lines[0].column, "column");
     QTEST(lines[0].isWarning, "isWarning");
     QCOMPARE(QByteArray::fromStdString(lines[0].text), text);
-}
-
-void tst_Shaders::vertexAttributesAreRefused()
-{
-    load("Shape { appearance Appearance { shaders " + composed("", fragment("", "vec4(1.0)")) +
-         " } geometry TriangleSet { attrib FloatVertexAttribute { name \"a\" numComponents 1 value [ 1 2 3 ] "
-         "} "
-         "coord Coordinate { point [ -1 -1 0, 1 -1 0, 0 1 0 ] } } }");
-    QCOMPARE(color(), QColor(255, 255, 255));
-    QVERIFY2(messages().contains(QStringLiteral("\"attrib\"")), qPrintable(messages()));
-    // The other message is that of the kept node itself.
-    QCOMPARE(messageCount(), 2);
 }
 
 void tst_Shaders::faultIsToldOnce()
