@@ -2,11 +2,22 @@
 
 #include "SceneSaving.h"
 #include <Orvane/Context.h>
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QSettings>
 #include <QStandardPaths>
 #include <QUndoStack>
+#include <cerrno>
+#include <csignal>
+#include <sys/types.h>
+
+namespace {
+
+const QString writersKey = QStringLiteral("unsaved"); ///< programs that have written copies, by file
+
+} // namespace
 
 Autosave::Autosave(QUndoStack* steps, QObject* parent)
     : QObject(parent)
@@ -36,15 +47,46 @@ QString Autosave::newerCopyOf(const QString& file)
     return isNewer ? copy.filePath() : QString();
 }
 
+/// Takes down in the settings which program has written a copy, or that there is none any more.
+void Autosave::note(const QString& file, bool hasCopy)
+{
+    QSettings settings;
+    QVariantMap writers = settings.value(writersKey).toMap();
+    if (hasCopy)
+        writers[file] = QCoreApplication::applicationPid();
+    else
+        writers.remove(file);
+    settings.setValue(writersKey, writers);
+}
+
+QStringList Autosave::leftCopies()
+{
+    QStringList left;
+    const QVariantMap writers = QSettings().value(writersKey).toMap();
+    for (auto writer = writers.begin(); writer != writers.end(); ++writer) {
+        const auto id = static_cast<pid_t>(writer.value().toLongLong());
+        const bool isAlive = id > 0 && (::kill(id, 0) == 0 || errno == EPERM);
+        if (!isAlive)
+            left << writer.key();
+    }
+    return left;
+}
+
 bool Autosave::write(Orvane::Context& scene, const QString& file)
 {
     if (_steps->isClean() || !_hasChanges)
         return true;
     _hasChanges = false;
-    return saveScene(scene, copyOf(file), {}).isWritten;
+    const bool isWritten = saveScene(scene, copyOf(file), {}).isWritten;
+    if (isWritten)
+        note(file, true);
+    return isWritten;
 }
 
 void Autosave::drop(const QString& file)
 {
     QFile::remove(copyOf(file));
+    note(file, false);
+    // The scene may stay all the same.
+    _hasChanges = !_steps->isClean();
 }

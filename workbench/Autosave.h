@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 #include <QTimer>
 
 class QUndoStack;
@@ -27,6 +28,10 @@ public:
     /// The copy when it is there and newer than the file; else empty.
     static QString newerCopyOf(const QString& file);
 
+    /// Files whose copies have been left by a program that has ended without a word; an empty name stands for
+    /// a scene without a file.
+    static QStringList leftCopies();
+
     /// Writes the copy when there are changes that it has not. False when it cannot be written.
     bool write(Orvane::Context& scene, const QString& file);
     /// Takes the copy of a file away.
@@ -37,6 +42,8 @@ signals:
     void due();
 
 private:
+    static void note(const QString& file, bool hasCopy);
+
     QUndoStack* _steps;
     QTimer _timer;
     bool _hasChanges = false; ///< since the last copy

@@ -4,6 +4,7 @@
 #include "CodeAddress.h"
 #include "CodeNodes.h"
 #include "FieldCommands.h"
+#include "GraphReach.h"
 #include "RecordingDelegate.h"
 #include "Selection.h"
 #include "Steps.h"
@@ -11,10 +12,12 @@
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
 #include <QAction>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTextBlock>
 #include <QTextEdit>
+#include <QVBoxLayout>
 #include <QorLog.h>
 #include <QorNodeEditor.h>
 #include <QorTools.h>
@@ -36,6 +39,12 @@ void showCode(QorCodeWidget& widget, Orvane::Node* node)
         widget.setCode(fromRuntime((*url)[0]), false);
 }
 
+QTextEdit* editOf(const QorCodeWidget* widget)
+{
+    return widget ? widget->findChild<QTextEdit*>(QStringLiteral("code")) : nullptr;
+}
+
+/// Null when the widget has no such button.
 QPushButton* applyButton(const QorCodeWidget& widget)
 {
     const auto buttons = widget.findChildren<QPushButton*>();
@@ -43,6 +52,14 @@ QPushButton* applyButton(const QorCodeWidget& widget)
         return button->text() == QLatin1String("Apply");
     });
     return apply == buttons.end() ? nullptr : *apply;
+}
+
+/// Writes the code of a widget as its user does. False when it still waits.
+bool applyCode(const QorCodeWidget* widget)
+{
+    if (QPushButton* const apply = applyButton(*widget))
+        apply->click();
+    return !widget->isModified();
 }
 
 } // namespace
@@ -67,12 +84,24 @@ CodeDock::CodeDock(Selection* selection, Steps* steps, QWidget* parent)
     : QDockWidget(tr("Code"), parent)
     , _steps(steps)
     , _stack(new QStackedWidget(this))
+    , _findBar(nullptr)
     , _nothing(new QorCodeWidget(_stack))
     , _applyAction(new QAction(tr("&Apply code"), this))
     , _endObserver(this)
 {
     setObjectName(QStringLiteral("CodeDock"));
-    setWidget(_stack);
+    auto* const content = new QWidget(this);
+    auto* const layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(_stack);
+    _findBar = new FindBar(_stack, {}, content);
+    layout->addWidget(_findBar);
+    setWidget(content);
+    connect(_findBar, &FindBar::wanted, this, &CodeDock::find);
+    // Who asks for the panel wants to write.
+    connect(_stack, &QStackedWidget::currentChanged, this,
+            [this] { _stack->setFocusProxy(editOf(codeWidget())); });
     _nothing->setCodeNode(nullptr);
     _stack->addWidget(_nothing);
     _applyAction->setShortcut(Qt::CTRL | Qt::Key_Return);
@@ -84,7 +113,8 @@ CodeDock::CodeDock(Selection* selection, Steps* steps, QWidget* parent)
             [this](const Orvane::NodePath& path) { openNode(path.node()); });
     connect(steps, &Steps::valueGiven, this, &CodeDock::reread);
     connect(steps, &Steps::fieldsChanged, this, &CodeDock::renewFields);
-    connect(steps, &Steps::nodeLeft, this, [this](Orvane::Node* node) { closePagesOf(node->ID()); });
+    connect(steps, &Steps::nodeLeft, this, [this](Orvane::Node* node) { putAway(*node); });
+    connect(steps, &Steps::nodePlaced, this, &CodeDock::fetchBack);
 }
 
 CodeDock::~CodeDock() = default;
@@ -130,7 +160,7 @@ void CodeDock::showLine(Orvane::Node* node, int line)
     openNode(node);
     if (!codeWidget()->codeNode() || codeWidget()->codeNode() != CodeNodes::of(node).code)
         return;
-    auto* edit = codeWidget()->findChild<QTextEdit*>(QStringLiteral("code"));
+    QTextEdit* const edit = editOf(codeWidget());
     QTextCursor cursor(edit->document()->findBlockByNumber(line - 1));
     if (cursor.isNull())
         return;
@@ -153,7 +183,7 @@ void CodeDock::addPage(const CodeNodes& nodes)
     connect(widget, &QorCodeWidget::wantsDeleteField, this, &CodeDock::removeField);
     record(widget);
     colorCode(*widget);
-    _pages.push_back({widget, nodes.code->ID(), nodes.fields->ID()});
+    _pages.push_back({widget, nodes.code->ID(), nodes.fields->ID(), false});
     _stack->setCurrentIndex(_stack->addWidget(widget));
 }
 
@@ -166,6 +196,8 @@ void CodeDock::record(QorCodeWidget* widget)
     widget->updateFieldList();
     delegate->watch(fields->model());
 
+    connect(editOf(widget)->document(), &QTextDocument::modificationChanged, this,
+            &CodeDock::unappliedChanged);
     QPushButton* const apply = applyButton(*widget);
     if (!apply)
         return;
@@ -220,6 +252,107 @@ void CodeDock::closePage(std::size_t page)
     widget->hide();
     // It may be at work, and wait for its own signal.
     widget->deleteLater();
+    emit unappliedChanged();
+}
+
+/// The node is no longer part of the scene. What was written waits for its return.
+void CodeDock::putAway(const Orvane::Node& node)
+{
+    for (std::size_t i = _pages.size(); i-- > 0;) {
+        Page& page = _pages[i];
+        if (page.codeId != node.ID() && page.fieldsId != node.ID())
+            continue;
+        if (!page.widget->isModified()) {
+            closePage(i);
+            continue;
+        }
+        page.isAway = true;
+        if (page.widget == codeWidget())
+            _stack->setCurrentWidget(_nothing);
+    }
+    emit unappliedChanged();
+}
+
+void CodeDock::fetchBack()
+{
+    for (Page& page : _pages) {
+        const Orvane::Node* const node = page.isAway ? Orvane::Node::findNode(page.codeId) : nullptr;
+        if (node && node->state() == Orvane::RUNNING_NS)
+            page.isAway = false;
+    }
+    emit unappliedChanged();
+}
+
+QStringList CodeDock::unapplied() const
+{
+    QStringList names;
+    for (const Page& page : _pages) {
+        const Orvane::Node* const node = Orvane::Node::findNode(page.codeId);
+        if (node && !page.isAway && page.widget->isModified())
+            names << fromRuntime(nodeName(node));
+    }
+    return names;
+}
+
+bool CodeDock::applyAll()
+{
+    for (std::size_t i = 0; i < _pages.size(); ++i) {
+        const Page page = _pages[i];
+        if (page.isAway || !page.widget->isModified() || applyCode(page.widget))
+            continue;
+        tell(tr("The code of %1 cannot be written.")
+                 .arg(fromRuntime(nodeName(Orvane::Node::findNode(page.codeId)))));
+        return false;
+    }
+    return true;
+}
+
+bool CodeDock::mayLeave(Orvane::Node& node)
+{
+    const std::vector<Orvane::Node*> leaving = nodesBelow({&node});
+    for (std::size_t i = _pages.size(); i-- > 0;) {
+        const Page page = _pages[i];
+        Orvane::Node* const code = Orvane::Node::findNode(page.codeId);
+        if (page.isAway || !page.widget->isModified() ||
+            std::find(leaving.begin(), leaving.end(), code) == leaving.end())
+            continue;
+        const auto answer = QMessageBox::question(
+            window(), tr("Apply code?"),
+            tr("The code of %1 was changed and not applied. Apply it before the node is deleted?")
+                .arg(fromRuntime(nodeName(code))),
+            QMessageBox::Apply | QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Apply);
+        if (answer == QMessageBox::Discard)
+            closePage(i);
+        else if (answer != QMessageBox::Apply || !applyCode(page.widget))
+            return false;
+    }
+    return true;
+}
+
+void CodeDock::find(FindBar::Step step)
+{
+    QTextEdit* const edit = editOf(codeWidget());
+    const QString text = edit->toPlainText();
+    const QTextCursor present = edit->textCursor();
+    std::vector<int> found;
+    int before = 0;
+    const int length = _findBar->text().size();
+    for (int at = 0; length > 0; at += length) {
+        at = text.indexOf(_findBar->text(), at, Qt::CaseInsensitive);
+        if (at < 0)
+            break;
+        before += at < present.selectionStart() ? 1 : 0;
+        found.push_back(at);
+    }
+    const bool isMatch = std::find(found.begin(), found.end(), present.selectionStart()) != found.end() &&
+                         present.selectionEnd() - present.selectionStart() == length;
+    const int match = _findBar->choose(step, static_cast<int>(found.size()), before, isMatch);
+    if (match < 0)
+        return;
+    QTextCursor cursor = present;
+    cursor.setPosition(found[static_cast<std::size_t>(match)]);
+    cursor.movePosition(QTextCursor::NextCharacter, QTextCursor::KeepAnchor, length);
+    edit->setTextCursor(cursor);
 }
 
 void CodeDock::closePagesOf(unsigned long long nodeId)

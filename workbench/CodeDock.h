@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FindBar.h"
 #include <Orvane/Observer.h>
 #include <QDockWidget>
 #include <vector>
@@ -18,9 +19,9 @@ class QorCodeWidget;
 } // namespace Orvane
 
 /// The panel of code. It opens when a script or a shader is selected, and gives each a code widget of its
-/// own: what is written there waits until it is applied, while other nodes are looked at. When a node dies
-/// its code goes. Fields are added and removed as the widget asks for it. All that it
-/// does to the scene are steps.
+/// own: what is written there waits until it is applied, while other nodes are looked at, and while the node
+/// is deleted but may be brought back. When a node dies its code goes. Fields are added and removed as the
+/// widget asks for it. All that it does to the scene are steps.
 class CodeDock : public QDockWidget
 {
     Q_OBJECT
@@ -35,6 +36,16 @@ public:
 
     /// Applies the code that is shown, as its button does.
     QAction* applyAction() const { return _applyAction; }
+    /// Finds text in the code that is shown.
+    FindBar* findBar() const { return _findBar; }
+
+    /// Names of the nodes of the scene whose code has been changed and not applied.
+    QStringList unapplied() const;
+    /// Applies all code that waits for it. False, and told, when a file of code cannot be written.
+    bool applyAll();
+    /// Asks what is to become of code of a node, or of one below it, that was not applied. False when the
+    /// node is to stay.
+    bool mayLeave(Orvane::Node& node);
 
     /// Opens the code of a node as `openNode` does, with the cursor in line \a line, from 1.
     void showLine(Orvane::Node* node, int line);
@@ -46,6 +57,8 @@ public slots:
 signals:
     /// Something to tell the user.
     void told(const QString& text);
+    /// What `unapplied()` says may have changed.
+    void unappliedChanged();
 
 protected:
     /// Another palette asks for other colours of code.
@@ -69,6 +82,7 @@ private:
         Orvane::Qt4::QorCodeWidget* widget;
         unsigned long long codeId;
         unsigned long long fieldsId;
+        bool isAway; ///< its node is kept, but is no longer part of the scene
     };
 
     void addPage(const CodeNodes& nodes);
@@ -77,6 +91,9 @@ private:
     void renewFields(Orvane::Node* node);
     void closePage(std::size_t page);
     void closePagesOf(unsigned long long nodeId);
+    void putAway(const Orvane::Node& node);
+    void fetchBack();
+    void find(FindBar::Step step);
     void addField(Orvane::Node* node, const QString& dataType, const QString& fieldType, const QString& name,
                   const QString& defaultValue);
     void removeField(Orvane::Node* node, const QString& name);
@@ -84,6 +101,7 @@ private:
 
     Steps* _steps;
     QStackedWidget* _stack;
+    FindBar* _findBar;
     Orvane::Qt4::QorCodeWidget* _nothing; ///< shown when there is no code
     QAction* _applyAction;
     std::vector<Page> _pages;

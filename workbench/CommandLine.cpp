@@ -43,16 +43,19 @@ bool CommandLine::parse(const QStringList& arguments, QString& error)
     const QCommandLineOption shownNode(QStringLiteral("node"),
                                        QStringLiteral("Shows the node called NAME in the panel of nodes."),
                                        QStringLiteral("NAME"));
+    const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")},
+                                     QStringLiteral("Shows the version."));
     const QCommandLineOption darkColours(QStringLiteral("dark"),
                                          QStringLiteral("Shows light writing on a dark ground."));
     const QCommandLineOption allRoutes(QStringLiteral("routes"),
                                        QStringLiteral("Shows the routes of the scene in their panel."));
     parser.addOptions(
-        {help, shot, frameCount, pictureSize, sceneTime, view, shownNode, darkColours, allRoutes});
+        {help, version, shot, frameCount, pictureSize, sceneTime, view, shownNode, darkColours, allRoutes});
     parser.addPositionalArgument(QStringLiteral("SCENE"), QStringLiteral("The scene to open."),
                                  QStringLiteral("[SCENE]"));
 
     helpText = parser.helpText();
+    versionText = QStringLiteral("orvane-workbench " ORVANE_VERSION "\n");
     if (!parser.parse(arguments)) {
         error = parser.errorText();
         return false;

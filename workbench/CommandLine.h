@@ -20,6 +20,7 @@ struct CommandLine
 
     bool helpWanted = false;
     QString helpText;
+    QString versionText;
 
     /// Reads the arguments behind the program's name. False, with the reason in \a error, when they cannot be
     /// understood.

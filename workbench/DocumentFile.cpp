@@ -1,7 +1,10 @@
 #include "DocumentFile.h"
 
 #include "Autosave.h"
+#include "CodeDock.h"
+#include "LoadingDialog.h"
 #include "RecentFiles.h"
+#include "SceneMemory.h"
 #include "SceneSaving.h"
 #include <Orvane/Context.h>
 #include <QAction>
@@ -12,10 +15,13 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QScopedValueRollback>
 #include <QUndoStack>
 #include <QorFileDialog.h>
 #include <QorViewManager.h>
 #include <SAI/SAIBrowserRef.h>
+#include <climits>
 
 using Orvane::Qt4::QorFileDialog;
 using Orvane::Qt4::QorViewManager;
@@ -34,10 +40,12 @@ public:
 
 } // namespace
 
-DocumentFile::DocumentFile(QorViewManager* manager, QUndoStack* steps, QMainWindow* window)
+DocumentFile::DocumentFile(QorViewManager* manager, QUndoStack* steps, Selection* selection,
+                           QMainWindow* window)
     : QObject(window)
     , _manager(manager)
     , _steps(steps)
+    , _selection(selection)
     , _window(window)
     , _recent(new RecentFiles(window))
     , _autosave(new Autosave(steps, this))
@@ -54,12 +62,27 @@ DocumentFile::DocumentFile(QorViewManager* manager, QUndoStack* steps, QMainWind
     makeAction(tr("&Export..."), Qt::CTRL | Qt::Key_E, &DocumentFile::exportScene);
     connect(_recent, &RecentFiles::chosen, this, &DocumentFile::openByUser);
     connect(_autosave, &Autosave::due, this, &DocumentFile::saveCopy);
-    connect(_steps, &QUndoStack::cleanChanged, _window,
-            [this](bool clean) { _window->setWindowModified(!clean); });
+    connect(_steps, &QUndoStack::cleanChanged, this, &DocumentFile::showModified);
     setFile(QString());
 }
 
 DocumentFile::~DocumentFile() = default;
+
+void DocumentFile::setCode(CodeDock* code)
+{
+    _code = code;
+    connect(code, &CodeDock::unappliedChanged, this, &DocumentFile::showModified);
+}
+
+bool DocumentFile::isModified() const
+{
+    return !_steps->isClean() || (_code && !_code->unapplied().isEmpty());
+}
+
+void DocumentFile::showModified()
+{
+    _window->setWindowModified(isModified());
+}
 
 QAction* DocumentFile::makeAction(const QString& text, const QKeySequence& keys,
                                   void (DocumentFile::*command)())
@@ -90,18 +113,26 @@ void DocumentFile::setFile(const QString& file)
     _file = file;
     const QString name = file.isEmpty() ? tr("New scene") : QFileInfo(file).fileName();
     _window->setWindowTitle(tr("%1[*] - Orvane workbench").arg(name));
-    _window->setWindowModified(!_steps->isClean());
+    showModified();
 }
 
 // ---- Opening
 
 bool DocumentFile::load(const QString& source)
 {
-    const Waiting waiting;
+    Orvane::Context* const scene = context();
     _error.clear();
-    const bool ok = _manager->loadContextByURL(source);
-    Orvane::Context* const scene = ok ? nullptr : context();
-    if (scene) {
+    if (_isLoading || !scene)
+        return false;
+    const Waiting waiting;
+    bool ok = false;
+    {
+        const QScopedValueRollback<bool> loading(_isLoading, true);
+        const LoadingDialog watcher(*scene, _window->isVisible() ? _patience : INT_MAX, _window);
+        ok = _manager->loadContextByURL(source);
+        _isCancelled = watcher.isCancelled();
+    }
+    if (!ok) {
         for (const Orvane::LoadMessage& message : scene->loadReport().messages) {
             if (message.severity == Orvane::LoadMessage::ERROR_LM)
                 _error += (_error.isEmpty() ? QString() : QStringLiteral("\n")) +
@@ -127,7 +158,7 @@ bool DocumentFile::open(const QString& file)
 
 bool DocumentFile::openByUser(const QString& file)
 {
-    if (!mayClose())
+    if (_isLoading || !mayClose())
         return false;
     const QString path = QFileInfo(file).absoluteFilePath();
     const QString copy = Autosave::newerCopyOf(path);
@@ -139,24 +170,64 @@ bool DocumentFile::openByUser(const QString& file)
                 .arg(QFileInfo(path).fileName(),
                      QLocale().toString(QFileInfo(copy).lastModified(), QLocale::ShortFormat)),
             QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    if (brings)
+        return openCopy(copy, path);
     emit told(tr("Opening %1...").arg(path));
-    if (!open(brings ? copy : path)) {
+    if (!open(path)) {
         tellFailure(path);
         return false;
     }
-    if (!brings)
-        _autosave->drop(path);
-    if (brings) {
-        setFile(path);
-        _steps->resetClean();
-    }
+    _autosave->drop(path);
     _recent->add(path);
     emit told(QString());
     return true;
 }
 
+/// Opens a copy as changes of a file, which is empty for a new scene.
+bool DocumentFile::openCopy(const QString& copy, const QString& file)
+{
+    if (!open(copy)) {
+        tellFailure(copy);
+        return false;
+    }
+    setFile(file);
+    _steps->resetClean();
+    if (!file.isEmpty())
+        _recent->add(file);
+    emit told(tr("The changes are back. Save them to keep them."));
+    return true;
+}
+
+void DocumentFile::recover()
+{
+    const QStringList left = Autosave::leftCopies();
+    for (const QString& file : left) {
+        const QString copy = Autosave::newerCopyOf(file);
+        if (copy.isEmpty()) {
+            _autosave->drop(file);
+            continue;
+        }
+        const QString name = file.isEmpty() ? tr("a new scene") : file;
+        const auto answer = QMessageBox::question(
+            _window, tr("Changes that were not saved"),
+            tr("The workbench ended before the changes of %1 to %2 were saved. Bring them back?")
+                .arg(QLocale().toString(QFileInfo(copy).lastModified(), QLocale::ShortFormat), name),
+            QMessageBox::Yes | QMessageBox::No | QMessageBox::Discard, QMessageBox::Yes);
+        if (answer == QMessageBox::Discard)
+            _autosave->drop(file);
+        if (answer != QMessageBox::Yes)
+            continue;
+        openCopy(copy, file);
+        return;
+    }
+}
+
 void DocumentFile::tellFailure(const QString& file)
 {
+    if (_isCancelled) {
+        emit told(tr("The load of %1 was cancelled.").arg(QFileInfo(file).fileName()));
+        return;
+    }
     if (!QFileInfo::exists(file))
         _recent->remove(file);
     emit told(_error.section(QLatin1Char('\n'), 0, 0));
@@ -169,6 +240,9 @@ void DocumentFile::tellFailure(const QString& file)
     if (_error.count(QLatin1Char('\n')) >= shownLines)
         box->setDetailedText(_error);
     box->setAttribute(Qt::WA_DeleteOnClose);
+    QAbstractButton* const log = box->addButton(tr("Show in &log"), QMessageBox::HelpRole);
+    const QString line = _error.section(QLatin1Char('\n'), 0, 0);
+    connect(log, &QAbstractButton::clicked, this, [this, line] { emit logWanted(line); });
     box->open();
 }
 
@@ -183,13 +257,18 @@ void DocumentFile::askForFile()
 
 void DocumentFile::reload()
 {
-    if (!_file.isEmpty())
-        openByUser(_file);
+    if (_file.isEmpty()) {
+        emit told(tr("A new scene has no file to be read again."));
+        return;
+    }
+    const SceneMemory memory(*_manager, *_selection);
+    if (openByUser(_file))
+        memory.recall(*_manager, *_selection);
 }
 
 void DocumentFile::makeNew()
 {
-    if (!mayClose())
+    if (_isLoading || !mayClose())
         return;
     // An empty text would leave the manager as it is while it has no scene.
     _manager->loadContextByString(QString(), QStringLiteral("<X3D version='4.0'><Scene/></X3D>"));
@@ -200,11 +279,18 @@ void DocumentFile::makeNew()
 
 // ---- Saving
 
+bool DocumentFile::applyCode()
+{
+    return !_isLoading && (!_code || _code->applyAll());
+}
+
 bool DocumentFile::save()
 {
     Orvane::Context* const scene = context();
     if (_file.isEmpty() || !scene)
         return saveAs();
+    if (!applyCode())
+        return false;
     const Waiting waiting;
     const SavedScene saved = saveScene(*scene, _file, _options);
     emit told(saved.told);
@@ -218,7 +304,7 @@ bool DocumentFile::save()
 bool DocumentFile::saveAs()
 {
     Orvane::Context* const scene = context();
-    if (!scene)
+    if (!scene || !applyCode())
         return false;
     const SavedScene saved = saveSceneByDialog(*scene, _file, _options, _window);
     if (!saved.told.isEmpty())
@@ -236,7 +322,7 @@ bool DocumentFile::saveAs()
 void DocumentFile::exportScene()
 {
     Orvane::Context* const scene = context();
-    if (!scene)
+    if (!scene || _isLoading)
         return;
     const SavedScene saved = saveSceneByDialog(*scene, _file, _exportOptions, _window);
     if (saved.isWritten)
@@ -254,10 +340,17 @@ void DocumentFile::saveCopy()
 
 bool DocumentFile::mayClose()
 {
-    if (_steps->isClean())
+    if (_isLoading)
+        return false;
+    if (!isModified())
         return true;
     const QString name = _file.isEmpty() ? tr("the new scene") : QFileInfo(_file).fileName();
-    switch (QMessageBox::question(_window, tr("Save changes?"), tr("Save the changes to %1?").arg(name),
+    const QStringList code = _code ? _code->unapplied() : QStringList();
+    QString text = tr("Save the changes to %1?").arg(name);
+    if (!code.isEmpty())
+        text += QStringLiteral("\n\n") +
+                tr("Code that was not applied goes with them: %1.").arg(code.join(QStringLiteral(", ")));
+    switch (QMessageBox::question(_window, tr("Save changes?"), text,
                                   QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel,
                                   QMessageBox::Save))
     {

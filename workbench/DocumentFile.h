@@ -5,11 +5,13 @@
 #include <vector>
 
 class Autosave;
+class CodeDock;
 class QAction;
 class QMainWindow;
 class QMenu;
 class QUndoStack;
 class RecentFiles;
+class Selection;
 
 namespace Orvane {
 class Context;
@@ -26,14 +28,24 @@ class DocumentFile : public QObject
     Q_OBJECT
 
 public:
-    /// Both are borrowed.
-    DocumentFile(Orvane::Qt4::QorViewManager* manager, QUndoStack* steps, QMainWindow* window);
+    /// All are borrowed.
+    DocumentFile(Orvane::Qt4::QorViewManager* manager, QUndoStack* steps, Selection* selection,
+                 QMainWindow* window);
     ~DocumentFile() override;
+
+    /// Code that is written in a panel and not applied yet is a change like the others; it is applied before
+    /// the scene is saved. The panel is borrowed.
+    void setCode(CodeDock* code);
+    /// Loads that take longer than so many milliseconds are shown, and can be cancelled.
+    void setPatience(int milliseconds) { _patience = milliseconds; }
 
     /// Adds the commands to a menu.
     void addTo(QMenu* menu);
     QAction* openAction() const { return _open; }
     QAction* saveAction() const { return _save; }
+
+    /// Offers the user what an earlier run of the program has left unsaved.
+    void recover();
 
     /// Opens a scene without a question or a message. False when it cannot be loaded: the present scene
     /// stays, and `error()` says why.
@@ -58,6 +70,8 @@ signals:
     void opened();
     /// Something for the user to read.
     void told(const QString& text);
+    /// The user wants to see the line of the log that has this text.
+    void logWanted(const QString& text);
 
 private:
     QAction* makeAction(const QString& text, const QKeySequence& keys, void (DocumentFile::*command)());
@@ -67,15 +81,24 @@ private:
     void exportScene();
     void saveCopy();
     bool load(const QString& source);
+    bool openCopy(const QString& copy, const QString& file);
+    bool isModified() const;
+    void showModified();
+    bool applyCode();
     void setFile(const QString& file);
     void tellFailure(const QString& file);
     Orvane::Context* context() const;
 
     Orvane::Qt4::QorViewManager* _manager;
     QUndoStack* _steps;
+    Selection* _selection;
+    CodeDock* _code = nullptr;
     QMainWindow* _window;
     RecentFiles* _recent;
     Autosave* _autosave;
+    int _patience = 400;
+    bool _isLoading = false;
+    bool _isCancelled = false; ///< the last load, by the user
     QString _file;
     QString _error;
     Orvane::SaveOptions _options;       ///< of the last save

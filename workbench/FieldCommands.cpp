@@ -30,16 +30,18 @@ FieldCommand::FieldCommand(Steps& steps, const Orvane::Field& field, const Field
 
 void FieldCommand::redo()
 {
-    if (!std::exchange(_isDone, false))
-        give(_after);
+    if (std::exchange(_isDone, false))
+        _after.restLost(_before);
+    else
+        give(_after, _before);
 }
 
 void FieldCommand::undo()
 {
-    give(_before);
+    give(_before, _after);
 }
 
-void FieldCommand::give(const FieldState& state)
+void FieldCommand::give(const FieldState& state, const FieldState& present)
 {
     Orvane::Field* const field = fieldOf(_node, _field);
     if (!field) {
@@ -47,6 +49,7 @@ void FieldCommand::give(const FieldState& state)
         return;
     }
     state.giveTo(*field);
+    state.restLost(present);
     if (Orvane::Node* const node = Orvane::Node::findNode(_node))
         emit _steps.valueGiven(node);
 }

@@ -25,7 +25,7 @@ public:
     bool mergeWith(const QUndoCommand* later) override;
 
 private:
-    void give(const FieldState& state);
+    void give(const FieldState& state, const FieldState& present);
 
     Steps& _steps;
     unsigned long long _node;

@@ -1,5 +1,7 @@
 #include "FieldState.h"
 
+#include "GraphReach.h"
+#include <Orvane/Authoring.h>
 #include <Orvane/MFNode.h>
 #include <Orvane/Node.h>
 #include <Orvane/SFNode.h>
@@ -30,6 +32,17 @@ void FieldState::giveTo(Orvane::Field& field) const
             multi->addNode(0.0, node.node(), Orvane::Field::EXTERNAL_CT);
     } else {
         field.setValueByStr(0.0, _text.c_str());
+    }
+}
+
+void FieldState::restLost(const FieldState& other) const
+{
+    for (const Orvane::HeldNode& lost : other._nodes) {
+        const auto isLost = [&lost](const Orvane::HeldNode& kept) { return kept.node() == lost.node(); };
+        if (!lost.node() || std::any_of(_nodes.begin(), _nodes.end(), isLost))
+            continue;
+        for (Orvane::Node* const node : strandedNodes(*lost.node()))
+            Orvane::Authoring::rest(*node);
     }
 }
 

@@ -18,6 +18,9 @@ public:
     /// Gives the field this value, as its host. The field must be of the same type.
     void giveTo(Orvane::Field& field) const;
 
+    /// Puts those nodes to rest that another value has led to, and that are no longer part of the scene now.
+    void restLost(const FieldState& other) const;
+
     bool operator==(const FieldState& other) const;
     bool operator!=(const FieldState& other) const { return !(*this == other); }
 

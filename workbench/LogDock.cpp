@@ -86,6 +86,23 @@ bool LogDock::eventFilter(QObject* object, QEvent* event)
     return true;
 }
 
+void LogDock::showLine(const QString& text)
+{
+    show();
+    raise();
+    QTextBlock block = _pane->document()->lastBlock();
+    while (block.isValid() && !block.text().contains(text))
+        block = block.previous();
+    // What is told last ends with a line break.
+    if (!block.isValid())
+        block = _pane->document()->lastBlock().previous();
+    QTextCursor cursor(block.isValid() ? block : _pane->document()->lastBlock());
+    cursor.movePosition(QTextCursor::EndOfBlock);
+    cursor.movePosition(QTextCursor::StartOfBlock, QTextCursor::KeepAnchor);
+    _pane->setTextCursor(cursor);
+    _pane->setFocus(Qt::OtherFocusReason);
+}
+
 void LogDock::find(FindBar::Step step)
 {
     const int wantedLevel = _findBar->choice() - 1; // the first choice is all of them

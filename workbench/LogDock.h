@@ -17,6 +17,9 @@ public:
 
     FindBar* findBar() const { return _findBar; }
 
+    /// Shows the panel with the last line that has this text, else the last line.
+    void showLine(const QString& text);
+
 signals:
     /// The user wants to see what a line speaks of: a double click on it, or Enter.
     void lineChosen(const QString& text);

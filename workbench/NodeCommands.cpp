@@ -132,7 +132,7 @@ void PlaceCommand::leave()
 }
 
 /// Takes names and routes from nodes that are no longer part of the scene, so that it is written without
-/// them, and others may bear the names.
+/// them, and others may bear the names, and puts them to rest.
 void PlaceCommand::detach(const std::vector<Orvane::Node*>& nodes)
 {
     const QSet<Orvane::Node*> inside(nodes.begin(), nodes.end());
@@ -153,6 +153,8 @@ void PlaceCommand::detach(const std::vector<Orvane::Node*>& nodes)
             Orvane::Authoring::setName(*node, {});
         }
     }
+    for (Orvane::Node* const node : nodes)
+        Orvane::Authoring::rest(*node);
 }
 
 AddNodeCommand::AddNodeCommand(Steps& steps, const NodePlace& place, Orvane::Node& node, QUndoCommand* parent)

@@ -31,7 +31,7 @@ struct NodePlace
 };
 
 /// A node that comes to a place, or leaves it. What is no longer part of the scene then is kept alive,
-/// without names and routes in the scene, which come back with it.
+/// without names and routes in the scene, which come back with it, and rests meanwhile.
 class PlaceCommand : public QUndoCommand
 {
 protected:

@@ -1,6 +1,7 @@
 #include "SceneDock.h"
 
 #include "NodeSearch.h"
+#include "SceneModel.h"
 #include "SceneTreeView.h"
 #include "Selection.h"
 #include <Orvane/Node.h>
@@ -12,7 +13,6 @@
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QorNodeItem.h>
-#include <QorObservingScenegraphModel.h>
 #include <QorTools.h>
 #include <algorithm>
 
@@ -114,8 +114,8 @@ void SceneDock::setRootNode(Orvane::Node* root)
     _changedRows.clear();
     if (!root)
         return;
-    _model = std::make_unique<QorObservingScenegraphModel>(root, nullptr);
-    connect(_model.get(), &QorObservingScenegraphModel::childsRemoved, this, &SceneDock::refresh);
+    _model = std::make_unique<SceneModel>(root, nullptr);
+    connect(_model.get(), &SceneModel::childsRemoved, this, &SceneDock::refresh);
     connect(_model.get(), &QAbstractItemModel::rowsInserted, this, &SceneDock::rebuildLater);
     connect(_model.get(), &QAbstractItemModel::rowsRemoved, this, &SceneDock::rebuildLater);
     applyFilter();

@@ -12,15 +12,13 @@
 class QCheckBox;
 class QComboBox;
 class QLineEdit;
+class SceneModel;
 class SceneTreeView;
 class Selection;
 
 namespace Orvane {
 class Node;
-namespace Qt4 {
-class QorObservingScenegraphModel;
 }
-} // namespace Orvane
 
 /// The panel of the scene: a tree that follows the running graph, a filter of node types, and a switch for
 /// the bodies of prototypes. The selected node is opened and shown, a click selects, and nodes can be dragged
@@ -72,7 +70,7 @@ private:
     QComboBox* _filterMode;
     QLineEdit* _types;
     QCheckBox* _bodies;
-    std::unique_ptr<Orvane::Qt4::QorObservingScenegraphModel> _model;
+    std::unique_ptr<SceneModel> _model;
     unsigned long long _rootId = 0;
     QTimer _rebuildTimer;
     std::vector<Orvane::NodePath> _changedRows;

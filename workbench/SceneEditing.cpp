@@ -18,6 +18,7 @@
 #include <QClipboard>
 #include <QInputDialog>
 #include <QMenu>
+#include <QMimeData>
 #include <QRegularExpression>
 #include <QorTools.h>
 #include <algorithm>
@@ -57,6 +58,19 @@ QString nodeText(const QString& type, bool isPrototype)
     const QString element = isPrototype ? QStringLiteral("<ProtoInstance name='%1'/>").arg(name)
                                         : QStringLiteral("<%1/>").arg(name);
     return QStringLiteral("<X3D version='4.0' profile='Full'><Scene>%1</Scene></X3D>").arg(element);
+}
+
+/// Of the address of the file that the nodes on the clipboard come from.
+const QString originFormat = QStringLiteral("application/x-orvane-origin");
+
+/// Nodes for the clipboard, which takes the data.
+QMimeData* clipping(const std::string& text, const std::string& origin)
+{
+    auto* const data = new QMimeData;
+    data->setText(fromRuntime(text));
+    if (!origin.empty())
+        data->setData(originFormat, QByteArray::fromStdString(origin));
+    return data;
 }
 
 } // namespace
@@ -149,12 +163,12 @@ void SceneEditing::leaveNode(Orvane::Node* parent)
 
 // ---- New nodes
 
-std::vector<Orvane::HeldNode> SceneEditing::makeNodes(const QString& text)
+std::vector<Orvane::HeldNode> SceneEditing::makeNodes(const QString& text, const QByteArray& origin)
 {
     std::vector<Orvane::HeldNode> nodes;
     std::string error;
     Orvane::Node* const scene = root();
-    if (!scene || !Orvane::Authoring::read(*scene, toRuntime(text), nodes, error))
+    if (!scene || !Orvane::Authoring::read(*scene, toRuntime(text), nodes, error, origin.toStdString()))
         emit told(tr("There are no nodes to add: %1").arg(fromRuntime(error)));
     else if (nodes.empty())
         emit told(tr("There are no nodes to add."));
@@ -212,9 +226,9 @@ bool SceneEditing::addNode(const QString& type, const QString& name)
     return putBelow(node);
 }
 
-bool SceneEditing::addText(const QString& text)
+bool SceneEditing::addText(const QString& text, const QByteArray& origin)
 {
-    const std::vector<Orvane::HeldNode> made = makeNodes(text);
+    const std::vector<Orvane::HeldNode> made = makeNodes(text, origin);
     if (made.empty())
         return false;
     const Orvane::NodePath target = _selection->path();
@@ -249,7 +263,7 @@ void SceneEditing::deleteSelected()
     const NodePlace place = NodePlace::of(_selection->path());
     if (isForeign(_selection->path()))
         emit told(tr("This node belongs to a prototype or to an inlined file."));
-    else if (place.node())
+    else if (place.node() && (!_guard || _guard(*place.node())))
         _steps->push(new DeleteNodeCommand(*_steps, place));
 }
 
@@ -263,7 +277,7 @@ void SceneEditing::copySelected()
     if (text.empty())
         emit told(fromRuntime(error));
     else
-        QApplication::clipboard()->setText(fromRuntime(text));
+        QApplication::clipboard()->setMimeData(clipping(text, Orvane::Authoring::origin(*node)));
 }
 
 void SceneEditing::cutSelected()
@@ -274,11 +288,11 @@ void SceneEditing::cutSelected()
 
 void SceneEditing::paste()
 {
-    const QString text = QApplication::clipboard()->text();
-    if (text.isEmpty())
+    const QMimeData* const clipped = QApplication::clipboard()->mimeData();
+    if (!clipped || clipped->text().isEmpty())
         emit told(tr("There is no text on the clipboard."));
     else
-        addText(text);
+        addText(clipped->text(), clipped->data(originFormat));
 }
 
 void SceneEditing::duplicateSelected()

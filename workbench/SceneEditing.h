@@ -4,6 +4,8 @@
 #include <Orvane/NodePath.h>
 #include <QKeySequence>
 #include <QObject>
+#include <functional>
+#include <utility>
 #include <vector>
 
 class QAction;
@@ -35,11 +37,15 @@ public:
     /// The scene whose nodes are edited; null for none.
     void setRootNode(Orvane::Node* root);
 
+    /// Asks \a guard before the user deletes a node; false keeps it.
+    void setGuard(std::function<bool(Orvane::Node&)> guard) { _guard = std::move(guard); }
+
     /// Adds a node of a type at or above the selected place, where one fits, and selects it. \a name may be
     /// empty. False, and told, when no place fits or the name cannot be.
     bool addNode(const QString& type, const QString& name);
-    /// Adds the nodes of a text. False, and told, when that is not possible.
-    bool addText(const QString& text);
+    /// Adds the nodes of a text. Its addresses count from the file at \a origin, if that is not empty. False,
+    /// and told, when that is not possible.
+    bool addText(const QString& text, const QByteArray& origin = {});
     /// Names the selected node; an empty name takes its name away. False, and told, when the name cannot be.
     bool rename(const QString& name);
 
@@ -67,12 +73,13 @@ private:
     bool isNameFree(const QString& name, const Orvane::Node* bearer);
     Orvane::Node* parentFor(const Orvane::NodeType& type) const;
     bool putBelow(Orvane::Node& node);
-    std::vector<Orvane::HeldNode> makeNodes(const QString& text);
+    std::vector<Orvane::HeldNode> makeNodes(const QString& text, const QByteArray& origin = {});
 
     Selection* _selection;
     Steps* _steps;
     SceneTreeView* _tree;
     QWidget* _window;
+    std::function<bool(Orvane::Node&)> _guard;
     unsigned long long _rootId = 0;
     std::vector<QAction*> _actions;
     std::vector<QAction*> _onSelected; ///< those that need a selected node

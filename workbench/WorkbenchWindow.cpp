@@ -60,7 +60,7 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
                                   interactive ? QorViewManager::TimerTrigger : QorViewManager::ManualTrigger))
     , _selection(new Selection(this))
     , _steps(new Steps(this))
-    , _document(new DocumentFile(_manager, _steps, this))
+    , _document(new DocumentFile(_manager, _steps, _selection, this))
     , _sceneDock(new SceneDock(_selection, this))
     , _nodeDock(new NodeDock(_selection, _steps, this))
     , _graphDock(new GraphDock(_selection, _steps, this))
@@ -81,6 +81,9 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     connect(_graphDock->canvas(), &RouteCanvas::told, this, &WorkbenchWindow::tell);
     connect(_editing, &SceneEditing::told, this, &WorkbenchWindow::tell);
     connect(_document, &DocumentFile::told, this, &WorkbenchWindow::tell);
+    connect(_document, &DocumentFile::logWanted, _logDock, &LogDock::showLine);
+    _document->setCode(_codeDock);
+    _editing->setGuard([this](Orvane::Node& node) { return _codeDock->mayLeave(node); });
     connect(_document, &DocumentFile::opened, this, [this] {
         statusBar()->clearMessage();
         updateStatus();
@@ -128,8 +131,8 @@ void WorkbenchWindow::makeMenus()
     redo->setShortcut(QKeySequence::Redo);
     edit->addActions({undo, redo});
     edit->addSeparator();
-    const auto* finding =
-        new FindActions({_sceneDock->findBar(), _nodeDock->findBar(), _logDock->findBar()}, this);
+    const auto* finding = new FindActions(
+        {_sceneDock->findBar(), _nodeDock->findBar(), _codeDock->findBar(), _logDock->findBar()}, this);
     edit->addActions(finding->actions());
     edit->addSeparator();
     edit->addAction(_codeDock->applyAction());

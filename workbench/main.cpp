@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QScreen>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -26,10 +27,32 @@ QSize firstSize(const QWidget& window, const QSize& usual)
     return wanted.boundedTo(window.screen()->availableSize() * share);
 }
 
+/// Answers a call for help or for the version. The result is negative when it is none.
+int answerInWords(int argc, char** argv)
+{
+    const QStringList words{QStringLiteral("-h"), QStringLiteral("--help"), QStringLiteral("-v"),
+                            QStringLiteral("--version")};
+    if (std::none_of(argv + 1, argv + argc,
+                     [&](const char* each) { return words.contains(QLatin1String(each)); }))
+        return -1;
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("orvane-workbench"));
+    CommandLine commandLine;
+    QString error;
+    if (!commandLine.parse(QCoreApplication::arguments(), error))
+        return complain(error + QStringLiteral("; see --help"), 2);
+    const QString answer = commandLine.helpWanted ? commandLine.helpText : commandLine.versionText;
+    std::fputs(answer.toLocal8Bit().constData(), stdout);
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    // Words need no display.
+    if (const int status = answerInWords(argc, argv); status >= 0)
+        return status;
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("orvane"));
     QApplication::setApplicationName(QStringLiteral("orvane-workbench"));
@@ -38,10 +61,6 @@ int main(int argc, char** argv)
     QString error;
     if (!commandLine.parse(QApplication::arguments(), error))
         return complain(error + QStringLiteral("; see --help"), 2);
-    if (commandLine.helpWanted) {
-        std::fputs(commandLine.helpText.toLocal8Bit().constData(), stdout);
-        return 0;
-    }
 
     const bool interactive = commandLine.screenshot.isEmpty();
     FrameGrabber grabber;
@@ -57,7 +76,7 @@ int main(int argc, char** argv)
     const auto openScene = [&] {
         if (!commandLine.scene.isEmpty() && !window.open(commandLine.scene))
             return complain(window.loadError(), 1);
-        if (!commandLine.node.isEmpty() && !window.showNode(commandLine.node))
+        else if (!commandLine.node.isEmpty() && !window.showNode(commandLine.node))
             return complain(QStringLiteral("the scene has no node called \"%1\"").arg(commandLine.node), 1);
         return 0;
     };
@@ -72,9 +91,11 @@ int main(int argc, char** argv)
     window.show();
     // The views find a window that is on the screen.
     QTimer::singleShot(0, &window, [&] {
+        if (commandLine.scene.isEmpty())
+            window.document()->recover();
         if (!commandLine.scene.isEmpty() && !window.document()->openByUser(commandLine.scene))
             complain(window.loadError(), 1);
-        else if (!commandLine.node.isEmpty() && !window.showNode(commandLine.node))
+        if (!commandLine.node.isEmpty() && !window.showNode(commandLine.node))
             complain(QStringLiteral("the scene has no node called \"%1\"").arg(commandLine.node), 1);
         showWhatIsAsked();
     });

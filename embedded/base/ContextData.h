@@ -15,6 +15,8 @@
 
 namespace Orvane {
 
+class LoadWatcher;
+
 /// What a context is made of.
 struct Context::Data
 {
@@ -37,11 +39,13 @@ struct Context::Data
     FrameScheduler scheduler;
     FrameClock clock;
 
-    unsigned int busy = 0;        ///< operations under way during which no node dies
-    std::deque<Node*> released;   ///< nodes that nothing holds, to die when nothing is under way
-    bool mayHaveCycles = false;   ///< roots have gone: nodes that hold each other may be left behind
-    unsigned int loads = 0;       ///< loads under way
-    std::vector<NodeRef> toStart; ///< nodes that a load has linked below running ones
+    unsigned int busy = 0;              ///< operations under way during which no node dies
+    std::deque<Node*> released;         ///< nodes that nothing holds, to die when nothing is under way
+    bool mayHaveCycles = false;         ///< roots have gone: nodes that hold each other may be left behind
+    unsigned int loads = 0;             ///< loads under way
+    std::vector<NodeRef> toStart;       ///< nodes that a load has linked below running ones
+    LoadWatcher* loadWatcher = nullptr; ///< null for none
+    bool isLoadGivenUp = false;         ///< the watcher has ended the last load
     LoadReport report;
     std::set<const NodeType*> toldTypes; ///< of which the log has said that their nodes do nothing
     std::vector<std::string> saveNotes;  ///< of the last save

@@ -29,6 +29,7 @@ struct NodeExtras
     std::vector<AddedPart> parts;
     std::vector<AddedPart> removedParts; ///< somebody may still look at them
     std::string idText;                  ///< what `getIDStr` answers without a name, made when asked for
+    std::unique_ptr<Proc> resting; ///< what the node did before it was put to rest, and does when it is back
     std::vector<std::shared_ptr<NodeType>> prototypes; ///< that the file of which this is the root declares
 };
 

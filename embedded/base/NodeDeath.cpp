@@ -41,6 +41,8 @@ void endNode(Node& node)
     for (Field* field : fields)
         endRoutes(*field);
     data.proc.reset();
+    if (data.extras)
+        data.extras->resting.reset();
     leaveNameSpace(node);
     NodeAccess::clearRefs(node);
     context.roots.erase(
@@ -134,8 +136,11 @@ void releaseCycles(Context::Data& context)
 
 void announceEnd(Node& node)
 {
+    const NodeExtras* const extras = node.data()->extras.get();
     if (node.data()->proc)
         node.data()->proc->ending();
+    else if (extras && extras->resting)
+        extras->resting->ending();
 }
 
 } // namespace

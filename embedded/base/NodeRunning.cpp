@@ -2,6 +2,7 @@
 #include "base/ContextData.h"
 #include "base/KeptTypes.h"
 #include "base/NodeData.h"
+#include <Orvane/Authoring.h>
 #include <algorithm>
 
 namespace Orvane {
@@ -28,9 +29,23 @@ Step stepInto(Node& node)
     return step;
 }
 
+/// The behaviour that has waited for the node to come back; null when none has.
+std::unique_ptr<Proc> takeResting(Node& node)
+{
+    NodeExtras* const extras = node.data()->extras.get();
+    return extras ? std::move(extras->resting) : nullptr;
+}
+
 void startAlone(Node& node)
 {
     Context::Data& context = contextData(node);
+    if (std::unique_ptr<Proc> waiting = takeResting(node)) {
+        node.data()->proc = std::move(waiting);
+        NodeAccess::setState(node, RUNNING_NS);
+        const Cascade::WriterScope writer(context.cascade, node);
+        node.data()->proc->resume(context.context.timeStamp());
+        return;
+    }
     if (const ProcFactory makeProc = node.type()->data()->behaviour->makeProc)
         node.data()->proc.reset(makeProc(node));
     else
@@ -77,6 +92,37 @@ void startNode(Node& node)
                 way.push_back(stepInto(*child));
         }
     }
+}
+
+void restNode(Node& node)
+{
+    if (node.state() != RUNNING_NS)
+        return;
+    const BusyScope busy(*node.data()->context);
+    Context::Data& context = contextData(node);
+    const NodeRef held(&node);
+    Proc* const proc = node.data()->proc.get();
+    bool waits = false;
+    if (proc) {
+        const Cascade::WriterScope writer(context.cascade, node);
+        waits = proc->rest(context.context.timeStamp());
+        if (!waits)
+            proc->ending();
+    }
+    if (!held)
+        return;
+    if (waits) {
+        context.scheduler.forget(*proc);
+        context.cascade.forget(*proc);
+        node.data()->makeExtras().resting = std::move(node.data()->proc);
+    }
+    node.data()->proc.reset();
+    NodeAccess::setState(node, LOADED_NS);
+}
+
+void Authoring::rest(Node& node)
+{
+    restNode(node);
 }
 
 void raiseState(Node& node, NodeState state)

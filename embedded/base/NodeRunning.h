@@ -13,6 +13,9 @@ void joinParent(const Node& parent, Node& child);
 /// Brings a node and what hangs below it to run, children first.
 void startNode(Node& node);
 
+/// Stops what a running node does, as `Authoring::rest` tells.
+void restNode(Node& node);
+
 /// Brings the nodes from \a node down to a state below running, those that have not come so far.
 void raiseState(Node& node, NodeState state);
 

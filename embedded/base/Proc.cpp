@@ -55,6 +55,15 @@ void Proc::leaveWorld()
 {
 }
 
+bool Proc::rest(double)
+{
+    return false;
+}
+
+void Proc::resume(double)
+{
+}
+
 void Proc::ending()
 {
 }

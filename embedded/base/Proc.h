@@ -56,6 +56,12 @@ public:
     /// The world in which the node stood has been replaced, whatever may still hold the node.
     virtual void leaveWorld();
 
+    /// The node has been taken out of its scene, and may come back. True when the behaviour waits for that:
+    /// nothing is called until `resume`. Else, as by default, it ends, and another one starts then.
+    virtual bool rest(double time);
+    /// The node has come back, and runs again.
+    virtual void resume(double time);
+
     /// The node is about to die, while it still is of its own class. Not called when a host deletes the node.
     virtual void ending();
 

@@ -40,8 +40,8 @@ using InlineReader = bool (*)(Node& inlineNode, LoadReport& report);
 
 /// Makes the nodes of a text as `Authoring::read` tells; they stand nowhere yet. False when the text could
 /// not be read; `report` then says why. Never throws.
-using NodeReader = bool (*)(Node& scene, const std::string& text, std::vector<NodeRef>& nodes,
-                            LoadReport& report);
+using NodeReader = bool (*)(Node& scene, const std::string& text, const std::string& origin,
+                            std::vector<NodeRef>& nodes, LoadReport& report);
 
 /// The loader pool registers its readers and its writer here when it is loaded.
 class ORVANE_API SceneLoaderRegistration

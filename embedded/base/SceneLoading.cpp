@@ -10,10 +10,12 @@
 #include "base/TextCoding.h"
 #include <OpenSG/OSGLog.h>
 #include <Orvane/Authoring.h>
+#include <Orvane/LoadWatcher.h>
 #include <Relayne/URL.h>
 #include <algorithm>
 #include <chrono>
 #include <sys/stat.h>
+#include <utility>
 
 namespace Orvane {
 
@@ -73,6 +75,18 @@ void replaceRoots(Context& context, const LoadedScene& scene)
                 startNode(*root);
 }
 
+void logReport(const Context::Data& data, const Relayne::URL& url)
+{
+    if (data.isLoadGivenUp) {
+        ORVANE_LOG(osg::LOG_NOTICE, "The load of the scene \"%s\" was given up.\n", url.toString().c_str());
+        return;
+    }
+    for (const LoadMessage& message : data.report.messages)
+        logMessage(message);
+    if (!data.report.ok)
+        ORVANE_LOG(osg::LOG_FATAL, "The scene \"%s\" could not be loaded.\n", url.toString().c_str());
+}
+
 bool loadScene(Context& context, const Relayne::URL& url, const std::string* text)
 {
     Context::Data& data = *context.data();
@@ -83,6 +97,7 @@ bool loadScene(Context& context, const Relayne::URL& url, const std::string* tex
         LoadedScene scene;
         LoadReport report;
         ++data.loads;
+        data.isLoadGivenUp = false;
         if (loader().reader)
             report.ok = loader().reader(context, url, text, scene, report);
         else
@@ -93,12 +108,9 @@ bool loadScene(Context& context, const Relayne::URL& url, const std::string* tex
         report.milliseconds = duration.count();
         data.report = std::move(report);
         data.toldTypes.clear();
-        for (const LoadMessage& message : data.report.messages)
-            logMessage(message);
+        logReport(data, url);
         if (data.report.ok)
             replaceRoots(context, scene);
-        else
-            ORVANE_LOG(osg::LOG_FATAL, "The scene \"%s\" could not be loaded.\n", url.toString().c_str());
         if (data.loads == 0)
             startJoinedNodes(context);
     }
@@ -124,7 +136,8 @@ SceneLoaderRegistration::SceneLoaderRegistration(SceneReader reader, InlineReade
     loader() = {reader, inlineReader, writer, nodeReader};
 }
 
-bool Authoring::read(Node& scene, const std::string& text, std::vector<HeldNode>& nodes, std::string& error)
+bool Authoring::read(Node& scene, const std::string& text, std::vector<HeldNode>& nodes, std::string& error,
+                     const std::string& origin)
 {
     nodes.clear();
     if (!loader().nodeReader || !scene.nameSpace()) {
@@ -137,7 +150,7 @@ bool Authoring::read(Node& scene, const std::string& text, std::vector<HeldNode>
     std::vector<NodeRef> read;
     LoadReport report;
     ++context.data()->loads;
-    const bool ok = loader().nodeReader(scene, text, read, report);
+    const bool ok = loader().nodeReader(scene, text, origin, read, report);
     --context.data()->loads;
     for (const LoadMessage& message : report.messages) {
         logMessage(message);
@@ -194,6 +207,19 @@ bool reloadInline(Node& inlineNode)
     if (context.data()->loads == 0)
         startJoinedNodes(context);
     return ok;
+}
+
+LoadWatcher::LoadWatcher(Context& context)
+    : _context(context)
+    , _outer(std::exchange(context.data()->loadWatcher, this))
+{
+    ++_context._refCount;
+}
+
+LoadWatcher::~LoadWatcher()
+{
+    _context.data()->loadWatcher = _outer;
+    _context.subRef();
 }
 
 std::string LoadMessage::toString() const

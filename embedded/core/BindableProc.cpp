@@ -61,6 +61,27 @@ void BindableProc::update()
     pictureChanged();
 }
 
+bool BindableProc::rest(double time)
+{
+    _wasBound = isBound();
+    if (_scene) {
+        _scene->stack(_kind).unbind(*this, time);
+        _scene->stack(_kind).remove(*this, time);
+    }
+    return true;
+}
+
+void BindableProc::resume(double time)
+{
+    _scene = SceneState::of(node());
+    if (!_scene)
+        return;
+    _scene->stack(_kind).add(*this, false, time);
+    if (_wasBound)
+        bind(true, time);
+    requestUpdate();
+}
+
 bool BindableProc::isBound() const
 {
     return _scene && _scene->stack(_kind).bound() == this;

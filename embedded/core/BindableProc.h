@@ -17,6 +17,10 @@ public:
     void start(double time) override;
     void fieldChanged(Field& field, double time) override;
     void update() override;
+    /// Lets another one be bound meanwhile.
+    bool rest(double time) override;
+    /// Binds the node again if it was bound.
+    void resume(double time) override;
 
     bool isBound() const;
     /// The layer in which the node takes part; null when it stands in none that runs.
@@ -36,6 +40,7 @@ protected:
 private:
     std::shared_ptr<SceneState> _scene;
     BindableKind _kind;
+    bool _wasBound = false; ///< before it was put to rest
 };
 
 } // namespace Orvane

@@ -78,6 +78,9 @@ public:
         }
     }
 
+    bool rest(double) override { return true; }
+    void resume(double) override { setTicking(true); }
+
     void tick(double time) override
     {
         begin(time);

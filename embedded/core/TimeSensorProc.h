@@ -15,6 +15,9 @@ public:
     void start(double time) override;
     void fieldChanged(Field& field, double time) override;
     void tick(double time) override;
+    bool rest(double) override { return true; }
+    /// The run goes on as if it had not been away.
+    void resume(double) override { setTicking(true); }
 
 private:
     double cycleInterval() override;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "InputEvent.h"
+#include <OpenSG/OSGMatrix.h>
 #include <Orvane/Export.h>
 #include <memory>
 
@@ -33,6 +34,11 @@ public:
     /// Turns what the nodes of a layer ask for into what the user sees of it, before each picture. By default
     /// it stays as it is.
     virtual void aim(SceneLayer& layer, SceneView& view);
+
+    /// Where the user is, and a way to put the user elsewhere, as `ViewareaProc` tells. False for a handler
+    /// that knows no user.
+    virtual bool userPlace(osg::Matrix& /*cameraToWorld*/) const { return false; }
+    virtual bool moveUser(const osg::Matrix& /*cameraToWorld*/, double /*time*/) { return false; }
 };
 
 /// Makes the handler of a viewarea, which outlives it.

@@ -59,6 +59,16 @@ void ViewareaBehaviour::fieldChanged(Field&, double)
     redraw();
 }
 
+bool ViewareaBehaviour::userPlace(osg::Matrix& cameraToWorld) const
+{
+    return _input && _input->userPlace(cameraToWorld);
+}
+
+bool ViewareaBehaviour::moveUser(const osg::Matrix& cameraToWorld)
+{
+    return _input && _input->moveUser(cameraToWorld, context().timeStamp());
+}
+
 std::string ViewareaBehaviour::sensorDescription() const
 {
     return _input ? _input->sensorDescription() : std::string();

@@ -36,6 +36,8 @@ public:
     void fieldChanged(Field& field, double time) override;
 
     std::string sensorDescription() const override;
+    bool userPlace(osg::Matrix& cameraToWorld) const override;
+    bool moveUser(const osg::Matrix& cameraToWorld) override;
 
     /// Puts the viewports into a window, behind its other ones; a null window takes them out.
     void setWindow(const osg::WindowPtr& window);

@@ -156,6 +156,18 @@ double ViewareaInput::advance(double time)
     return wanted;
 }
 
+bool ViewareaInput::userPlace(osg::Matrix& cameraToWorld) const
+{
+    return std::any_of(_handlers.begin(), _handlers.end(),
+                       [&](const auto& handler) { return handler->userPlace(cameraToWorld); });
+}
+
+bool ViewareaInput::moveUser(const osg::Matrix& cameraToWorld, double time)
+{
+    return std::any_of(_handlers.begin(), _handlers.end(),
+                       [&](const auto& handler) { return handler->moveUser(cameraToWorld, time); });
+}
+
 void ViewareaInput::aim(SceneLayer& layer, SceneView& view)
 {
     for (const std::unique_ptr<InputHandler>& handler : _handlers)

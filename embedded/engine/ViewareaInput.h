@@ -35,6 +35,10 @@ public:
     /// True while a button or a touch that went down here is held: the pointer belongs to this viewarea.
     bool holdsPointer() const { return _buttons != 0 || _touches > 0; }
 
+    /// The place of the user, as the first handler knows it that has one. False when none has.
+    bool userPlace(osg::Matrix& cameraToWorld) const;
+    bool moveUser(const osg::Matrix& cameraToWorld, double time);
+
     /// Lets the handlers say what the user sees of a layer.
     void aim(SceneLayer& layer, SceneView& view);
 

@@ -46,6 +46,12 @@ std::string Authoring::text(const Node& node, std::string& error)
     }
 }
 
+std::string Authoring::origin(const Node& node)
+{
+    const NodeNameSpace* const names = node.nameSpace();
+    return names ? names->baseURL().toString() : std::string();
+}
+
 std::vector<NodeType*> Authoring::prototypes(const Node& scene)
 {
     std::vector<NodeType*> types;

@@ -7,6 +7,7 @@
 #include "loader/FileScope.h"
 #include "loader/FileText.h"
 #include "loader/LoadSession.h"
+#include "loader/MovedAddresses.h"
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>
@@ -38,6 +39,9 @@ void ExternPrototypes::add(NodeType& type, std::string_view urls, FileScope& sco
     ProtoDeclaration& declaration = *protoDeclaration(type);
     declaration.isExtern = true;
     declaration.urls = addresses(_session.context(), urls);
+    for (std::string& address : declaration.urls)
+        if (scope.origin)
+            address = movedAddress(address, *scope.origin, scope.url);
     _externs.insert_or_assign(&type, Extern{&scope, place}); // the type of a refused file may have been here
 }
 

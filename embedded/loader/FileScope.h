@@ -73,6 +73,8 @@ struct FileScope
 
     LoadMessages messages;
     Relayne::URL url;
+    /// Of a text that was taken from another file: where that lies. Addresses are rewritten.
+    std::shared_ptr<const Relayne::URL> origin;
     std::string canonicalPath;         ///< empty for a text that is no file
     const FileScope* parent = nullptr; ///< of an inlined file: the one that inlines it
     const FileScope* outer = nullptr;  ///< of a body: where the prototype is declared

@@ -23,6 +23,7 @@
 #include <Orvane/SFBool.h>
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace Orvane {
 
@@ -60,6 +61,7 @@ bool isOnTheWay(const FileScope* scope, const std::string& canonicalPath)
 LoadSession::LoadSession(Context& context, LoadReport& report)
     : _context(context)
     , _report(report)
+    , _progress(context)
     , _externs(*this)
 {
 }
@@ -79,6 +81,7 @@ FileScope& LoadSession::openBody(FileScope& outer, const std::string& name, Node
     FileScope& body = *_scopes.back();
     body.canonicalPath = outer.canonicalPath;
     body.parent = outer.parent;
+    body.origin = outer.origin;
     body.outer = &outer;
     body.isLibrary = outer.isLibrary;
     body.angleFactor = outer.angleFactor;
@@ -214,6 +217,9 @@ bool LoadSession::readScene(const Relayne::URL& url, const std::string* text, Lo
     }
     if (ok) {
         readInlines();
+        ok = _progress.goesOn();
+    }
+    if (ok) {
         finish();
         scene.roots = std::move(_roots);
     }
@@ -221,10 +227,13 @@ bool LoadSession::readScene(const Relayne::URL& url, const std::string* text, Lo
     return ok;
 }
 
-bool LoadSession::readNodes(Node& scene, const std::string& text, std::vector<NodeRef>& nodes)
+bool LoadSession::readNodes(Node& scene, const std::string& text, const std::string& origin,
+                            std::vector<NodeRef>& nodes)
 {
     NodeNameSpace& names = *scene.nameSpace();
     FileScope& scope = openScope("text", names.baseURL());
+    if (!origin.empty() && origin != names.baseURL().toString())
+        scope.origin = std::make_shared<const Relayne::URL>(origin);
     SourceText source;
     SourceFault fault;
     bool ok = source.takeText(text, fault);
@@ -262,10 +271,14 @@ bool LoadSession::parse(SourceText& source, FileScope& scope)
     const bool isScene = !scope.parent && scope.root->type()->isContextRoot() && !scope.isClipping;
     Field& content = isScene ? contentOf(*scope.root) : inlineContent(*scope.root);
     SceneBuilder builder(*this, scope, content);
+    const SourceText* const outer = std::exchange(_source, &source);
+    LoadWatch::File outerFile = _progress.beginFile({scope.messages.file(), source.size()}, _report.nodes);
     scope.isBeingRead = true;
     const bool ok = format->read(source, builder, scope.messages);
     scope.isBeingRead = false;
-    return ok;
+    _source = outer;
+    _progress.endFile(std::move(outerFile));
+    return ok && _progress.goesOn();
 }
 
 void LoadSession::addInline(Node& node, const FileScope& scope, unsigned int depth)
@@ -295,7 +308,7 @@ bool LoadSession::reloadInline(Node& node)
 
 void LoadSession::readInlines()
 {
-    while (!_inlines.empty()) {
+    while (!_inlines.empty() && _progress.goesOn()) {
         const PendingInline pending = std::move(_inlines.front());
         _inlines.pop_front();
         readInline(pending);

@@ -5,6 +5,8 @@
 #include "loader/ChildPlacement.h"
 #include "loader/ExternPrototypes.h"
 #include "loader/FileScope.h"
+#include "loader/LoadWatch.h"
+#include "loader/SourceText.h"
 #include <Relayne/URL.h>
 #include <deque>
 #include <memory>
@@ -14,7 +16,6 @@
 
 namespace Orvane {
 
-class SourceText;
 struct LocalFile;
 
 /// One load: reads a scene, then file by file what it inlines, then makes the routes. Nothing of it outlives
@@ -40,9 +41,18 @@ public:
     bool reloadInline(Node& node);
 
     /// Makes the nodes of a text as `NodeReader` tells.
-    bool readNodes(Node& scene, const std::string& text, std::vector<NodeRef>& nodes);
+    bool readNodes(Node& scene, const std::string& text, const std::string& origin,
+                   std::vector<NodeRef>& nodes);
 
     // For the builder.
+
+    /// False when the load is to end, as whoever watches it wants. Asked for each node that begins at \a
+    /// place of the text that is being read.
+    bool goesOn(SourcePlace place)
+    {
+        return _progress.step() ? _progress.tell(_source ? _source->offset(place) : 0, _report.nodes)
+                                : _progress.goesOn();
+    }
 
     Context& context() const { return _context; }
     LoadReport& report() const { return _report; }
@@ -90,6 +100,8 @@ private:
 
     Context& _context;
     LoadReport& _report;
+    LoadWatch _progress;
+    const SourceText* _source = nullptr; ///< that is being read
     std::size_t _leftOut = 0;
     ChildPlacement _placement;
     ExternPrototypes _externs;

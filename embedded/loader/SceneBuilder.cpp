@@ -9,6 +9,7 @@
 #include "loader/FileText.h"
 #include "loader/KeptStatements.h"
 #include "loader/LoadSession.h"
+#include "loader/MovedAddresses.h"
 #include <Orvane/FieldType.h>
 #include <Orvane/MFNode.h>
 #include <Orvane/MFString.h>
@@ -126,6 +127,10 @@ bool SceneBuilder::beginNode(const NodeStart& start)
     if (_skipped > 0) {
         ++_skipped;
         return true;
+    }
+    if (!_session.goesOn(start.place)) {
+        _scope->messages.error(start.place, "expected the rest of the file, but the load was given up");
+        return false;
     }
     if (_depth >= LoadSession::maxDepth) {
         _scope->messages.error(start.place, "expected nodes that nest at most " +
@@ -312,6 +317,9 @@ void SceneBuilder::setValue(Field& field, std::string_view text, SourcePlace at)
         warn(at, fieldLabel(owner, desc.name) + ": " + error);
     else if (_scope->angleFactor != 1.0)
         convertAngles(field, _scope->angleFactor);
+    const bool mayNameFile = mayNameFiles(owner, desc) || (isInterface() && desc.dataType == MFSTRING_DT);
+    if (ok && _scope->origin && mayNameFile)
+        moveAddresses(static_cast<MFString&>(field), *_scope->origin, _scope->url);
 }
 
 void SceneBuilder::keepUnknownValue(std::string_view name, std::string_view text, SourcePlace at)

@@ -51,10 +51,12 @@ bool readInline(Node& inlineNode, LoadReport& report)
                    [&] { return LoadSession(contextOf(inlineNode), report).reloadInline(inlineNode); });
 }
 
-bool readNodes(Node& scene, const std::string& text, std::vector<NodeRef>& nodes, LoadReport& report)
+bool readNodes(Node& scene, const std::string& text, const std::string& origin, std::vector<NodeRef>& nodes,
+               LoadReport& report)
 {
-    return guarded(report, {},
-                   [&] { return LoadSession(contextOf(scene), report).readNodes(scene, text, nodes); });
+    return guarded(report, {}, [&] {
+        return LoadSession(contextOf(scene), report).readNodes(scene, text, origin, nodes);
+    });
 }
 
 /// True for the suffixes of files that are packed.

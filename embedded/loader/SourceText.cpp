@@ -229,6 +229,13 @@ void SourceText::indexLines()
     }
 }
 
+std::size_t SourceText::offset(SourcePlace place) const
+{
+    if (place.line == 0 || place.line > _lineStarts.size())
+        return _size;
+    return std::min(_size, _lineStarts[place.line - 1] + std::max(place.column, 1U) - 1);
+}
+
 SourcePlace SourceText::place(std::size_t offset) const
 {
     const auto holds = [&](std::size_t line) {

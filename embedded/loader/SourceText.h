@@ -32,6 +32,8 @@ public:
 
     /// Place of a byte of the text. Quick for places near the one that was asked for last.
     SourcePlace place(std::size_t offset) const;
+    /// The byte of a place; the size of the text for a place that it has not.
+    std::size_t offset(SourcePlace place) const;
 
 private:
     bool decode(SourceFault& fault);

@@ -56,6 +56,22 @@ UserView& SceneNavigator::viewOf(const SceneLayer* layer)
     return _views.try_emplace(id, _viewarea, id).first->second;
 }
 
+bool SceneNavigator::userPlace(osg::Matrix& cameraToWorld) const
+{
+    cameraToWorld = _view->pose().matrix();
+    return true;
+}
+
+bool SceneNavigator::moveUser(const osg::Matrix& cameraToWorld, double time)
+{
+    const Pose pose = Pose::of(cameraToWorld);
+    if (!pose.isUsable())
+        return false;
+    follow(time);
+    _view->move(pose);
+    return true;
+}
+
 void SceneNavigator::follow(double time)
 {
     UserView& view = viewOf(_viewarea.activeLayer());

@@ -28,6 +28,8 @@ public:
     double advance(double time) override;
     void letGo(double time) override;
     void aim(SceneLayer& layer, SceneView& view) override;
+    bool userPlace(osg::Matrix& cameraToWorld) const override;
+    bool moveUser(const osg::Matrix& cameraToWorld, double time) override;
 
     NavigationMode mode() const { return _mode; }
 

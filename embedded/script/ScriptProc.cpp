@@ -96,6 +96,11 @@ void ScriptProc::fieldsChanged()
         _environment->updateVariables();
 }
 
+void ScriptProc::resume(double)
+{
+    setTicking(!_isLoaded || (_environment && _environment->has("prepareEvents")));
+}
+
 void ScriptProc::leaveWorld()
 {
     ending();

@@ -23,6 +23,9 @@ public:
     void fieldChanged(Field& field, double time) override;
     void settle(double time) override;
     void fieldsChanged() override;
+    /// The variables of the code keep their values.
+    bool rest(double) override { return true; }
+    void resume(double time) override;
     void leaveWorld() override;
     void ending() override;
 

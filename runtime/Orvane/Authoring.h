@@ -29,9 +29,18 @@ public:
     static std::string text(const Node& node, std::string& error);
     /// Makes the nodes of a text in any encoding, to be linked into the scene below \a scene: addresses count
     /// from its file, names that it bears already get a number, and its prototypes are known. What the text
-    /// says beside nodes and routes is left out. False, with the reason in \a error, when the text cannot be
-    /// read.
-    static bool read(Node& scene, const std::string& text, std::vector<HeldNode>& nodes, std::string& error);
+    /// says beside nodes and routes is left out. A text that was taken from the file at \a origin has
+    /// addresses that lead to files from there: they are rewritten so that they do so from the scene. False,
+    /// with the reason in \a error, when the text cannot be read.
+    static bool read(Node& scene, const std::string& text, std::vector<HeldNode>& nodes, std::string& error,
+                     const std::string& origin = {});
+    /// The address of the file to which a node belongs; empty when it stands in none.
+    static std::string origin(const Node& node);
+    /// Stops what a node does that is no longer part of a scene, but is kept: it takes no events, does not
+    /// tick, and is not bound. Linked below a running node again it goes on. Nodes below it rest when they
+    /// are put to rest themselves.
+    static void rest(Node& node);
+
     /// The prototypes of which nodes can be made in the scene.
     static std::vector<NodeType*> prototypes(const Node& scene);
 

@@ -12,7 +12,7 @@ enum NodeCreator : int {
     LOADER_NC = 2   ///< a scene file
 };
 
-/// Life of a node. States only grow until the node dies.
+/// Life of a node. States only grow until the node rests or dies.
 enum NodeState : int {
     CREATED_NS = 0, ///< the node exists, its fields can be read and written
     LOADED_NS = 1,  ///< it belongs to a loaded scene

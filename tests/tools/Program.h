@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -12,10 +13,12 @@ struct Program
     QString output;
     QString errors;
 
-    static Program run(const QString& name, const QStringList& arguments)
+    static Program run(const QString& name, const QStringList& arguments,
+                       const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment())
     {
         Program program;
         QProcess process;
+        process.setProcessEnvironment(environment);
         process.start(QDir(qEnvironmentVariable("ORVANE_BIN_DIR")).filePath(name), arguments);
         if (process.waitForFinished(120000) && process.exitStatus() == QProcess::NormalExit)
             program.status = process.exitCode();

@@ -19,6 +19,8 @@ private slots:
     void missingNodeEndsWithAMessage();
     void missingSceneEndsWithAMessage();
     void brokenSceneNamesFileAndLine();
+    void wordsNeedNoDisplay_data();
+    void wordsNeedNoDisplay();
     void badUsageEndsWithTwo_data();
     void badUsageEndsWithTwo();
     void everyExampleSceneIsDrawn_data();
@@ -188,6 +190,31 @@ void tst_workbench::brokenSceneNamesFileAndLine()
                      {QStringLiteral("--screenshot"), _folder.filePath(QStringLiteral("b.png")), path});
     QCOMPARE(program.status, 1);
     QVERIFY2(program.errors.contains(path + QStringLiteral(":4:")), qPrintable(program.errors));
+}
+
+void tst_workbench::wordsNeedNoDisplay_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("help") << QStringList{QStringLiteral("--help")} << QStringLiteral("--screenshot");
+    QTest::newRow("short help") << QStringList{QStringLiteral("-h")} << QStringLiteral("--screenshot");
+    QTest::newRow("help, and more") << QStringList{QStringLiteral("a.x3d"), QStringLiteral("--help")}
+                                    << QStringLiteral("[SCENE]");
+    QTest::newRow("version") << QStringList{QStringLiteral("--version")}
+                             << QStringLiteral("orvane-workbench 0.");
+}
+
+void tst_workbench::wordsNeedNoDisplay()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, words);
+    QProcessEnvironment nowhere = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        nowhere.remove(QLatin1String(name));
+    const Program program = Program::run(QStringLiteral("orvane-workbench"), arguments, nowhere);
+    QCOMPARE(program.status, 0);
+    QVERIFY2(program.output.contains(words), qPrintable(program.output));
+    QVERIFY2(program.errors.isEmpty(), qPrintable(program.errors));
 }
 
 void tst_workbench::badUsageEndsWithTwo_data()

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <OpenSG/OSGMatrix.h>
+#include <QString>
+#include <string>
+#include <vector>
+
+class Selection;
+
+namespace Orvane {
+class Node;
+class NodePath;
+namespace Qt4 {
+class QorViewManager;
+}
+} // namespace Orvane
+
+/// What a user sees of a scene: the selected place, the bound nodes and where each view looks from. It is
+/// found again, as far as that is there, when the same scene has been read anew. A value without pointers.
+class SceneMemory
+{
+public:
+    SceneMemory(Orvane::Qt4::QorViewManager& manager, const Selection& selection);
+
+    /// Selects, binds and looks as before. A viewpoint that has other values now is looked through afresh.
+    void recall(Orvane::Qt4::QorViewManager& manager, Selection& selection) const;
+
+private:
+    /// A way from the root, by fields and positions in them.
+    struct Place
+    {
+        struct Turn
+        {
+            std::string field;
+            int index;
+        };
+        std::string name; ///< of the node; empty for none
+        std::string type;
+        std::vector<Turn> way;
+
+        static Place of(const Orvane::NodePath& path);
+        /// The path to the node there; not valid when there is none of that type.
+        Orvane::NodePath find(Orvane::Node& root) const;
+    };
+    struct Bound
+    {
+        Place place;
+        std::string values;
+    };
+
+    Place _selected;
+    std::vector<Bound> _bound;
+    std::vector<osg::Matrix> _views; ///< of those viewareas that tell
+};
