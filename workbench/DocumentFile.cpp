@@ -111,6 +111,7 @@ Orvane::Context* DocumentFile::context() const
 void DocumentFile::setFile(const QString& file)
 {
     _file = file;
+    _stamp = QFileInfo(file).lastModified();
     const QString name = file.isEmpty() ? tr("New scene") : QFileInfo(file).fileName();
     _window->setWindowTitle(tr("%1[*] - Orvane workbench").arg(name));
     showModified();
@@ -248,8 +249,9 @@ void DocumentFile::tellFailure(const QString& file)
 
 void DocumentFile::askForFile()
 {
+    const QString last = _file.isEmpty() ? RecentFiles::files().value(0) : _file;
     const QString file =
-        QFileDialog::getOpenFileName(_window, tr("Open scene"), QFileInfo(_file).path(),
+        QFileDialog::getOpenFileName(_window, tr("Open scene"), QFileInfo(last).path(),
                                      QorFileDialog::buildFileFilters().join(QStringLiteral(";;")));
     if (!file.isEmpty())
         openByUser(file);
@@ -284,18 +286,30 @@ bool DocumentFile::applyCode()
     return !_isLoading && (!_code || _code->applyAll());
 }
 
+/// Asks when another program has written the file since it was opened or saved.
+bool DocumentFile::mayOverwrite()
+{
+    const QFileInfo info(_file);
+    return !info.isFile() || info.lastModified() == _stamp ||
+           QMessageBox::question(
+               _window, tr("Overwrite file?"),
+               tr("Another program has written %1 since it was opened. Overwrite it?").arg(info.fileName()),
+               QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel) == QMessageBox::Save;
+}
+
 bool DocumentFile::save()
 {
     Orvane::Context* const scene = context();
     if (_file.isEmpty() || !scene)
         return saveAs();
-    if (!applyCode())
+    if (!applyCode() || !mayOverwrite())
         return false;
     const Waiting waiting;
     const SavedScene saved = saveScene(*scene, _file, _options);
     emit told(saved.told);
     if (!saved.isWritten)
         return false;
+    _stamp = QFileInfo(_file).lastModified();
     _steps->setClean();
     _autosave->drop(_file);
     return true;
@@ -324,7 +338,7 @@ void DocumentFile::exportScene()
     Orvane::Context* const scene = context();
     if (!scene || _isLoading)
         return;
-    const SavedScene saved = saveSceneByDialog(*scene, _file, _exportOptions, _window);
+    const SavedScene saved = saveSceneByDialog(*scene, _file, _exportOptions, _window, tr("Export scene"));
     if (saved.isWritten)
         _exportOptions = saved.options;
     if (!saved.told.isEmpty())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Orvane/SaveOptions.h>
+#include <QDateTime>
 #include <QObject>
 #include <vector>
 
@@ -85,6 +86,7 @@ private:
     bool isModified() const;
     void showModified();
     bool applyCode();
+    bool mayOverwrite();
     void setFile(const QString& file);
     void tellFailure(const QString& file);
     Orvane::Context* context() const;
@@ -100,6 +102,7 @@ private:
     bool _isLoading = false;
     bool _isCancelled = false; ///< the last load, by the user
     QString _file;
+    QDateTime _stamp; ///< of the file as the scene has it
     QString _error;
     Orvane::SaveOptions _options;       ///< of the last save
     Orvane::SaveOptions _exportOptions; ///< of the last export

@@ -59,10 +59,10 @@ SavedScene saveScene(Orvane::Context& scene, const QString& file, const Orvane::
 }
 
 SavedScene saveSceneByDialog(Orvane::Context& scene, const QString& file, const Orvane::SaveOptions& options,
-                             QWidget* parent)
+                             QWidget* parent, const QString& title)
 {
     QorFileDialog dialog(parent);
-    dialog.setWindowTitle(QCoreApplication::translate("SceneSaving", "Save scene"));
+    dialog.setWindowTitle(title.isEmpty() ? QCoreApplication::translate("SceneSaving", "Save scene") : title);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilters(QorFileDialog::buildFileFilters());

@@ -22,6 +22,6 @@ struct SavedScene
 SavedScene saveScene(Orvane::Context& scene, const QString& file, const Orvane::SaveOptions& options);
 
 /// Asks for a file and how to write it, and writes the scene. \a file and \a options are where the dialog
-/// starts.
+/// starts; without a \a title it is one for saving.
 SavedScene saveSceneByDialog(Orvane::Context& scene, const QString& file, const Orvane::SaveOptions& options,
-                             QWidget* parent);
+                             QWidget* parent, const QString& title = {});

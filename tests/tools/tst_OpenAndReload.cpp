@@ -1,6 +1,7 @@
 // A scene that is read anew, and one that cannot be read.
 #include "Author.h"
 #include "LogDock.h"
+#include "SceneEditing.h"
 #include <Orvane/MFNode.h>
 #include <Orvane/NodeLink.h>
 #include <Orvane/NodePath.h>
@@ -27,6 +28,7 @@ private slots:
     void aViewpointThatWasRewrittenIsShown();
     void aNewSceneIsNotReloaded();
     void aFailureLeadsToTheLineOfTheLog();
+    void aFileThatOthersHaveWrittenIsAskedAbout();
 
 private:
     void reload(const QByteArray& text)
@@ -184,6 +186,32 @@ void tst_OpenAndReload::aFailureLeadsToTheLineOfTheLog()
     const QString line = _author->log()->textCursor().selectedText();
     QVERIFY2(line.contains(QStringLiteral("broken.x3d:2:")), qPrintable(line));
     QTRY_VERIFY(!_author->window.findChild<QMessageBox*>());
+}
+
+void tst_OpenAndReload::aFileThatOthersHaveWrittenIsAskedAbout()
+{
+    const auto rename = [this](const char* from, const char* to) {
+        _author->select(from);
+        QVERIFY(_author->window.editing()->rename(QString::fromLatin1(to)));
+    };
+    DocumentFile& document = *_author->window.document();
+    rename("T", "First");
+    QVERIFY(document.save());
+    rename("First", "Second");
+    QVERIFY(document.save()); // its own writes are none of others
+    rename("Second", "Third");
+    QTest::qWait(20);
+    const QByteArray other = "<X3D version='4.0'><Scene><Group DEF='Other'/></Scene></X3D>";
+    const QString file = _author->write(QStringLiteral("scene.x3d"), other);
+    Author::answer(QMessageBox::Cancel);
+    QVERIFY(!document.save());
+    QCOMPARE(Author::read(file), other);
+    QVERIFY(_author->window.isWindowModified());
+    Author::answer(QMessageBox::Save);
+    QVERIFY(document.save());
+    QVERIFY(Author::read(file).contains("Third"));
+    rename("Third", "Fourth");
+    QVERIFY(document.save());
 }
 
 QTEST_MAIN(tst_OpenAndReload)
