@@ -103,6 +103,7 @@ void tst_TakenBack::aStrokeIsOneStep()
     // The painter goes on from what has come back.
     _author->steps().undo();
     _author->steps().undo();
+    _author->run();
     QCOMPARE(dock->findChild<QorImgCanvasImpl*>()->getImage()->getData()[0], osg::UInt8(0));
 }
 
@@ -112,7 +113,7 @@ void tst_TakenBack::anAddedFieldIsTakenBack()
     Node* const script = _author->select("Mover");
     auto* const widget = _author->window.findChild<CodeDock*>()->codeWidget();
     for (const char* name : {"third", "fourth"}) {
-        emit widget->wantsAddField(script, QStringLiteral("SFFloat"), QStringLiteral("inputOutput"),
+        emit widget->wantsAddField(script, QStringLiteral("SFFloat"), QStringLiteral("Field"),
                                    QString::fromLatin1(name), QStringLiteral("2.5"), {}, {});
         _author->run();
         texts.push_back(_author->saved());
