@@ -77,6 +77,7 @@ void Painter::begin()
     _sets = TexCoordSets();
     _scope = 0;
     std::fill_n(_lights, DrawList::lightLimit, noLight);
+    _hasSources = false;
     _fog = DrawList::none;
     _planes.clear();
     _arrays = VertexArrays();
@@ -156,7 +157,7 @@ void Painter::drawItems(const std::vector<DrawList::Order>& order, const Frustum
         const UInt64 surroundings = _surroundings.stamp;
         if (item.scope != _scope || _list->getScope(item).choose)
             setScope(item);
-        const bool nearLights = item.faceShare > 0 && hasNearLight(entry.item);
+        const bool nearLights = _hasSources && item.faceShare > 0 && hasNearLight(entry.item);
         if (!_stateItem || item.firstState != _stateItem->firstState ||
             item.vertexColors != _stateItem->vertexColors || nearLights != _action->_nearLights)
             setState(item, nearLights);
@@ -248,6 +249,8 @@ void Painter::setLights(const Item& item)
     }
     if (!changes)
         return;
+    _hasSources = std::any_of(
+        _lights, end, [this](UInt32 light) { return light != noLight && _list->getLight(light).hasSource; });
     _surroundings.lightCount = DrawList::lightLimit;
     while (_surroundings.lightCount > 0 && _lights[_surroundings.lightCount - 1] == noLight)
         --_surroundings.lightCount;

@@ -55,6 +55,7 @@ private:
     TexCoordSets _boundSets; ///< that the arrays were set to
     UInt32 _scope = 0;
     UInt32 _lights[DrawList::lightLimit] = {};
+    bool _hasSources = false; ///< a light of these has a place
     std::vector<UInt32> _chosen;
     UInt32 _fog = DrawList::none;
     std::vector<UInt32> _planes;
