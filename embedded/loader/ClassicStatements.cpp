@@ -17,6 +17,30 @@ bool ClassicStatements::isExchange(std::string_view word)
     return word == "IMPORT" || word == "EXPORT";
 }
 
+bool ClassicStatements::isKeyword(std::string_view word)
+{
+    return word == "ROUTE" || word == "PROTO" || word == "EXTERNPROTO" || isHead(word) || isExchange(word);
+}
+
+/// True, and told, when a word that is still missing is that of a node or another statement, which goes on
+/// from there.
+bool ClassicStatements::endsEarly(std::string_view where, std::string_view what)
+{
+    const ClassicTokens& tokens = _input.tokens;
+    if (tokens.kind() != ClassicTokens::WORD)
+        return false;
+    const bool isOther =
+        tokens.is("DEF") || tokens.is("USE") || tokens.opensBrace() || isKeyword(tokens.text());
+    if (isOther)
+        _input.expected(where, what);
+    return isOther;
+}
+
+std::string_view ClassicStatements::takeName(std::string_view where, std::string_view what)
+{
+    return endsEarly(where, what) ? std::string_view() : _input.takeName(where, what);
+}
+
 bool ClassicStatements::readHead()
 {
     HeadStatement statement;
@@ -26,7 +50,7 @@ bool ClassicStatements::readHead()
     if (word == "PROFILE") {
         statement.kind = HeadStatement::PROFILE;
         statement.content = _version;
-        statement.name = _input.takeName("PROFILE", "the name of a profile");
+        statement.name = takeName("PROFILE", "the name of a profile");
         ok = !statement.name.empty();
     } else if (word == "COMPONENT") {
         statement.kind = HeadStatement::COMPONENT;
@@ -46,7 +70,7 @@ bool ClassicStatements::readHead()
 /// "Text:2", with blanks anywhere in it.
 bool ClassicStatements::readComponent(std::string_view& name, std::string_view& level)
 {
-    const std::string_view word = _input.takeName("COMPONENT", "the name of a component");
+    const std::string_view word = takeName("COMPONENT", "the name of a component");
     const std::size_t colon = word.find(':');
     name = word.substr(0, colon);
     if (colon != std::string_view::npos)
@@ -58,20 +82,21 @@ bool ClassicStatements::readComponent(std::string_view& name, std::string_view& 
     if (name.empty())
         return false;
     if (level.empty())
-        level = _input.takeName("COMPONENT", "a colon and the level");
+        level = takeName("COMPONENT", "a colon and the level");
     return !level.empty();
 }
 
 bool ClassicStatements::readUnit(std::string_view& category, std::string_view& name, double& factor)
 {
-    category = _input.takeName("UNIT", "a category");
+    category = takeName("UNIT", "a category");
     if (category.empty())
         return false;
-    name = _input.takeName("UNIT", "the name of a unit");
+    name = takeName("UNIT", "the name of a unit");
     if (name.empty())
         return false;
     ClassicValues::Value value;
-    if (!_values.take(SFDOUBLE_DT, {"UNIT", name}, value))
+    if (endsEarly("UNIT." + std::string(name), "a value of type SFDouble") ||
+        !_values.take(SFDOUBLE_DT, {"UNIT", name}, value))
         return false;
     std::string error;
     if (text::parse(value.text, factor, error))
@@ -83,10 +108,11 @@ bool ClassicStatements::readUnit(std::string_view& category, std::string_view& n
 bool ClassicStatements::readMeta(std::string_view& name, std::string_view& content)
 {
     ClassicValues::Value value;
-    if (!_values.take(SFSTRING_DT, {"META", "name"}, value))
+    if (endsEarly("META.name", "a text in quotes") || !_values.take(SFSTRING_DT, {"META", "name"}, value))
         return false;
     name = value.text;
-    if (!_values.take(SFSTRING_DT, {"META", "content"}, value))
+    if (endsEarly("META.content", "a text in quotes") ||
+        !_values.take(SFSTRING_DT, {"META", "content"}, value))
         return false;
     content = value.text;
     return true;
@@ -95,7 +121,7 @@ bool ClassicStatements::readMeta(std::string_view& name, std::string_view& conte
 /// "node.field", with blanks anywhere in it.
 bool ClassicStatements::readEnd(const Statement& statement, End& end)
 {
-    const std::string_view word = _input.takeName(statement.word, statement.end);
+    const std::string_view word = takeName(statement.word, statement.end);
     if (word.empty())
         return false;
     // Names should have no dots, but some do; fields never have.
@@ -111,7 +137,7 @@ bool ClassicStatements::readEnd(const Statement& statement, End& end)
         return false;
     }
     if (end.name.empty())
-        end.name = _input.takeName(statement.word, statement.end);
+        end.name = takeName(statement.word, statement.end);
     return !end.node.empty() && !end.name.empty();
 }
 
@@ -141,7 +167,7 @@ bool ClassicStatements::readAs(std::string_view& name)
     if (!_input.tokens.is("AS"))
         return true;
     _input.tokens.next();
-    name = _input.takeName("AS", "a name");
+    name = takeName("AS", "a name");
     return !name.empty();
 }
 
@@ -158,7 +184,7 @@ bool ClassicStatements::readExchange()
         statement.inlineName = end.node;
         statement.exportedName = end.name;
     } else {
-        statement.exportedName = _input.takeName("EXPORT", "the name of a node");
+        statement.exportedName = takeName("EXPORT", "the name of a node");
     }
     if (statement.exportedName.empty() || !readAs(statement.name))
         return false;

@@ -26,6 +26,8 @@ public:
     static bool isHead(std::string_view word);
     /// True for IMPORT and EXPORT.
     static bool isExchange(std::string_view word);
+    /// True for the first word of any statement, prototypes included.
+    static bool isKeyword(std::string_view word);
 
     /// False, and told, when the statement is not complete.
     bool readHead();
@@ -46,6 +48,8 @@ private:
         std::string_view name;
     };
 
+    bool endsEarly(std::string_view where, std::string_view what);
+    std::string_view takeName(std::string_view where, std::string_view what);
     bool readComponent(std::string_view& name, std::string_view& level);
     bool readUnit(std::string_view& category, std::string_view& name, double& factor);
     bool readMeta(std::string_view& name, std::string_view& content);

@@ -12,9 +12,10 @@ namespace {
 using Levels = ClassicLevels;
 using Tokens = ClassicTokens;
 
-bool isKeyword(std::string_view word)
+/// True for the first word of a statement that may stand in a node.
+bool isInnerKeyword(std::string_view word)
 {
-    return word == "ROUTE" || word == "PROTO" || word == "EXTERNPROTO" || ClassicStatements::isExchange(word);
+    return ClassicStatements::isKeyword(word) && !ClassicStatements::isHead(word);
 }
 
 } // namespace
@@ -112,8 +113,8 @@ void ClassicWalk::skipToStatement()
             tokens.skipGroup();
             break;
         case Tokens::WORD:
-            if (isKeyword(tokens.text()) || ClassicStatements::isHead(tokens.text()) || tokens.is("DEF") ||
-                tokens.is("USE") || tokens.opensBrace())
+            if (ClassicStatements::isKeyword(tokens.text()) || tokens.is("DEF") || tokens.is("USE") ||
+                tokens.opensBrace())
                 return;
             if (_levels.top().kind == Levels::NODE && _values.beginsElement())
                 return;
@@ -138,7 +139,7 @@ void ClassicWalk::readStatement()
         return;
     }
     const std::string_view word = tokens.text();
-    if (isKeyword(word)) {
+    if (isInnerKeyword(word)) {
         readKeyword();
     } else if (ClassicStatements::isHead(word)) {
         if (_dialect.isVrml97 || level.kind != Levels::SCENE)
@@ -245,7 +246,7 @@ void ClassicWalk::readNodeElement()
         return;
     }
     const std::string_view word = tokens.text();
-    if (isKeyword(word)) {
+    if (isInnerKeyword(word)) {
         readKeyword();
     } else if (accessOfWord(word) != NO_PART) {
         readDeclaration();

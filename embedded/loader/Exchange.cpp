@@ -69,6 +69,9 @@ void resolveImports(FileScope& scope, const FileScopes& files)
         if (!inlineNode || inlineNode->type() != findType("Inline")) {
             scope.messages.warn(import.place,
                                 "IMPORT: expected the name of an Inline, found " + quoted(import.inlineName));
+            // What an inlined file says is never written.
+            if (!scope.parent)
+                keepStrayImport(*scope.root, {import.inlineName, import.exportedName, import.name});
             continue;
         }
         keepImport(*inlineNode, import.exportedName, import.name);

@@ -372,6 +372,14 @@ void GraphWalk::writeComments(const Node& node)
     }
 }
 
+/// What the written file calls the node that the scene calls so, which may be missing.
+std::string GraphWalk::writtenName(const std::string& name) const
+{
+    const Node* const node = _scope->protos.resolve(NodeNameSpace::findNode(_scope->nameSpace, name));
+    const std::string_view written = node ? _scope->names.of(*node) : std::string_view();
+    return written.empty() ? _emitter.sayableName(name) : std::string(written);
+}
+
 void GraphWalk::writeStatements()
 {
     const NodeNames& names = _scope->names;
@@ -380,13 +388,11 @@ void GraphWalk::writeStatements()
             for (const auto& [exported, as] : keptImports(*node))
                 _emitter.importStatement(names.of(*node), _emitter.sayableName(exported),
                                          _emitter.sayableName(as));
-        for (const auto& [local, exported] : keptExports(_root)) {
-            const Node* found = NodeNameSpace::findNode(_scope->nameSpace, local);
-            const Node* node = _scope->protos.resolve(found);
-            const std::string_view name = node ? names.of(*node) : std::string_view();
-            _emitter.exportStatement(name.empty() ? _emitter.sayableName(local) : std::string(name),
-                                     _emitter.sayableName(exported));
-        }
+        for (const StrayImport& stray : keptStrayImports(_root))
+            _emitter.importStatement(writtenName(stray.inlineName), _emitter.sayableName(stray.exportedName),
+                                     _emitter.sayableName(stray.name));
+        for (const auto& [local, exported] : keptExports(_root))
+            _emitter.exportStatement(writtenName(local), _emitter.sayableName(exported));
     }
     const std::unordered_set<const Node*> imported(_scope->imported.begin(), _scope->imported.end());
     for (const WrittenRoute& route : _scope->routes) {
@@ -410,6 +416,8 @@ void GraphWalk::writeWaitingRoutes()
     for (const Node* node : _scope->importers)
         for (const auto& import : keptImports(*node))
             imports.insert(import.second);
+    for (const StrayImport& stray : keptStrayImports(_root))
+        imports.insert(stray.name);
     const auto nameOf = [&](const std::string& name) {
         const Node* node = NodeNameSpace::findNode(_scope->nameSpace, name);
         if (!node && imports.count(name))

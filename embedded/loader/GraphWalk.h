@@ -95,6 +95,7 @@ private:
     void writeUnseen();
     void writeComments(const Node& node);
     const std::string& abstractTypes(const NodeType& type);
+    std::string writtenName(const std::string& name) const;
     void writeStatements();
     void writeWaitingRoutes();
 

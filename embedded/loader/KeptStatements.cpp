@@ -14,6 +14,7 @@ namespace {
 constexpr char headPart[] = "headStatements";
 constexpr char exportPart[] = "exportStatements";
 constexpr char importPart[] = "importStatements";
+constexpr char strayImportPart[] = "strayImports";
 constexpr char routePart[] = "waitingRoutes";
 constexpr char instancePart[] = "isPrototypeInstance";
 constexpr char contentPart[] = "inlineContent";
@@ -96,6 +97,21 @@ void keepImport(Node& inlineNode, std::string_view exportedName, std::string_vie
 NamePairs keptImports(const Node& inlineNode)
 {
     return pairs(inlineNode, importPart);
+}
+
+void keepStrayImport(Node& root, const StrayImport& statement)
+{
+    append(root, strayImportPart, {statement.inlineName, statement.exportedName, statement.name});
+}
+
+std::vector<StrayImport> keptStrayImports(const Node& root)
+{
+    std::vector<StrayImport> result;
+    const MFString* strings = kept(root, strayImportPart);
+    const int count = strings ? static_cast<int>(strings->size()) : 0;
+    for (int i = 0; i + 2 < count; i += 3)
+        result.push_back({(*strings)[i], (*strings)[i + 1], (*strings)[i + 2]});
+    return result;
 }
 
 void dropExports(Node& inlineNode)

@@ -35,6 +35,18 @@ NamePairs keptExports(const Node& root);
 void keepImport(Node& inlineNode, std::string_view exportedName, std::string_view name);
 NamePairs keptImports(const Node& inlineNode);
 
+/// An import from what is no inline in its file.
+struct StrayImport
+{
+    std::string inlineName;
+    std::string exportedName;
+    std::string name;
+};
+
+/// Such a statement of the scene, kept by its root.
+void keepStrayImport(Node& root, const StrayImport& statement);
+std::vector<StrayImport> keptStrayImports(const Node& root);
+
 /// Another file comes into the inline: forgets what the last one exported.
 void dropExports(Node& inlineNode);
 /// As `keptImports`, which the inline then keeps no more.

@@ -26,6 +26,8 @@ private slots:
     void headOfX3dIsRead();
     void headOfX3dHasNoPlaceInVrml97();
     void statementsStandAnywhere();
+    void brokenStatementsCostNoNode_data();
+    void brokenStatementsCostNoNode();
     void authorsDeclareFieldsInBothVocabularies();
     void prototypesComeInOrder();
     void prototypesOfPrototypesAreKnownInside();
@@ -311,6 +313,30 @@ void tst_ClassicReader::statementsStandAnywhere()
                      QStringLiteral("import I.z as "), QStringLiteral("export x as y"),
                      QStringLiteral("export z as "), QStringLiteral("route a.b.c d-e.f")}));
     QCOMPARE(messages(), QStringList());
+}
+
+void tst_ClassicReader::brokenStatementsCostNoNode_data()
+{
+    QTest::addColumn<QString>("statement");
+    for (const char* statement :
+         {"PROFILE", "COMPONENT", "COMPONENT Text", "COMPONENT Text:", "UNIT", "UNIT length",
+          "UNIT length inch", "META", "META \"title\"", "IMPORT", "IMPORT I.", "IMPORT I.x AS", "EXPORT",
+          "EXPORT x AS", "ROUTE", "ROUTE a.b", "ROUTE a.b TO", "ROUTE a.b TO c."})
+        QTest::newRow(statement) << latin1(statement);
+}
+
+void tst_ClassicReader::brokenStatementsCostNoNode()
+{
+    QFETCH(QString, statement);
+    const std::string text = statement.toStdString();
+    const QStringList group = {QStringLiteral("node Group   3:1"), QStringLiteral("end")};
+    QCOMPARE(x3d(text + "\nGroup { }"), group);
+    QCOMPARE(messages().size(), 1);
+    QCOMPARE(x3d(text + "\nDEF G Group { }"),
+             QStringList({QStringLiteral("node Group G  3:1"), QStringLiteral("end")}));
+    QCOMPARE(messages().size(), 1);
+    QCOMPARE(x3d(text + "\nMETA \"a\" \"b\""), QStringList(QStringLiteral("meta a=b")));
+    QCOMPARE(messages().size(), 1);
 }
 
 void tst_ClassicReader::authorsDeclareFieldsInBothVocabularies()

@@ -20,6 +20,7 @@ private slots:
     void longListsAreBroken();
     void scriptsDeclareTheirFields();
     void statementsStandInFrontAndBehind();
+    void importsFromNoInlineAreKept();
     void headStandsInFront();
     void rootIsWrittenOnlyWhenItBearsSomething();
     void rootIsLeftOutWhenAsked();
@@ -150,6 +151,26 @@ void tst_ClassicWriter::statementsStandInFrontAndBehind()
                      "fromField='fraction_changed' toNode='P' toField='set_fraction'/>");
     QVERIFY(classic(scene).endsWith(QLatin1String("\nIMPORT I.X AS Y\nEXPORT T AS Clock\n"
                                                   "ROUTE T.fraction_changed TO P.set_fraction\n")));
+}
+
+void tst_ClassicWriter::importsFromNoInlineAreKept()
+{
+    const std::string nodes = "<Group DEF='G'/><PositionInterpolator DEF='P'/>";
+    LoadedText scene(
+        nodes + "<IMPORT inlineDEF='G' importedDEF='T'/><IMPORT inlineDEF='None' importedDEF='X' AS='Y'/>"
+                "<ROUTE fromNode='T' fromField='fraction_changed' toNode='P' toField='set_fraction'/>");
+    QCOMPARE(scene.messages().size(), 2);
+    const QString statements = QStringLiteral("\nIMPORT G.T\nIMPORT None.X AS Y\n"
+                                              "ROUTE T.fraction_changed TO P.set_fraction\n");
+    const QString written = save(scene, ".x3dv");
+    QVERIFY2(written.endsWith(statements), qPrintable(written));
+    LoadedText again;
+    QVERIFY(again.load(written.toStdString()));
+    QCOMPARE(again.messages().size(), 2);
+    QCOMPARE(save(again, ".x3dv"), written);
+    const QString xml = save(scene, ".x3d");
+    QVERIFY2(xml.contains(QLatin1String("<IMPORT inlineDEF=\"None\" importedDEF=\"X\" AS=\"Y\"/>")),
+             qPrintable(xml));
 }
 
 void tst_ClassicWriter::headStandsInFront()
