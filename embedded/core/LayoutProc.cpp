@@ -76,6 +76,13 @@ void LayoutProc::update()
         _sizeUnit[axis] = meaningOf(sizeUnitsPart, node(), axis, units, WORLD);
         _scaleMode[axis] = meaningOf(scaleModePart, node(), axis, modes, NONE_SCALE);
     }
+    const auto isLength = [](float number) { return isDrawable(number) && number >= 0.0F; };
+    const std::vector<float>& size = sizePart.read<MFFloat>(node()).values();
+    const std::vector<float>& offset = offsetPart.read<MFFloat>(node()).values();
+    if (!std::all_of(size.begin(), size.end(), isLength))
+        complain("size", "expected finite lengths from 0 on; others are left out");
+    if (!std::all_of(offset.begin(), offset.end(), [](float number) { return isDrawable(number); }))
+        complain("offset", "expected finite numbers; others are left out");
     pictureChanged();
 }
 

@@ -49,6 +49,8 @@ SceneLayer::SceneLayer(Node& node, const osg::NodeCorePtr& core)
     , _background(osg::BackgroundPtr(osg::SolidBackground::create()))
     , _action(osg::IntersectAction::create())
 {
+    if (!_state)
+        _state = std::make_shared<SceneState>(); // runs outside of all scenes
     _state->setLayer(this);
 }
 

@@ -36,6 +36,19 @@ void ViewportProc::fieldChanged(Field& field, double time)
     askForLights();
 }
 
+void ViewportProc::update()
+{
+    const std::vector<float>& edges = clipBoundaryPart.read<MFFloat>(node()).values();
+    const bool inRange =
+        std::all_of(edges.begin(), edges.end(), [](float edge) { return edge >= 0.0F && edge <= 1.0F; });
+    if (edges.size() != 4 || !inRange)
+        complain("clipBoundary",
+                 "expected four numbers from 0 to 1; what is none counts as the surface's edge");
+    else if (!(edges[0] < edges[1]) || !(edges[2] < edges[3]))
+        complain("clipBoundary", "expected left below right and bottom below top; nothing is seen");
+    GroupProc::update();
+}
+
 SurfacePart ViewportProc::part() const
 {
     return SurfacePart::of(clipBoundaryPart.read<MFFloat>(node()).values());

@@ -17,6 +17,7 @@ public:
 
     void start(double time) override;
     void fieldChanged(Field& field, double time) override;
+    void update() override;
     bool follow(const DrawnView& view) override;
 
     SurfacePart part() const;

@@ -41,5 +41,13 @@ public:
     {
         return *Orvane::procAs<Orvane::SceneProc>(context->findRoot(Orvane::Scene::_type));
     }
+    /// How many messages have a word.
+    int told(const char* word) const
+    {
+        int count = 0;
+        for (const Orvane::LoadMessage& message : context->loadReport().messages)
+            count += message.text.find(word) != std::string::npos ? 1 : 0;
+        return count;
+    }
     std::size_t messages() const { return context->loadReport().messages.size(); }
 };

@@ -15,6 +15,7 @@ private slots:
     void layerMayBeDrawnTwice();
     void numbersThatAreNoneAreLeftOut();
     void boundaryThatIsNoneCountsAsTheEdge();
+    void edgesThatCrossAreTold();
     void onlyTheFirstSetCounts();
     void setBelowAGroupDoesNotCount();
     void layerOutsideOfASetIsNotDrawn();
@@ -34,6 +35,8 @@ private slots:
     void activeLayerThatIsNoneIsTheScene();
     void sensorsSeeTheViewerOfTheirLayer();
     void infoScreenLiesOverAllLayers();
+    void oddScenesAreHarmless_data();
+    void oddScenesAreHarmless();
 };
 
 namespace {
@@ -112,10 +115,17 @@ void tst_Layers::boundaryThatIsNoneCountsAsTheEdge()
 {
     LayerScene scene(layerSet("order='0 1'", layer("", box, "0.25 NaN -3")));
     QCOMPARE(scene.rectangles()[1], std::string("100 0 300 400"));
+    QCOMPARE(scene.told("clipBoundary"), 1);
     scene.set("V", "clipBoundary", "0.9 0.1 0 1");
     QVERIFY(scene.ports()[1]->getPixelWidth() <= 0);
     scene.set("V", "clipBoundary", "");
     QCOMPARE(scene.rectangles()[1], std::string("0 0 400 400"));
+}
+
+void tst_Layers::edgesThatCrossAreTold()
+{
+    LayerScene scene(layerSet("order='0 1'", layer("", box, "0.5 0.25 0 1")));
+    QCOMPARE(scene.told("clipBoundary"), 1);
 }
 
 void tst_Layers::onlyTheFirstSetCounts()
@@ -373,6 +383,57 @@ void tst_Layers::infoScreenLiesOverAllLayers()
     QVERIFY(ports[2]->getForegrounds()[0] != ports[0]->getForegrounds()[0]);
     scene.set("S", "order", "0");
     QCOMPARE(scene.port()->getForegrounds().size(), std::size_t(2));
+}
+
+void tst_Layers::oddScenesAreHarmless_data()
+{
+    QTest::addColumn<QString>("body");
+    const auto row = [](const char* name, const std::string& body) {
+        QTest::newRow(name) << QString::fromStdString(body);
+    };
+    row("a layer twice",
+        "<LayerSet order='0 1 2 1'><Layer DEF='L'>" + box + "</Layer><Layer USE='L'/></LayerSet>");
+    row("a layer in a layer", layerSet("order='0 1'", layer("", layer("", box) + box)));
+    row("a set in a layer",
+        layerSet("order='0 1'", layer("", "<LayerSet order='0 1'>" + layer("", box) + "</LayerSet>")));
+    row("a set twice",
+        layerSet("order='0 1'", layer("", box)) + "<LayerSet USE='S'/><Group><LayerSet USE='S'/></Group>");
+    row("a viewpoint in two layers",
+        "<Viewpoint DEF='V' position='0 0 3'/>" +
+            layerSet("order='0 1 2'", layer("", "<Viewpoint USE='V'/>") + layer("", "<Viewpoint USE='V'/>")));
+    row("a viewport as a group",
+        "<Viewport DEF='V' clipBoundary='0 0.5 0 1'>" + box + "</Viewport>" +
+            layerSet("order='0 1'", "<Layer><Viewport USE='V'/>" + box + "</Layer>"));
+    row("a layout without room",
+        "<LayerSet order='0 1'><LayoutLayer><Viewport clipBoundary='0.5 0.5 1 0'/><Layout "
+        "sizeUnits='\"FRACTION\"'/><ScreenGroup>" +
+            box +
+            "</ScreenGroup><Shape><Text string='\"a\"'><ScreenFontStyle "
+            "pointSize='-1'/></Text></Shape></LayoutLayer></LayerSet>");
+    row("a light of the world in two layers",
+        "<Group DEF='W'><PointLight global='true'/>" + box + "</Group>" +
+            layerSet("order='0 1'", layer("", "<Switch whichChoice='0'><Group USE='W'/></Switch>")));
+    row("navigation in a layout", "<LayerSet order='0 1' activeLayer='1'><LayoutLayer><NavigationInfo "
+                                  "type='\"WALK\"'/><Viewpoint/><Viewpoint/>" +
+                                      box + "</LayoutLayer></LayerSet>");
+}
+
+void tst_Layers::oddScenesAreHarmless()
+{
+    QFETCH(QString, body);
+    LayerScene scene(body.toStdString());
+    for (const char* const message : {"nextView", "showAll", "walkNav", "toggleHeadlight", "nextInfoScreen",
+                                      "toggleDrawVolume", "nextDrawMode", "resetViewPosition"})
+        scene.send(message);
+    scene.wheel(true);
+    scene.drag(1, 200, 200, 250, 180);
+    scene.hold('w', 0.2);
+    scene.tap('r');
+    QVERIFY(scene.isFinite());
+    QVERIFY(scene.load(box));
+    scene.run();
+    scene.run();
+    QCOMPARE(scene.rectangles(), whole);
 }
 
 QTEST_GUILESS_MAIN(tst_Layers)
