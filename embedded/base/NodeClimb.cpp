@@ -52,6 +52,22 @@ std::vector<GraphLink*> climb(const Node& node)
     return way;
 }
 
+std::vector<Node*> nodesAbove(const Node& node)
+{
+    std::vector<Node*> nodes;
+    for (const GraphLink* link : climb(node))
+        nodes.push_back(link->parent());
+    return nodes;
+}
+
+std::vector<Node*> parentsOf(const Node& node)
+{
+    std::vector<Node*> nodes;
+    for (const GraphLink* link = oldestParentLink(node); link; link = link->nextParentLink())
+        nodes.push_back(link->parent());
+    return nodes;
+}
+
 Node* Node::contextRoot() const
 {
     // Nearly always the oldest links lead to it.

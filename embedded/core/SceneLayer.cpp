@@ -1,5 +1,4 @@
 #include "core/SceneLayer.h"
-#include "base/GraphLink.h"
 #include "base/NodeClimb.h"
 #include "core/CollisionProc.h"
 #include "core/EnvironmentProcs.h"
@@ -9,6 +8,7 @@
 #include <OpenSG/OSGSolidBackground.h>
 #include <OpenSG/OSGTransform.h>
 #include <Orvane/MFNode.h>
+#include <algorithm>
 #include <memory>
 
 namespace Orvane {
@@ -19,10 +19,8 @@ namespace {
 /// groups of the layer that it leads through.
 void followPath(SceneLayer& layer, const osg::MFNodePtr& path, SceneHit& hit)
 {
-    hit.nodes.clear();
-    const std::vector<GraphLink*> way = climb(layer.node());
-    for (auto link = way.rbegin(); link != way.rend(); ++link)
-        hit.nodes.push_back((*link)->parent());
+    hit.nodes = nodesAbove(layer.node());
+    std::reverse(hit.nodes.begin(), hit.nodes.end());
     hit.nodes.push_back(&layer.node());
     hit.levels.clear();
     GroupProc* group = &layer;

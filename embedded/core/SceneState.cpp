@@ -1,7 +1,5 @@
 #include "core/SceneState.h"
-#include "base/GraphLink.h"
 #include "base/NodeClimb.h"
-#include "base/NodeData.h"
 #include "core/GroupProc.h"
 #include "core/KeyDeviceProc.h"
 #include "core/SceneLayer.h"
@@ -54,9 +52,9 @@ Node* layerOf(Node& node)
     Node* const root = node.contextRoot();
     if (!root || isLayer(node))
         return root ? &node : nullptr;
-    for (const GraphLink* link : climb(node)) {
-        if (isLayer(*link->parent()))
-            return link->parent();
+    for (Node* const above : nodesAbove(node)) {
+        if (isLayer(*above))
+            return above;
     }
     return root;
 }
@@ -104,9 +102,9 @@ std::vector<std::shared_ptr<SceneState>> SceneState::allOf(Node& node)
             result.push_back(ofLayer(next));
             continue;
         }
-        for (const GraphLink* link = next.data()->firstParent; link; link = link->nextParentLink()) {
-            if (seen.insert(link->parent()).second)
-                open.push_back(link->parent());
+        for (Node* const parent : parentsOf(next)) {
+            if (seen.insert(parent).second)
+                open.push_back(parent);
         }
     }
     return result;
