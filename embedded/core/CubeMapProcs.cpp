@@ -1,19 +1,13 @@
 #include "core/AppearanceProcs.h"
 #include "core/CubeImage.h"
-#include "core/ImageSource.h"
 #include "core/Part.h"
 #include "core/TextureProcs.h"
-#include <Orvane/MFString.h>
-#include <Orvane/SFBool.h>
 #include <array>
 #include <string>
 
 namespace Orvane {
 
 namespace {
-
-const Part loadPart("load");
-const Part urlPart("url");
 
 /// In the order of the sides of a cube in OpenGL.
 const Part sideParts[] = {Part("rightTexture"),  Part("leftTexture"), Part("topTexture"),
@@ -84,51 +78,18 @@ private:
 };
 
 /// Behaviour of an `ImageCubeMapTexture`: six images in one file.
-class ImageCubeMapProc : public PictureTextureProc
+class ImageCubeMapProc : public FileTextureProc
 {
 public:
-    using PictureTextureProc::PictureTextureProc;
+    using FileTextureProc::FileTextureProc;
 
-    void fieldChanged(Field& field, double time) override
+protected:
+    std::string misfit(osg::Image& image) const override
     {
-        if (urlPart.is(field) || loadPart.is(field)) {
-            _isRead = false;
-            _isLoaded = false;
-        }
-        PictureTextureProc::fieldChanged(field, time);
+        return image.getSideCount() == 6
+                   ? std::string()
+                   : "expected an image of the six sides of a cube, found a flat one, which is not drawn";
     }
-
-    void describe(Surface& surface) override
-    {
-        if (!_isRead) {
-            _isRead = true;
-            readImage();
-        }
-        const osg::ImagePtr image = _source.image();
-        if (!image || image->getSideCount() != 6)
-            return;
-        put(image, surface);
-    }
-
-private:
-    void readImage()
-    {
-        if (!loadPart.read<SFBool>(node()).value()) {
-            _source.clear();
-            return;
-        }
-        const auto& urls = urlPart.read<MFString>(node());
-        _source.read(urls);
-        std::string fault = _source.fault(urls, _isLoaded);
-        if (_source.image() && _source.image()->getSideCount() != 6)
-            fault = "expected an image of the six sides of a cube, found a flat one, which is not drawn";
-        if (!fault.empty())
-            complain("url", fault);
-    }
-
-    ImageSource _source;
-    bool _isRead = false;
-    bool _isLoaded = true; ///< the addresses are those of the scene's file
 };
 
 const ProcRegistration composedCubeMap("ComposedCubeMapTexture", makeProc<ComposedCubeMapProc>);

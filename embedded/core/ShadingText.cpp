@@ -115,11 +115,13 @@ std::string sourceOf(const Texture& texture)
     switch (texture.coordinates) {
     case SurfaceTexture::CAMERA_SPHERE:
     case SurfaceTexture::CAMERA_NORMAL:
-        return texture.isCube ? "vec4(osg_TurnToWorld * normal, 1.0)" : "vec4(normal, 1.0)";
+        return texture.sampler == ShadingPlan::CUBE ? "vec4(osg_TurnToWorld * normal, 1.0)"
+                                                    : "vec4(normal, 1.0)";
     case SurfaceTexture::CAMERA_POSITION:
         return "place";
     case SurfaceTexture::CAMERA_REFLECTION:
-        return texture.isCube ? "vec4(osg_TurnToWorld * thrown, 1.0)" : "vec4(thrown, 1.0)";
+        return texture.sampler == ShadingPlan::CUBE ? "vec4(osg_TurnToWorld * thrown, 1.0)"
+                                                    : "vec4(thrown, 1.0)";
     case SurfaceTexture::REFLECTION_SPHERE:
         return "vec4(thrown.xy / max(2.0 * length(thrown + vec3(0.0, 0.0, 1.0)), 1e-6) + 0.5, 0.0, 1.0)";
     case SurfaceTexture::LOCAL_POSITION:
@@ -197,9 +199,11 @@ private:
     std::string texel(SurfaceShading::Role role) const
     {
         const std::size_t index = find(role);
-        if (_plan.textures[index].isCube)
+        const ShadingPlan::Sampler sampler = _plan.textures[index].sampler;
+        if (sampler == ShadingPlan::CUBE)
             return "textureCube(" + ShadingNames::map(index) + ", " + coords(index) + ".xyz)";
-        return "texture2DProj(" + ShadingNames::map(index) + ", " + coords(index) + ")";
+        return (sampler == ShadingPlan::SPACE ? "texture3DProj(" : "texture2DProj(") +
+               ShadingNames::map(index) + ", " + coords(index) + ")";
     }
 
     /// Of a uniform of two sides the one that is seen.
@@ -210,7 +214,8 @@ private:
         _text = varyings;
         for (std::size_t i = 0; i < _plan.textures.size(); ++i) {
             _text += "varying vec4 " + coords(i) + ";\nuniform ";
-            _text += _plan.textures[i].isCube ? "samplerCube " : "sampler2D ";
+            static const char* const types[] = {"sampler2D ", "samplerCube ", "sampler3D "};
+            _text += types[_plan.textures[i].sampler];
             _text += ShadingNames::map(i) + ";\n";
         }
         const auto uniform = [this](const char* type, const char* name, const char* size = "") {

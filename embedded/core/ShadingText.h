@@ -3,6 +3,7 @@
 #include "core/SurfaceShading.h"
 #include <OpenSG/OSGSHLProgram.h>
 #include <Orvane/Export.h>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,12 +12,15 @@ namespace Orvane {
 /// What the text of a program for surfaces depends on. Values, which stand in uniforms, are no part of it.
 struct ORVANE_API ShadingPlan
 {
+    /// The kinds of images that samplers know.
+    enum Sampler : std::uint8_t { FLAT, CUBE, SPACE };
+
     struct Texture
     {
         SurfaceShading::Role role = SurfaceShading::COLOR;
         SurfaceTexture::Coordinates coordinates = SurfaceTexture::GIVEN;
         unsigned int unit = 0; ///< whose coordinates of the geometry it takes
-        bool isCube = false;
+        Sampler sampler = FLAT;
         bool hasTransform = false;
     };
 

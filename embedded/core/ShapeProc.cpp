@@ -28,6 +28,35 @@ void hang(const osg::NodePtr& node, const SurfaceCore& surface, const osg::Geome
     node->getChild(0)->setCore(osg::NodeCorePtr(geometry));
 }
 
+/// Images with depth fill the box of a geometry that has no coordinates for them: s to the right, t upwards,
+/// r from the front to the back.
+void fillBox(Surface& surface, const osg::Geometry& geometry)
+{
+    osg::Pnt3f least;
+    osg::Pnt3f most;
+    geometry.getBox().getBounds(least, most);
+    const auto fill = [&](SurfaceTexture& texture) {
+        if (texture.image->getDepth() < 2)
+            return;
+        const auto share = [&](osg::UInt32 axis) {
+            const float edge = most[axis] - least[axis];
+            return edge > 0.0F ? 1.0F / edge : 0.0F;
+        };
+        osg::Matrix box;
+        box.setScale(share(0), share(1), -share(2));
+        box[3].setValues(-least[0] * share(0), -least[1] * share(1), most[2] * share(2), 1.0F);
+        osg::Matrix all = texture.transform.value_or(osg::Matrix());
+        all.mult(box);
+        texture.transform = all;
+        texture.coordinates = SurfaceTexture::LOCAL_POSITION;
+    };
+    std::for_each(surface.textures.begin(), surface.textures.end(), fill);
+    if (surface.shading) {
+        for (SurfaceShading::Texture& each : surface.shading->textures)
+            fill(each.texture);
+    }
+}
+
 } // namespace
 
 ShapeProc::ShapeProc(Node& node)
@@ -60,6 +89,8 @@ void ShapeProc::update()
     overlay.solid = surface.solid;
     if (appearance)
         appearance->describe(surface, geometry->texChannels());
+    if (geometry->texChannels().empty())
+        fillBox(surface, *core);
     const bool hasOverlay = appearance && appearance->describeOverlay(overlay);
     const auto takesCoordinates = [](const SurfaceTexture& texture) {
         return texture.coordinates == SurfaceTexture::GIVEN;

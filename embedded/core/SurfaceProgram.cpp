@@ -53,9 +53,11 @@ Value reals(osg::UInt32 components, std::vector<float> numbers)
     return value;
 }
 
-bool isCube(const SurfaceTexture& texture)
+ShadingPlan::Sampler samplerOf(const SurfaceTexture& texture)
 {
-    return texture.image->getSideCount() == 6;
+    return texture.image->getSideCount() == 6 ? ShadingPlan::CUBE
+           : texture.image->getDepth() > 1    ? ShadingPlan::SPACE
+                                              : ShadingPlan::FLAT;
 }
 
 /// Gives the textures of a shading their units of coordinates: those where fixed steps have the same ones
@@ -113,7 +115,7 @@ SurfaceChunk shadingProgram(const Surface& surface, std::vector<std::shared_ptr<
         const std::size_t index = plan.textures.size();
         const std::optional<osg::Matrix> matrix = texture.texture.matrix();
         plan.textures.push_back({texture.role, texture.texture.coordinates,
-                                 units.unitOf(texture.texture.coordSet), isCube(texture.texture),
+                                 units.unitOf(texture.texture.coordSet), samplerOf(texture.texture),
                                  matrix.has_value()});
         parts.push_back(surfaceTexture(texture.texture));
         values[ShadingNames::map(index)].textures = {osg::TextureChunkPtr::dcast(parts.back()->get())};
@@ -135,9 +137,8 @@ bool isPlain(const Surface& surface)
 {
     if (surface.textures.size() > 1)
         return false;
-    return surface.textures.empty() ||
-           (surface.textures[0].envMode == osg::TextureChunk::ENV_MODULATE && !isCube(surface.textures[0]) &&
-            surface.textures[0].image->getDimension() < 3);
+    return surface.textures.empty() || (surface.textures[0].envMode == osg::TextureChunk::ENV_MODULATE &&
+                                        samplerOf(surface.textures[0]) == ShadingPlan::FLAT);
 }
 
 /// What plain surfaces differ in, as programs have it: their colours are found in OpenGL's materials.
@@ -177,7 +178,7 @@ std::shared_ptr<SurfaceChunk> plainProgram(const PlainKey& key)
         // The sampler has no texture of its own: it reads the one that fixed steps put on.
         if (key.hasTexture)
             plan.textures.push_back(
-                {SurfaceShading::COLOR, key.coordinates, 0, false, key.matrix.has_value()});
+                {SurfaceShading::COLOR, key.coordinates, 0, ShadingPlan::FLAT, key.matrix.has_value()});
         if (key.matrix)
             chunk->setValue(
                 ShadingNames::transform(0),

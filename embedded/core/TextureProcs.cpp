@@ -1,6 +1,5 @@
 #include "core/TextureProcs.h"
 #include "base/ValueFields.h"
-#include "core/ImageSource.h"
 #include "core/Part.h"
 #include <Orvane/MFString.h>
 #include <Orvane/SFBool.h>
@@ -12,52 +11,11 @@ namespace {
 
 const Part imagePart("image");
 const Part loadPart("load");
+const Part repeatRPart("repeatR");
 const Part repeatSPart("repeatS");
 const Part repeatTPart("repeatT");
 const Part texturePropertiesPart("textureProperties");
 const Part urlPart("url");
-
-class ImageTextureProc : public PictureTextureProc
-{
-public:
-    using PictureTextureProc::PictureTextureProc;
-
-    void fieldChanged(Field& field, double time) override
-    {
-        if (urlPart.is(field) || loadPart.is(field)) {
-            _isRead = false;
-            _isLoaded = false;
-        }
-        PictureTextureProc::fieldChanged(field, time);
-    }
-
-    void describe(Surface& surface) override
-    {
-        if (!_isRead) {
-            _isRead = true;
-            readImage();
-        }
-        put(_source.image(), surface);
-    }
-
-private:
-    void readImage()
-    {
-        if (!loadPart.read<SFBool>(node()).value()) {
-            _source.clear();
-            return;
-        }
-        const auto& urls = urlPart.read<MFString>(node());
-        _source.read(urls);
-        const std::string fault = _source.fault(urls, _isLoaded);
-        if (!fault.empty())
-            complain("url", fault);
-    }
-
-    ImageSource _source;
-    bool _isRead = false;
-    bool _isLoaded = true; ///< the addresses are those of the scene's file
-};
 
 class PixelTextureProc : public PictureTextureProc
 {
@@ -67,10 +25,52 @@ public:
     void describe(Surface& surface) override { put(imagePart.read<SFImage>(node()).image().rco(), surface); }
 };
 
-const ProcRegistration imageTexture("ImageTexture", makeProc<ImageTextureProc>);
+const ProcRegistration imageTexture("ImageTexture", makeProc<FileTextureProc>);
 const ProcRegistration pixelTexture("PixelTexture", makeProc<PixelTextureProc>);
 
 } // namespace
+
+void FileTextureProc::fieldChanged(Field& field, double time)
+{
+    if (urlPart.is(field) || loadPart.is(field)) {
+        _isRead = false;
+        _isLoaded = false;
+    }
+    PictureTextureProc::fieldChanged(field, time);
+}
+
+void FileTextureProc::describe(Surface& surface)
+{
+    if (!_isRead) {
+        _isRead = true;
+        readImage();
+    }
+    if (_fits)
+        put(_source.image(), surface);
+}
+
+std::string FileTextureProc::misfit(osg::Image&) const
+{
+    return {};
+}
+
+void FileTextureProc::readImage()
+{
+    _fits = true;
+    if (!loadPart.read<SFBool>(node()).value()) {
+        _source.clear();
+        return;
+    }
+    const auto& urls = urlPart.read<MFString>(node());
+    _source.read(urls);
+    std::string fault = _source.fault(urls, _isLoaded);
+    if (const osg::ImagePtr image = _source.image()) {
+        fault = misfit(*image);
+        _fits = fault.empty();
+    }
+    if (!fault.empty())
+        complain("url", fault);
+}
 
 void PictureTextureProc::put(const osg::ImagePtr& image, Surface& surface)
 {
@@ -87,6 +87,7 @@ void PictureTextureProc::put(const osg::ImagePtr& image, Surface& surface)
     };
     texture.wrap[0] = wrap(repeatSPart);
     texture.wrap[1] = wrap(repeatTPart);
+    texture.wrap[2] = wrap(repeatRPart);
     if (properties)
         properties->describe(texture);
     surface.textures.push_back(std::move(texture));

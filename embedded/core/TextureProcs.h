@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/AppearanceProcs.h"
+#include "core/ImageSource.h"
 #include <OpenSG/OSGImage.h>
 #include <Orvane/Export.h>
 
@@ -19,6 +20,28 @@ protected:
 
 private:
     Use _properties;
+};
+
+/// The same with the first image of a list of addresses that can be read.
+class ORVANE_API FileTextureProc : public PictureTextureProc
+{
+public:
+    using PictureTextureProc::PictureTextureProc;
+
+    void fieldChanged(Field& field, double time) override;
+    void describe(Surface& surface) override;
+
+protected:
+    /// Text of a message for an image that is of another kind than the texture's, and not drawn; else empty.
+    virtual std::string misfit(osg::Image& image) const;
+
+private:
+    void readImage();
+
+    ImageSource _source;
+    bool _isRead = false;
+    bool _isLoaded = true; ///< the addresses are those of the scene's file
+    bool _fits = true;
 };
 
 /// Behaviour of `TextureProperties`.

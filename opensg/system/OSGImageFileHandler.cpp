@@ -7,6 +7,7 @@
 #include "OSGImageFormat.h"
 #include "OSGJPGImageFileType.h"
 #include "OSGMTDImageFileType.h"
+#include "OSGNRRDImageFileType.h"
 #include "OSGPNGImageFileType.h"
 #include "OSGPNMImageFileType.h"
 #include "OSGSGIImageFileType.h"
@@ -63,6 +64,7 @@ ImageFileHandler::ImageFileHandler()
     _types.push_back(std::make_unique<TGAImageFileType>());
     _types.push_back(std::make_unique<BMPImageFileType>());
     _types.push_back(std::make_unique<DDSImageFileType>());
+    _types.push_back(std::make_unique<NRRDImageFileType>());
 }
 
 ImageFileHandler::~ImageFileHandler() = default;

@@ -301,6 +301,8 @@ void tst_Shading::everyPlanCompiles()
     const auto material = osg::ChunkMaterialPtr::dcast(group->getMaterial());
     material->addChunk(chunk.get());
     using Shading = SurfaceShading;
+    const ShadingPlan::Sampler samplers[] = {ShadingPlan::CUBE, ShadingPlan::FLAT, ShadingPlan::SPACE,
+                                             ShadingPlan::FLAT};
     for (const Shading::Model model : {Shading::PHONG, Shading::PHYSICAL}) {
         for (unsigned int set = 0; set < 256; set += 25) {
             ShadingPlan plan;
@@ -311,9 +313,9 @@ void tst_Shading::everyPlanCompiles()
                 if ((set >> role & 1) == 0)
                     continue;
                 const unsigned int kind = (set + role) % (SurfaceTexture::LOCAL_POSITION + 1);
-                plan.textures.push_back({static_cast<Shading::Role>(role),
-                                         static_cast<SurfaceTexture::Coordinates>(kind), role,
-                                         role < Shading::NORMAL && (set + role) % 4 == 0, role % 2 > 0});
+                plan.textures.push_back(
+                    {static_cast<Shading::Role>(role), static_cast<SurfaceTexture::Coordinates>(kind), role,
+                     role < Shading::NORMAL ? samplers[(set + role) % 4] : ShadingPlan::FLAT, role % 2 > 0});
             }
             program->setSources(shadingText(plan));
             picture.draw(scene.proc().root());
