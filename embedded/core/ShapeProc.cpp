@@ -71,8 +71,11 @@ void ShapeProc::update()
     _tree->setActive(visiblePart.read<SFBool>(node()).value());
     auto* const geometry = elementOf<GeometryProc>(geometryPart.readNode(node()));
     auto* const appearance = elementOf<AppearanceProc>(appearancePart.readNode(node()));
+    const bool isAnother = _geometryUse.element() != geometry;
     _geometryUse.set(*this, geometry);
     _appearanceUse.set(*this, appearance);
+    if (isAnother)
+        changed(); // for those that look at the geometry too
     const osg::GeometryPtr core = geometry ? geometry->geometry() : osg::GeometryPtr();
     if (!core) {
         while (_tree->getNChildren() > 0)
