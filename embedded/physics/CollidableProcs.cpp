@@ -3,6 +3,7 @@
 #include "core/GeometryProc.h"
 #include "core/ShapeProc.h"
 #include "core/UsableValues.h"
+#include "physics/CollisionCollectionProc.h"
 #include "physics/RigidBodyProc.h"
 #include <OpenSG/OSGTransform.h>
 #include <Orvane/MFNode.h>
@@ -223,6 +224,10 @@ CollisionSolid CollidableShapeProc::makeSolid()
         setRound(CollisionSolid::Cylinder, radiusPart);
     } else if (type == "Cone") {
         setRound(CollisionSolid::Cone, bottomRadiusPart);
+        if (solid.kind == CollisionSolid::Cone)
+            solid.mesh = CollisionMesh::makeCone(solid.size[0], solid.size[1]);
+        if (!solid.mesh)
+            solid.kind = CollisionSolid::Nothing;
     } else if (geometry->kind() == Surface::FACES) {
         solid.mesh = CollisionMesh::make(geometry->geometry());
         if (solid.mesh)
@@ -287,21 +292,6 @@ RigidPose CollidableOffsetProc::shownPose() const
 
 // ---- CollisionSpace
 
-void CollisionSpaceProc::start(double)
-{
-    requestUpdate();
-}
-
-void CollisionSpaceProc::fieldChanged(Field&, double)
-{
-    requestUpdate();
-}
-
-void CollisionSpaceProc::childrenChanged(Field&)
-{
-    requestUpdate();
-}
-
 void CollisionSpaceProc::update()
 {
     const auto& nodes = collidablesPart.read<MFNode>(node());
@@ -309,7 +299,22 @@ void CollisionSpaceProc::update()
     std::size_t i = 0;
     for (NodeLink& link : nodes)
         _members[i++].set(*this, elementOf(link.node()));
-    changed();
+    tellCollections();
+}
+
+void CollisionSpaceProc::tellCollections()
+{
+    std::vector<CollisionSpaceProc*> spaces{this};
+    std::unordered_set<const CollisionSpaceProc*> seen{this};
+    for (std::size_t i = 0; i < spaces.size(); ++i) {
+        for (const Use* use = spaces[i]->uses(); use; use = use->next()) {
+            if (auto* const collection = dynamic_cast<CollisionCollectionProc*>(use->user()))
+                collection->membersChanged();
+            auto* const space = dynamic_cast<CollisionSpaceProc*>(use->user());
+            if (space && seen.insert(space).second)
+                spaces.push_back(space);
+        }
+    }
 }
 
 void CollisionSpaceProc::visit(CollidableWalk& walk, const RigidPose& outer, bool enabled, bool exact)

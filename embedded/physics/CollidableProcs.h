@@ -127,19 +127,22 @@ private:
 };
 
 /// Behaviour of a `CollisionSpace`: collidables that are switched together.
-class CollisionSpaceProc : public DescriptionProc
+class CollisionSpaceProc : public ElementProc
 {
 public:
-    using DescriptionProc::DescriptionProc;
+    using ElementProc::ElementProc;
 
     void update() override;
-    void start(double time) override;
-    void fieldChanged(Field& field, double time) override;
-    void childrenChanged(Field& field) override;
 
     void visit(CollidableWalk& walk, const RigidPose& outer, bool enabled, bool exact);
 
+protected:
+    void elementChanged(ElementProc&) override { tellCollections(); }
+
 private:
+    /// Tells the collections above, each once however many ways lead there.
+    void tellCollections();
+
     std::vector<Use> _members;
 };
 

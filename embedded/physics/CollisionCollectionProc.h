@@ -35,6 +35,8 @@ public:
 
     /// A sensor has come, or was switched.
     void sensorsChanged() { requestUpdate(); }
+    /// Something below has changed.
+    void membersChanged() { requestUpdate(); }
 
     // These are called by the collection of bodies, and may throw `DynamicsFault`.
 

@@ -8,8 +8,6 @@ namespace Orvane {
 
 namespace {
 
-constexpr unsigned int ConeSides = 24;
-
 /// From the system of X3D's solids to the engine's, whose cylinders lie along z.
 const Turn CylinderTurn{std::sqrt(0.5), -std::sqrt(0.5), 0.0, 0.0};
 
@@ -38,7 +36,7 @@ CollisionSolid CollisionSolid::bounds() const
 bool CollisionSolid::operator==(const CollisionSolid& other) const
 {
     return kind == other.kind && isEqual(size, other.size) && isEqual(center, other.center) &&
-           mesh == other.mesh;
+           (kind != Mesh || mesh == other.mesh);
 }
 
 CollisionGeom::CollisionGeom(ContactFinder& finder, const CollisionSolid& solid, std::size_t index)
@@ -60,8 +58,6 @@ CollisionGeom::CollisionGeom(ContactFinder& finder, const CollisionSolid& solid,
         _geom.reset(dCreateCylinder(space, size[0], size[1]));
         break;
     case CollisionSolid::Cone:
-        makeCone(space);
-        break;
     case CollisionSolid::Mesh:
         _geom.reset(dCreateTriMesh(space, solid.mesh->data(), nullptr, nullptr, nullptr));
         break;
@@ -71,37 +67,6 @@ CollisionGeom::CollisionGeom(ContactFinder& finder, const CollisionSolid& solid,
 }
 
 CollisionGeom::~CollisionGeom() = default;
-
-void CollisionGeom::makeCone(dxSpace* space)
-{
-    const double radius = _solid.size[0];
-    const double half = 0.5 * _solid.size[1];
-    const auto addPlane = [this](double x, double y, double z, double distance) {
-        _planes.insert(_planes.end(), {x, y, z, distance});
-    };
-    // The tip, then the corners of the base.
-    _points = {0.0, half, 0.0};
-    for (unsigned int i = 0; i < ConeSides; ++i) {
-        const double angle = 2.0 * M_PI * i / ConeSides;
-        _points.insert(_points.end(), {radius * std::sin(angle), -half, radius * std::cos(angle)});
-    }
-    for (unsigned int i = 0; i < ConeSides; ++i) {
-        const double angle = 2.0 * M_PI * (i + 0.5) / ConeSides;
-        // The plane through the tip and a side of the base.
-        const double inner = radius * std::cos(M_PI / ConeSides);
-        const double length = std::hypot(2.0 * half, inner);
-        const double up = inner / length;
-        const double out = 2.0 * half / length;
-        addPlane(out * std::sin(angle), up, out * std::cos(angle), up * half);
-        _polygons.insert(_polygons.end(), {3U, 0U, i + 1, (i + 1) % ConeSides + 1});
-    }
-    addPlane(0.0, -1.0, 0.0, half);
-    _polygons.push_back(ConeSides);
-    for (unsigned int i = ConeSides; i > 0; --i)
-        _polygons.push_back(i);
-    _geom.reset(
-        dCreateConvex(space, _planes.data(), ConeSides + 1, _points.data(), ConeSides + 1, _polygons.data()));
-}
 
 bool CollisionGeom::place(SimulatedBody* body, const RigidPose& pose)
 {
@@ -119,10 +84,15 @@ bool CollisionGeom::place(SimulatedBody* body, const RigidPose& pose)
         solid.turn = solid.turn * CylinderTurn;
     const dQuaternion q = {solid.turn.w, solid.turn.x, solid.turn.y, solid.turn.z};
     if (handle) {
-        const osg::Vec3d offset = solid.position - center;
+        osg::Vec3d offset = solid.position - center;
+        for (osg::UInt32 i = 0; i < 3; ++i)
+            offset[i] = bounded(offset[i], -FarthestPlace, FarthestPlace, 0.0);
         dGeomSetOffsetPosition(geom, offset[0], offset[1], offset[2]);
         dGeomSetOffsetQuaternion(geom, q);
     } else {
+        // Offsets inside each other may lead farther than the engine can count.
+        for (osg::UInt32 i = 0; i < 3; ++i)
+            solid.position[i] = bounded(solid.position[i], -FarthestPlace, FarthestPlace, 0.0);
         dGeomSetPosition(geom, solid.position[0], solid.position[1], solid.position[2]);
         dGeomSetQuaternion(geom, q);
     }

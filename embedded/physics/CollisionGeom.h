@@ -5,7 +5,6 @@
 #include "physics/RigidPose.h"
 #include <cstddef>
 #include <memory>
-#include <vector>
 
 namespace Orvane {
 
@@ -23,7 +22,7 @@ struct CollisionSolid
     Kind kind = Nothing;
     osg::Vec3d size; ///< of a box; radius and height of the round ones
     osg::Vec3d center;
-    std::shared_ptr<const CollisionMesh> mesh;
+    std::shared_ptr<const CollisionMesh> mesh; ///< of a mesh, and of a cone
 
     /// The box round a mesh; any other solid as it is.
     CollisionSolid bounds() const;
@@ -52,13 +51,8 @@ public:
     bool setEnabled(bool enabled);
 
 private:
-    void makeCone(dxSpace* space);
-
     CollisionSolid _solid;
     std::size_t _index;
-    std::vector<double> _planes; ///< of a cone, for the engine, as what follows
-    std::vector<double> _points;
-    std::vector<unsigned int> _polygons;
     Dynamics::Geom _geom;
     RigidPose _pose;
     osg::Vec3d _centerOfMass;

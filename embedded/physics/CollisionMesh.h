@@ -20,6 +20,9 @@ public:
     /// more than can be handled.
     static std::shared_ptr<const CollisionMesh> make(const osg::GeometryPtr& geometry);
 
+    /// The triangles of a closed cone about y.
+    static std::shared_ptr<const CollisionMesh> makeCone(double radius, double height);
+
     /// For the engine; may throw `DynamicsFault`.
     dxTriMeshData* data() const;
 
@@ -27,7 +30,10 @@ public:
     const std::array<float, 3>& most() const { return _most; }
 
 private:
-    void add(const std::array<osg::Pnt3f, 3>& corners);
+    class Welder;
+
+    /// The engine makes nothing of a mesh of one triangle.
+    void divideLoneTriangle();
     void measure();
 
     std::vector<std::array<float, 3>> _corners;

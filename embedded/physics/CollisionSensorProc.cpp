@@ -75,6 +75,12 @@ void CollisionSensorProc::fieldChanged(Field& field, double)
         requestUpdate();
 }
 
+void CollisionSensorProc::childrenChanged(Field& field)
+{
+    if (field.partType() != EVENTOUTP)
+        requestUpdate();
+}
+
 void CollisionSensorProc::update()
 {
     auto* const collider = elementOf<CollisionCollectionProc>(colliderPart.readNode(node()));

@@ -16,6 +16,7 @@ public:
     using ElementProc::ElementProc;
 
     void fieldChanged(Field& field, double time) override;
+    void childrenChanged(Field& field) override;
     void update() override;
 
     bool isEnabled() const;

@@ -29,6 +29,17 @@ bool isSound(const dContactGeom& contact)
            std::isfinite(contact.pos[1]) && std::isfinite(contact.pos[2]);
 }
 
+/// The contacts of two solids. The pair is passed over when the engine cannot make sense of them, which
+/// leaves the engine as it was.
+int contactsOf(dxGeom* first, dxGeom* second, dContactGeom (&contacts)[MostContactsOfPair])
+{
+    try {
+        return dCollide(first, second, MostContactsOfPair, contacts, sizeof(dContactGeom));
+    } catch (const DynamicsFault&) {
+        return 0;
+    }
+}
+
 } // namespace
 
 struct ContactFinder::Search
@@ -64,7 +75,7 @@ void ContactFinder::meet(void* data, dxGeom* first, dxGeom* second)
     if (a && b && dAreConnectedExcluding(a, b, dJointTypeContact))
         return;
     dContactGeom contacts[MostContactsOfPair];
-    const int count = dCollide(first, second, MostContactsOfPair, contacts, sizeof(dContactGeom));
+    const int count = contactsOf(first, second, contacts);
     for (int i = 0; i < count; ++i) {
         const dContactGeom& contact = contacts[i];
         if (!isSound(contact))

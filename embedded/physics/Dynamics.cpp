@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <ode/ode.h>
+#include <string>
 
 namespace Orvane {
 
@@ -16,10 +17,7 @@ bool hasFault = false;
 {
     char text[256];
     std::vsnprintf(text, sizeof(text), message, arguments);
-    hasFault = true;
-    ORVANE_LOG(osg::LOG_WARNING, "Rigid bodies stand still: the dynamics engine has fault %d, %s\n", number,
-               text);
-    throw DynamicsFault(text);
+    throw DynamicsFault("fault " + std::to_string(number) + ", " + text);
 }
 
 void noteMade(int number, const char* message, va_list arguments)
@@ -48,6 +46,14 @@ bool isEngineReady()
 bool Dynamics::isReady()
 {
     return !hasFault && isEngineReady();
+}
+
+void Dynamics::giveUp(const DynamicsFault& fault)
+{
+    if (!hasFault)
+        ORVANE_LOG(osg::LOG_WARNING, "Rigid bodies stand still: the dynamics engine found %s\n",
+                   fault.what());
+    hasFault = true;
 }
 
 void Dynamics::Ending::operator()(dxBody* body) const

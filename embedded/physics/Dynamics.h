@@ -26,6 +26,8 @@ namespace Dynamics {
 /// Readies the engine for the present thread. False when it has found a fault in itself: nothing of it may be
 /// called from then on.
 bool isReady();
+/// Nothing of the engine is to be called any more.
+void giveUp(const DynamicsFault& fault);
 
 /// Calls \a work when the engine is ready. False when it is not, or not any more.
 template <class Work>
@@ -36,7 +38,8 @@ bool guarded(Work work)
     try {
         work();
         return true;
-    } catch (const DynamicsFault&) {
+    } catch (const DynamicsFault& fault) {
+        giveUp(fault);
         return false;
     }
 }

@@ -56,6 +56,7 @@ private:
     std::size_t _contactCount = 0;
     int _joints = 0;
     unsigned long _chance = 0; ///< where the engine's random numbers go on
+    int _iterations = 10;
     bool _preferAccuracy = false;
 };
 

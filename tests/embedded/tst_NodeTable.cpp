@@ -87,10 +87,10 @@ void tst_NodeTable::tableIsThatOfTheRuntime()
 void tst_NodeTable::keptTypeIsToldOnce()
 {
     CoreScene scene(
-        "VolumeData { } Group { children [ VolumeData { } VolumeData { } ] } RigidBodyCollection { }");
+        "VolumeData { } Group { children [ VolumeData { } VolumeData { } ] } DISEntityManager { }");
     const QStringList expected = {
         QStringLiteral("VolumeData: nodes of this type are kept and not drawn"),
-        QStringLiteral("RigidBodyCollection: nodes of this type are kept and do nothing")};
+        QStringLiteral("DISEntityManager: nodes of this type are kept and do nothing")};
     QCOMPARE(messagesOf(*scene.context), expected);
 }
 
