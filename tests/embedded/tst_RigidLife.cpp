@@ -216,17 +216,18 @@ void tst_RigidLife::scenesOfAuthorsRun_data()
     const QByteArray box = "<Shape containerField='shape'>" + materials + "<Box size='1 1 1'/></Shape>";
     const QByteArray floor = "<Shape containerField='shape'><Box size='10 1 10'/></Shape>";
     QTest::newRow("all inside of the collections")
-        << "<RigidBodyCollection><RigidBody DEF='B' containerField='bodies' position='0 3 "
-           "0'><CollidableShape DEF='S' "
-           "containerField='geometry'>" +
-               box +
-               "</CollidableShape></RigidBody><CollisionCollection "
-               "containerField='collider'><CollidableShape USE='S' "
-               "containerField='collidables'/><CollidableShape containerField='collidables'>" +
-               floor + "</CollidableShape></CollisionCollection></RigidBodyCollection>"
+        << QByteArray("<RigidBodyCollection><RigidBody DEF='B' containerField='bodies' position='0 3 "
+                      "0'><CollidableShape DEF='S' "
+                      "containerField='geometry'>" +
+                      box +
+                      "</CollidableShape></RigidBody><CollisionCollection "
+                      "containerField='collider'><CollidableShape USE='S' "
+                      "containerField='collidables'/><CollidableShape containerField='collidables'>" +
+                      floor + "</CollidableShape></CollisionCollection></RigidBodyCollection>")
         << 1.0;
     QTest::newRow("shapes in transforms, collections at the root")
-        << "<Transform translation='0 0 0'><CollidableShape DEF='S'>" + box +
+        << QByteArray(
+               "<Transform translation='0 0 0'><CollidableShape DEF='S'>" + box +
                "</CollidableShape></Transform><Group><CollidableShape DEF='F' translation='0 -2 0'>" + floor +
                "</CollidableShape></Group><CollisionCollection DEF='C'><CollidableShape USE='S' "
                "containerField='collidables'/><CollidableShape USE='F' containerField='collidables'/>"
@@ -234,35 +235,38 @@ void tst_RigidLife::scenesOfAuthorsRun_data()
                "containerField='collider'/>"
                "<RigidBody DEF='B' containerField='bodies'><CollidableShape USE='S' "
                "containerField='geometry'/>"
-               "<Box containerField='massDensityModel' size='1 1 1'/></RigidBody></RigidBodyCollection>"
+               "<Box containerField='massDensityModel' size='1 1 1'/></RigidBody></RigidBodyCollection>")
         << -1.0;
     QTest::newRow("routes to transforms")
-        << "<Transform DEF='T'><Shape>" + materials +
+        << QByteArray(
+               "<Transform DEF='T'><Shape>" + materials +
                "<Sphere radius='0.5'/></Shape></Transform><Transform DEF='N'/><RigidBodyCollection DEF='R' "
                "gravity='0 -1 0'><RigidBody DEF='B' containerField='bodies' mass='2' position='0 9 0'/>"
                "</RigidBodyCollection><ROUTE fromNode='B' fromField='position_changed' toNode='T' "
                "toField='set_translation'/><ROUTE fromNode='B' fromField='orientation' toNode='T' "
                "toField='rotation'/>"
-               "<ROUTE fromNode='B' fromField='position' toNode='N' toField='scale'/>"
+               "<ROUTE fromNode='B' fromField='position' toNode='N' toField='scale'/>")
         << 4.5;
     QTest::newRow("fixed floor, collider before bodies, default container fields")
-        << "<RigidBodyCollection><CollisionCollection containerField='collider' bounce='0.2' "
-           "frictionCoefficients='0.3 0.3' appliedParameters='\"BOUNCE\" "
-           "\"FRICTION_COEFFICIENT-2\"'><CollidableShape "
-           "DEF='S' containerField='collidables'>" +
+        << QByteArray(
+               "<RigidBodyCollection><CollisionCollection containerField='collider' bounce='0.2' "
+               "frictionCoefficients='0.3 0.3' appliedParameters='\"BOUNCE\" "
+               "\"FRICTION_COEFFICIENT-2\"'><CollidableShape "
+               "DEF='S' containerField='collidables'>" +
                box + "</CollidableShape><CollidableShape DEF='F' containerField='collidables'>" + floor +
                "</CollidableShape></CollisionCollection><RigidBody fixed='true' position='0 1 "
                "0'><CollidableShape USE='F' "
                "containerField='geometry'/></RigidBody><RigidBody DEF='B' position='0 4 0'><CollidableShape "
                "USE='S' "
-               "containerField='geometry'/></RigidBody></RigidBodyCollection>"
+               "containerField='geometry'/></RigidBody></RigidBodyCollection>")
         << 2.0;
     QTest::newRow("hinge to a fixed body")
-        << "<RigidBodyCollection><RigidBody DEF='A' fixed='true'/><RigidBody DEF='B' position='0 -1 0'/>"
-           "<SingleAxisHingeJoint containerField='joints' axis='0 0 1' forceOutput='\"ALL\"'><RigidBody "
-           "USE='A' "
-           "containerField='body1'/><RigidBody USE='B' containerField='body2'/></SingleAxisHingeJoint>"
-           "</RigidBodyCollection>"
+        << QByteArray(
+               "<RigidBodyCollection><RigidBody DEF='A' fixed='true'/><RigidBody DEF='B' position='0 -1 0'/>"
+               "<SingleAxisHingeJoint containerField='joints' axis='0 0 1' forceOutput='\"ALL\"'><RigidBody "
+               "USE='A' "
+               "containerField='body1'/><RigidBody USE='B' containerField='body2'/></SingleAxisHingeJoint>"
+               "</RigidBodyCollection>")
         << -1.0;
 }
 
