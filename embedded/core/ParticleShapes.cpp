@@ -80,12 +80,13 @@ protected:
         source.faces = &faces;
         source.convex = false;
         const MeshData mesh = buildMesh(source, faults);
-        for (std::size_t i = 0; i + 2 < mesh.indices.size(); i += 3) {
-            const auto corner = [&](std::size_t k) {
-                return osg::Vec3f(mesh.positions[mesh.indices[i + k]]);
-            };
-            _spots.add(corner(0), corner(1), corner(2));
-        }
+        // Without indices the corners stand in their order.
+        const std::size_t count = mesh.indices.empty() ? mesh.positions.size() : mesh.indices.size();
+        const auto corner = [&mesh](std::size_t i) {
+            return osg::Vec3f(mesh.positions[mesh.indices.empty() ? i : mesh.indices[i]]);
+        };
+        for (std::size_t i = 0; i + 2 < count; i += 3)
+            _spots.add(corner(i), corner(i + 1), corner(i + 2));
         if (!faults.isEmpty())
             complain(nullptr, faults.text());
     }

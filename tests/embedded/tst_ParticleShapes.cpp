@@ -18,6 +18,7 @@ private slots:
     void surfaceFollowsItsGeometry();
     void volumeFillsItsInside();
     void volumeMaySendFromItsFaces();
+    void volumeMayBeOfTriangles();
     void concaveVolumeKeepsItsNotch();
     void boundsThrowBack();
     void disabledBoundsLetThrough();
@@ -147,6 +148,18 @@ void tst_ParticleShapes::volumeMaySendFromItsFaces()
     QVERIFY(positions(scene).size() > 100);
     for (const osg::Pnt3f& p : positions(scene))
         QVERIFY(std::abs(largest(p) - 1.0F) < 1e-5F);
+}
+
+void tst_ParticleShapes::volumeMayBeOfTriangles()
+{
+    CoreScene scene(
+        (Points + std::string("VolumeEmitter { coordIndex [ 0 2 1 -1 0 1 3 -1 1 2 3 -1 2 0 3 ] coord "
+                              "Coordinate { point [ 0 0 0, 1 0 0, 0 1 0, 0 0 1 ] } } }"))
+            .c_str());
+    run(scene, 10);
+    QVERIFY(positions(scene).size() > 100);
+    for (const osg::Pnt3f& p : positions(scene))
+        QVERIFY(p[0] >= 0.0F && p[1] >= 0.0F && p[2] >= 0.0F && p[0] + p[1] + p[2] <= 1.0001F);
 }
 
 void tst_ParticleShapes::concaveVolumeKeepsItsNotch()

@@ -1,5 +1,6 @@
 #include "../opensg/GLPicture.h"
 #include "CoreScene.h"
+#include "MediaFiles.h"
 #include "core/CubeImage.h"
 #include "core/ShapeProc.h"
 #include <OpenSG/OSGChunkMaterial.h>
@@ -41,7 +42,7 @@ private slots:
     void sidesStandAsOpenGLWantsThem();
     void propertiesReachTheTexture();
     void badPropertiesAreHarmless();
-    void movieShowsItsFirstPicture();
+    void movieShowsItsPictures();
     void emissionTextureShines();
     void maskCutsHoles();
     void opaqueHasNoHoles();
@@ -447,12 +448,18 @@ void tst_TexturePicture::badPropertiesAreHarmless()
     QCOMPARE(scene.messageCount(), std::size_t(1));
 }
 
-void tst_TexturePicture::movieShowsItsFirstPicture()
+void tst_TexturePicture::movieShowsItsPictures()
 {
     CoreScene scene(
         square("texture MovieTexture { url \"data:image/x-portable-pixmap,P3 1 1 255 255 128 0 \" }")
             .c_str());
     COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x80, 0x00));
+    const QByteArray film = mediafiles::dataAddress(mediafiles::gif(2, 50));
+    CoreScene moving(
+        square("texture MovieTexture { startTime 1000 url \"" + film.toStdString() + "\" }").c_str());
+    COMPARE_COLOR(middleOf(moving), QColor(0xFF, 0x00, 0x00));
+    moving.runTo(0.75);
+    COMPARE_COLOR(middleOf(moving), QColor(0x00, 0xFF, 0x00));
 }
 
 void tst_TexturePicture::emissionTextureShines()
