@@ -17,11 +17,13 @@
 #include <QRandomGenerator>
 #include <QTextEdit>
 #include <QTimer>
+#include <QWindow>
 #include <QtTest>
 
 namespace {
 
-constexpr int mostAnswers = 12; ///< before a dialog is put away
+constexpr int mostAnswers = 12;   ///< before a dialog is put away
+constexpr int longestWait = 3000; ///< ms
 
 void press(QWidget* widget, Qt::Key key)
 {
@@ -50,8 +52,17 @@ void DialogRobot::wait()
     QTimer::singleShot(2, this, [this] {
         // An answer may open another dialog, in which this timer has to run too.
         wait();
-        act();
+        if (!act() && _doing.isValid() && _doing.hasExpired(longestWait) && QGuiApplication::focusWindow())
+            QTest::keyClick(QGuiApplication::focusWindow(), Qt::Key_Escape);
     });
+}
+
+void DialogRobot::watch(bool isDoing)
+{
+    if (isDoing)
+        _doing.start();
+    else
+        _doing.invalidate();
 }
 
 bool DialogRobot::once(int in)

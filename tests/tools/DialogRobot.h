@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QStringList>
 #include <functional>
@@ -25,6 +26,8 @@ public:
     bool act();
     /// Answers until nothing is open.
     void finish();
+    /// From now on something is done, or not: what waits too long for a real mouse, as drags do, is given up.
+    void watch(bool isDoing);
 
     /// Types, chooses and ticks at random in a widget and those below it.
     void fillIn(QWidget* widget);
@@ -49,4 +52,5 @@ private:
     std::function<QString()> _fileToSave;
     QWidget* _lastDialog = nullptr; ///< compared only
     int _answers = 0;               ///< to the last dialog
+    QElapsedTimer _doing;
 };

@@ -159,7 +159,9 @@ const char* RandomUser::step()
     const Habit* habit = habits().data();
     while (choice >= habit->weight)
         choice -= (habit++)->weight;
+    _robot.watch(true);
     (this->*habit->act)();
+    _robot.watch(false);
     settle();
     return habit->name;
 }

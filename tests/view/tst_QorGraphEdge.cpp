@@ -16,6 +16,8 @@ private slots:
     void drawableIgnoresMouse();
     void edgeTellsItsEnds();
     void lineIsTwoPixelsWide();
+    void lineAlongAnAxisIsAsAnyOther_data();
+    void lineAlongAnAxisIsAsAnyOther();
     void selectedLineHasTheHighlightColor();
     void alphaGoesIntoTheColor();
     void alphaAboveTheRangeIsOpaque();
@@ -182,6 +184,38 @@ void tst_QorGraphEdge::lineIsTwoPixelsWide()
     QCOMPARE(image.pixelColor(8, 50), QColor(Qt::black));
     QCOMPARE(image.pixelColor(70, 50), QColor(20, 180, 20));
     QCOMPARE(image.pixelColor(71, 50), QColor(Qt::black));
+}
+
+void tst_QorGraphEdge::lineAlongAnAxisIsAsAnyOther_data()
+{
+    QTest::addColumn<QPointF>("start");
+    QTest::addColumn<QSizeF>("size");
+    QTest::newRow("right") << QPointF(10, 50) << QSizeF(30, 0);
+    QTest::newRow("left") << QPointF(60, 50) << QSizeF(-30, 0);
+    QTest::newRow("down") << QPointF(40, 20) << QSizeF(0, 1);
+    QTest::newRow("up") << QPointF(40, 90) << QSizeF(0, -60);
+    QTest::newRow("between pixels") << QPointF(10, 50.5) << QSizeF(30, 0);
+    QTest::newRow("between columns") << QPointF(10.25, 50) << QSizeF(30.5, 0);
+    QTest::newRow("point") << QPointF(10, 50) << QSizeF(0, 0);
+    QTest::newRow("out of sight") << QPointF(-1e12, 50) << QSizeF(2e12, 0);
+}
+
+void tst_QorGraphEdge::lineAlongAnAxisIsAsAnyOther()
+{
+    QFETCH(QPointF, start);
+    QFETCH(QSizeF, size);
+    Painted painted;
+    painted.edge.setAlpha(127);
+    painted.edge.move(start);
+    painted.edge.resize(size);
+    QImage expected(100, 100, QImage::Format_RGB32);
+    expected.fill(Qt::black);
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(20, 180, 20, 127), 2.0, Qt::SolidLine, Qt::SquareCap));
+    painter.drawLine(QLineF(start, start + QPointF(size.width(), size.height())));
+    painter.end();
+    QCOMPARE(painted.edge.picture(), expected);
 }
 
 void tst_QorGraphEdge::selectedLineHasTheHighlightColor()

@@ -2,12 +2,14 @@
 
 #include "QorGraphNodeView.h"
 #include "QorGraphView.h"
+#include "QorPixels.h"
 #include <Orvane/EventInSlot.h>
 #include <Orvane/EventOutSlot.h>
 #include <Orvane/Field.h>
 #include <Orvane/Node.h>
 #include <Orvane/Route.h>
 #include <QtGui/QPainter>
+#include <algorithm>
 
 namespace Orvane::Qt4 {
 
@@ -44,8 +46,29 @@ void QorGraphEdge::paint(QPainter* painter)
     QColor color =
         _palette.brush(QPalette::Current, _selected ? QPalette::Highlight : QPalette::Button).color();
     color.setAlpha(_alpha);
+    const QRect pixels = wholePixels();
+    if (!pixels.isEmpty() && painter->testRenderHint(QPainter::Antialiasing) &&
+        painter->transform().isIdentity()) {
+        painter->fillRect(pixels, color);
+        return;
+    }
     painter->setPen(QPen(QBrush(color), 2.0, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
     painter->drawLine(QLineF(_pos, _pos + QPointF(_size.width(), _size.height())));
+}
+
+// A line along an axis covers whole pixels with its width and its caps. Most lines of a graph in order are
+// such, and a rectangle costs a small part of a line.
+QRect QorGraphEdge::wholePixels() const
+{
+    const QPointF exactEnd = _pos + QPointF(_size.width(), _size.height());
+    const QPoint start = toPixel(_pos);
+    const QPoint end = toPixel(exactEnd);
+    const bool isAlongAxis = (start.x() == end.x()) != (start.y() == end.y());
+    if (!isAlongAxis || QPointF(start) != _pos || QPointF(end) != exactEnd)
+        return {};
+    const QPoint first(std::min(start.x(), end.x()), std::min(start.y(), end.y()));
+    const QPoint last(std::max(start.x(), end.x()), std::max(start.y(), end.y()));
+    return QRect(first - QPoint(1, 1), last);
 }
 
 } // namespace Orvane::Qt4

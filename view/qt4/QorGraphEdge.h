@@ -40,6 +40,9 @@ protected:
     void paint(QPainter* painter) override;
 
 private:
+    /// What a line along an axis covers; empty for any other.
+    QRect wholePixels() const;
+
     QorGraphNodeView* _srcNode;
     QorGraphNodeView* _destNode;
     unsigned int _outSlotId;
