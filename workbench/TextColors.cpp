@@ -2,6 +2,8 @@
 
 #include <QGuiApplication>
 #include <QPalette>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QorCodeWidget.h>
 #include <QorLogView.h>
 #include <QorSyntaxHighlighter.h>
@@ -33,6 +35,25 @@ const std::array<CodeColor, 7> codeColors = {{
 const std::array<QRgb, 6> logColorsOnDark = {0xff7fd48c, 0xffff7a70, 0xfff0b070,
                                              0xffdee0e4, 0xff8fb8ff, 0xffd0cc70};
 
+/// Colours a whole text anew. `rehighlight` lays the text out again for every line, which takes minutes for a
+/// long log; a change of nothing in all of it does so once. Steps that can be taken back are left alone.
+void colorAnew(QSyntaxHighlighter& highlighter)
+{
+    QTextDocument* const text = highlighter.document();
+    if (!text || text->isUndoAvailable() || text->isRedoAvailable()) {
+        highlighter.rehighlight();
+        return;
+    }
+    const bool keepsSteps = text->isUndoRedoEnabled();
+    const bool isModified = text->isModified();
+    text->setUndoRedoEnabled(false);
+    QTextCursor all(text);
+    all.select(QTextCursor::Document);
+    all.mergeBlockFormat(QTextBlockFormat());
+    text->setModified(isModified);
+    text->setUndoRedoEnabled(keepsSteps);
+}
+
 } // namespace
 
 bool isDark()
@@ -49,7 +70,7 @@ void colorCode(Orvane::Qt4::QorCodeWidget& widget)
         return;
     for (const CodeColor& each : codeColors)
         highlighter->setBlockColor(each.type, QColor(dark ? each.onDark : each.onLight));
-    highlighter->rehighlight();
+    colorAnew(*highlighter);
 }
 
 int LogColors::levelOf(const QString& line)
@@ -64,7 +85,7 @@ void LogColors::setDark(bool dark)
     if (_isDark == dark)
         return;
     _isDark = dark;
-    rehighlight();
+    colorAnew(*this);
 }
 
 void LogColors::highlightBlock(const QString& text)
