@@ -99,6 +99,8 @@ bool takeScreenshot(WorkbenchWindow& window, FrameGrabber& grabber, const Comman
     // The strips of buttons lie over the GL widgets.
     const auto strips = shown.findChildren<Orvane::Qt4::QorWindowToolbar*>();
     for (Orvane::Qt4::QorWindowToolbar* strip : strips) {
+        const QWidget* const view = strip->parentWidget();
+        painter.setClipRect(QRect(view->mapTo(&shown, QPoint(0, 0)), view->size()));
         if (strip->isVisibleTo(&shown))
             painter.drawPixmap(strip->mapTo(&shown, QPoint(0, 0)), strip->grab());
     }

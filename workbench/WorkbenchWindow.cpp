@@ -101,10 +101,11 @@ void WorkbenchWindow::makeDocks()
 {
     addDockWidget(Qt::RightDockWidgetArea, _sceneDock);
     addDockWidget(Qt::RightDockWidgetArea, _nodeDock);
-    const int width = fontMetrics().averageCharWidth() * 51;
+    const int letter = fontMetrics().averageCharWidth();
+    const int width = letter * 51;
     resizeDocks({_sceneDock, _nodeDock}, {width, width}, Qt::Horizontal);
     addDockWidget(Qt::LeftDockWidgetArea, _codeDock);
-    resizeDocks({_codeDock}, {width}, Qt::Horizontal);
+    resizeDocks({_codeDock}, {letter * 45}, Qt::Horizontal);
     _codeDock->hide();
     addDockWidget(Qt::BottomDockWidgetArea, _logDock);
     resizeDocks({_logDock}, {fontMetrics().lineSpacing() * 9}, Qt::Vertical);
