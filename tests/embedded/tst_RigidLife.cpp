@@ -24,6 +24,7 @@ private slots:
     void scenesOfAuthorsRun();
     void prototypesMayHoldBodies();
     void randomScenesStaySound();
+    void towerOfTheExamplesFalls();
 };
 
 namespace {
@@ -344,6 +345,23 @@ void tst_RigidLife::randomScenesStaySound()
         }
         QCOMPARE(int(scene.messageCount()), 0);
     }
+}
+
+void tst_RigidLife::towerOfTheExamplesFalls()
+{
+    RigidScene scene("");
+    const std::string file = qgetenv("ORVANE_SOURCE_DIR").toStdString() + "/examples/scenes/tower.x3d";
+    QVERIFY(scene.context->load(file, Context::REPLACE_LT, std::string()));
+    scene.context->runFrame();
+    const osg::Vec3f top = scene.position("Brick51");
+    scene.run(0.3);
+    // The tower stands by itself.
+    QVERIFY((scene.position("Brick51") - top).length() < 0.05F);
+    scene.run(3.0);
+    QVERIFY((scene.position("Brick51") - top).length() > 0.5F);
+    scene.run(20.0);
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(scene.position(("Brick5" + std::to_string(i)).c_str())[1] > 0.1F);
 }
 
 QTEST_GUILESS_MAIN(tst_RigidLife)
