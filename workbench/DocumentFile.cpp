@@ -140,7 +140,9 @@ bool DocumentFile::load(const QString& source)
                           QString::fromUtf8(message.toString().c_str());
         }
     }
-    if (!ok && _error.isEmpty())
+    if (_isCancelled)
+        _error.clear();
+    else if (!ok && _error.isEmpty())
         _error = tr("%1: the scene cannot be loaded").arg(source);
     return ok;
 }

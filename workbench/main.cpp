@@ -93,7 +93,9 @@ int main(int argc, char** argv)
     QTimer::singleShot(0, &window, [&] {
         if (commandLine.scene.isEmpty())
             window.document()->recover();
-        if (!commandLine.scene.isEmpty() && !window.document()->openByUser(commandLine.scene))
+        const bool isOpen = commandLine.scene.isEmpty() || window.document()->openByUser(commandLine.scene);
+        // Who has cancelled a load knows it.
+        if (!isOpen && !window.loadError().isEmpty())
             complain(window.loadError(), 1);
         if (!commandLine.node.isEmpty() && !window.showNode(commandLine.node))
             complain(QStringLiteral("the scene has no node called \"%1\"").arg(commandLine.node), 1);
