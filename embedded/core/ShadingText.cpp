@@ -18,22 +18,35 @@ const char* const lightFunctions = R"(
 uniform int osg_LightCount;
 uniform vec4 osg_LightShape[8];
 uniform int osg_FogKind;
+uniform sampler2D osg_Projected;
+uniform mat4 osg_Projection;
+
+vec3 projected;
 
 vec3 unit(vec3 v) { return v * inversesqrt(max(dot(v, v), 1e-20)); }
 
-// The way to a light, and how much of it arrives.
+// The way to a light, and how much of it arrives, in the colours of the image that it throws.
 float reach(int i, out vec3 way)
 {
     vec4 shape = osg_LightShape[i];
+    projected = vec3(1.0);
     vec4 source = gl_LightSource[i].position;
     way = unit(source.xyz);
     if (shape.x < 0.5)
         return 0.0;
     if (shape.x < 1.5)
         return 1.0;
-    way = source.xyz - eyePlace;
-    float d = length(way);
-    way = unit(way);
+    vec3 apart = source.xyz - eyePlace * source.w;
+    float d = length(apart);
+    way = unit(apart);
+    if (shape.x > 4.5) {
+        vec4 at = osg_Projection * vec4(eyePlace, 1.0);
+        if (at.w <= 0.0 || any(lessThan(at.xyz, vec3(0.0))) || any(greaterThan(at.xyz, at.www)))
+            return 0.0;
+        vec4 shown = texture2DProj(osg_Projected, vec4(at.xy, 0.0, at.w));
+        projected = shown.rgb * shown.a;
+        return 1.0;
+    }
     if (d > shape.y)
         return 0.0;
     float share = 1.0 / max(gl_LightSource[i].constantAttenuation +
@@ -68,13 +81,13 @@ const char* const phongLight = R"(
         float share = reach(i, way);
         if (share <= 0.0)
             continue;
-        sum += share * gl_LightSource[i].ambient.rgb * ambient;
+        sum += share * projected * gl_LightSource[i].ambient.rgb * ambient;
         float facing = dot(normal, way);
         if (facing <= 0.0)
             continue;
-        sum += share * facing * gl_LightSource[i].diffuse.rgb * diffuse.rgb;
+        sum += share * facing * projected * gl_LightSource[i].diffuse.rgb * diffuse.rgb;
         float mirrored = max(dot(normal, unit(way + look)), 1e-6);
-        highlights += share * pow(mirrored, shininess) * gl_LightSource[i].specular.rgb * specular;
+        highlights += share * pow(mirrored, shininess) * projected * gl_LightSource[i].specular.rgb * specular;
     }
 )";
 
@@ -99,7 +112,7 @@ const char* const physicalLight = R"(
         float spread = nh * nh * (a2 - 1.0) + 1.0;
         float distribution = a2 / (3.14159265 * spread * spread);
         float visibility = 0.5 / max(nl * sqrt(nv * nv * (1.0 - a2) + a2) + nv * sqrt(nl * nl * (1.0 - a2) + a2), 1e-6);
-        sum += share * nl * gl_LightSource[i].diffuse.rgb *
+        sum += share * nl * projected * gl_LightSource[i].diffuse.rgb *
             ((1.0 - reflected) * scattered + reflected * visibility * distribution);
     }
 )";

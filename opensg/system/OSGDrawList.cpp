@@ -205,6 +205,9 @@ bool DrawList::isNear(UInt32 item, UInt32 light) const
     const PlacedLight& placed = _lights[light];
     if (!placed.hasSource)
         return false;
+    const Real32 kind = placed.light->getShape(placed.range)[0];
+    if (kind > 4)
+        return true; // nothing but programs shows what it throws
     const BoxVolume box = boxOf(item);
     Vec3f size;
     box.getSize(size);
@@ -215,7 +218,7 @@ bool DrawList::isNear(UInt32 item, UInt32 light) const
     }
     const Real32 distance = std::sqrt(square);
     const Real32 faceSize = size.length() * _items[item].faceShare;
-    const bool isCone = placed.light->getShape(placed.range)[0] > 2;
+    const bool isCone = kind > 2;
     const bool ends = placed.range < distance + size.length();
     return faceSize > distance * (isCone || ends ? nearCone : nearPoint);
 }

@@ -145,6 +145,8 @@ void GLProgram::findVariables()
     _surroundingPlaces.lightCount = glGetUniformLocation(_name, "osg_LightCount");
     _surroundingPlaces.lightShape = glGetUniformLocation(_name, "osg_LightShape");
     _surroundingPlaces.fogKind = glGetUniformLocation(_name, "osg_FogKind");
+    _surroundingPlaces.projected = glGetUniformLocation(_name, "osg_Projected");
+    _surroundingPlaces.projection = glGetUniformLocation(_name, "osg_Projection");
     _surroundingPlaces.turnToWorld = glGetUniformLocation(_name, "osg_TurnToWorld");
     for (GLint i = 0; i < count; ++i) {
         GLsizei length = 0;
@@ -174,8 +176,7 @@ void GLProgram::use(const SHLChunk& chunk, RenderActionBase& action, const GLLim
     _sentChunk = chunk.getFieldContainerId();
     _sentStamp = chunk._stamp;
     sendSamplers(chunk, action, limits);
-    if (action.getSurroundings())
-        sendSurroundings(*action.getSurroundings());
+    sendSurroundings(action, limits);
 }
 
 Int32 GLProgram::getAttributePlace(const std::string& name) const
@@ -183,15 +184,24 @@ Int32 GLProgram::getAttributePlace(const std::string& name) const
     return glGetAttribLocation(_name, name.c_str());
 }
 
-void GLProgram::sendSurroundings(const Surroundings& surroundings)
+void GLProgram::sendSurroundings(RenderActionBase& action, const GLLimits& limits)
 {
-    if (_surroundingsStamp == surroundings.stamp)
+    if (!action.getSurroundings() || _surroundingsStamp == action.getSurroundings()->stamp)
         return;
+    const Surroundings& surroundings = *action.getSurroundings();
     _surroundingsStamp = surroundings.stamp;
     // GL passes over places that are negative.
     glUniform1i(_surroundingPlaces.lightCount, surroundings.lightCount);
     glUniform4fv(_surroundingPlaces.lightShape, Surroundings::MostLights, surroundings.lights);
     glUniform1i(_surroundingPlaces.fogKind, surroundings.fogKind);
+    if (_surroundingPlaces.projected >= 0) {
+        // The last unit is the last one that a program gets for textures of its own.
+        const Int32 unit = limits.imageUnits - 1;
+        if (surroundings.projected)
+            surroundings.projected->bind(action, static_cast<UInt32>(unit));
+        glUniform1i(_surroundingPlaces.projected, surroundings.projected ? unit : 0);
+        glUniformMatrix4fv(_surroundingPlaces.projection, 1, GL_FALSE, surroundings.projection);
+    }
     glUniformMatrix3fv(_surroundingPlaces.turnToWorld, 1, GL_FALSE, surroundings.turnToWorld);
 }
 

@@ -23,7 +23,7 @@ public:
     /// Where the program takes values of vertices of that name; negative where it does not.
     Int32 getAttributePlace(const std::string& name) const;
     /// Tells the program, which is in use, what acts on shapes, if it asks for that.
-    void sendSurroundings(const Surroundings& surroundings);
+    void sendSurroundings(RenderActionBase& action, const GLLimits& limits);
 
 private:
     /// Where the program takes what acts on shapes; negative where it does not.
@@ -33,6 +33,8 @@ private:
         Int32 lightShape = -1;
         Int32 fogKind = -1;
         Int32 turnToWorld = -1;
+        Int32 projected = -1;
+        Int32 projection = -1;
     };
 
     struct Variable

@@ -1,6 +1,7 @@
 #include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGPointLight.h>
+#include <OpenSG/OSGProjectorLight.h>
 #include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGSpotLight.h>
 
@@ -15,6 +16,7 @@ OSG_CONTAINER_TYPE(Light, NodeCore)
 OSG_CREATABLE_CONTAINER_TYPE(DirectionalLight, Light)
 OSG_CREATABLE_CONTAINER_TYPE(PointLight, Light)
 OSG_CREATABLE_CONTAINER_TYPE(SpotLight, PointLight)
+OSG_CREATABLE_CONTAINER_TYPE(ProjectorLight, PointLight)
 
 namespace {
 
@@ -112,6 +114,22 @@ void SpotLight::activate(UInt32 index, const Matrix& toEye) const
     glLightf(light, GL_SPOT_EXPONENT, osgClamp(0.f, _exponent, 128.f));
     const Real32 degrees = osgRad2Degree(osgMax(_cutOff, 0.f));
     glLightf(light, GL_SPOT_CUTOFF, degrees <= 90 ? degrees : 180);
+}
+
+Vec4f ProjectorLight::getShape(Real32) const
+{
+    return Vec4f(5, 0, 0, 0);
+}
+
+void ProjectorLight::activate(UInt32 index, const Matrix& toEye) const
+{
+    PointLight::activate(index, toEye);
+    if (_direction.length() == 0)
+        return;
+    Vec3f direction;
+    toEye.multMatrixVec(_direction, direction);
+    const Real32 position[] = {direction[0], direction[1], direction[2], 0};
+    glLightfv(GL_LIGHT0 + index, GL_POSITION, position);
 }
 
 } // namespace osg

@@ -7,6 +7,7 @@
 #include <OpenSG/OSGFrustumVolume.h>
 #include <OpenSG/OSGLight.h>
 #include <OpenSG/OSGMaterialChunk.h>
+#include <OpenSG/OSGProjectorLight.h>
 #include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGSHLChunk.h>
 #include <OpenSG/OSGTextureChunk.h>
@@ -22,6 +23,7 @@ namespace {
 
 const Real32 cornerSize = 3;
 const UInt32 noLight = DrawList::none;
+const Real32 projectorKind = 5; // of Light::getShape
 /// Planes that every GL has.
 const std::size_t mostPlanes = 6;
 const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
@@ -242,9 +244,10 @@ void Painter::setLights(const Item& item)
         glLoadIdentity();
         const UInt32 index = static_cast<UInt32>(place - _lights);
         _list->getLight(light).light->activate(index, toEye);
-        glEnable(GL_LIGHT0 + index);
         const Vec4f shape = _list->getLight(light).light->getShape(_list->getLight(light).range);
         std::copy_n(shape.getValues(), 4, _surroundings.lights + std::size_t(4) * index);
+        if (shape[0] < projectorKind)
+            glEnable(GL_LIGHT0 + index);
         changes = true;
     }
     if (!changes)
@@ -254,7 +257,31 @@ void Painter::setLights(const Item& item)
     _surroundings.lightCount = DrawList::lightLimit;
     while (_surroundings.lightCount > 0 && _lights[_surroundings.lightCount - 1] == noLight)
         --_surroundings.lightCount;
+    setProjector();
     _surroundings.renew();
+}
+
+void Painter::setProjector()
+{
+    _surroundings.projected = nullptr;
+    for (UInt32 i = 0; i < DrawList::lightLimit; ++i) {
+        Real32& kind = _surroundings.lights[4 * i];
+        if (kind < projectorKind)
+            continue;
+        const DrawList::PlacedLight& placed = _list->getLight(_lights[i]);
+        const auto& projector = static_cast<const ProjectorLight&>(*placed.light);
+        Matrix toEye = _action->getViewing();
+        toEye.mult(placed.toWorld);
+        Matrix fromEye;
+        if (_surroundings.projected || !projector.getTexture() || !toEye.inverse(fromEye)) {
+            kind = 0;
+            continue;
+        }
+        _surroundings.projected = projector.getTexture().get().getCPtr();
+        Matrix projection = projector.getProjection();
+        projection.mult(fromEye);
+        std::copy_n(projection.getValues(), 16, _surroundings.projection);
+    }
 }
 
 bool Painter::hasNearLight(UInt32 item) const

@@ -36,6 +36,7 @@ private:
     void clearState();
     void setTextured(bool textured);
     void setGeometry(const Item& item);
+    void setProjector();
     void clearAttributes();
     void setAttributes();
     void setPlace(const Matrix& toWorld);

@@ -175,9 +175,9 @@ void SHLChunk::activate(RenderActionBase& action, UInt32)
 
 void SHLChunk::surroundingsChanged(RenderActionBase& action) const
 {
-    GLProgram* program = isWanted(action) ? findUsable(action.getWindow()->getGLObjects()) : nullptr;
-    if (program && action.getSurroundings())
-        program->sendSurroundings(*action.getSurroundings());
+    GLObjects& objects = action.getWindow()->getGLObjects();
+    if (GLProgram* program = isWanted(action) ? findUsable(objects) : nullptr)
+        program->sendSurroundings(action, objects.getLimits());
 }
 
 Int32 SHLChunk::getAttributePlace(RenderActionBase& action, const std::string& name) const

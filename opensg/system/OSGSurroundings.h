@@ -4,9 +4,11 @@
 
 namespace osg {
 
+class TextureChunk;
+
 /// What acts on the shapes that are being drawn, for programs, beside what they find in their built-in
-/// variables. A program that declares the uniforms `osg_LightCount`, `osg_LightShape[8]`, `osg_FogKind` or
-/// `osg_TurnToWorld` gets it.
+/// variables. A program that declares the uniforms `osg_LightCount`, `osg_LightShape[8]`, `osg_FogKind`,
+/// `osg_TurnToWorld`, `osg_Projected` or `osg_Projection` gets it.
 struct Surroundings
 {
     static constexpr UInt32 MostLights = 8;
@@ -22,6 +24,10 @@ struct Surroundings
 
     /// From the camera's system to that of the world, without the place, as 3 columns.
     Real32 turnToWorld[9] = {};
+
+    /// What the projector among the lights throws, and where its picture lies, from the camera's system.
+    TextureChunk* projected = nullptr;
+    Real32 projection[16] = {};
 
     /// Gives the state a stamp of its own.
     void renew();
