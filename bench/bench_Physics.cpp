@@ -58,6 +58,7 @@ void frames(benchmark::State& state, int count, bool resting)
         context->holdTime(time);
         if (!context->load("bench.x3d", text, Context::REPLACE_LT, std::string()))
             state.SkipWithError("the scene does not load");
+        context->setRootState(0.0, RUNNING_NS);
         for (frame = 0; frame < (resting ? 120 : 1); ++frame) {
             time += 1.0 / 60.0;
             context->holdTime(time);
