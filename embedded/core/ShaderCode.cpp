@@ -1,12 +1,10 @@
 #include "core/ShaderCode.h"
-#include "base/ValueOrigin.h"
 #include "base/ValueText.h"
+#include "core/CodeFile.h"
 #include "core/SceneFiles.h"
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
 #include <Orvane/SFString.h>
-#include <fstream>
-#include <iterator>
 #include <vector>
 
 namespace Orvane {
@@ -14,30 +12,7 @@ namespace Orvane {
 namespace {
 
 /// No compiler is made for more.
-constexpr std::size_t largestText = std::size_t(1024) * 1024;
-
-/// No name of a file is longer.
-constexpr std::size_t longestAddress = 4096;
-
-bool readFile(const std::string& path, std::string& text, std::string& fault)
-{
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    const std::streamoff size = file ? static_cast<std::streamoff>(file.tellg()) : -1;
-    if (size < 0 || size > static_cast<std::streamoff>(largestText)) {
-        fault = size < 0 ? "cannot be read" : "is larger than 1 MB";
-        return false;
-    }
-    file.seekg(0);
-    text.assign(std::istreambuf_iterator<char>(file), {});
-    static const std::string mark = "\xEF\xBB\xBF";
-    if (text.compare(0, mark.size(), mark) == 0)
-        text.erase(0, mark.size());
-    if (text.find('\0') != std::string::npos) {
-        fault = "is no text";
-        return false;
-    }
-    return true;
-}
+constexpr unsigned int largestTextMB = 1;
 
 /// True when the value of an address list is code, which then is in \a text.
 bool takeInline(const std::string& value, std::string& text, std::string& fault)
@@ -57,19 +32,13 @@ bool takeInline(const std::string& value, std::string& text, std::string& fault)
         fault = "is neither a readable local file nor GLSL";
         return false;
     }
-    if (text.size() > largestText)
+    if (text.size() > std::size_t(largestTextMB) * 1024 * 1024)
         fault = "is larger than 1 MB";
     else if (text.find('\0') != std::string::npos)
         fault = "is no text";
     else
         return true;
     return false;
-}
-
-/// Editors end the last line, that of a file's name too.
-std::string withoutLineEnd(const std::string& text)
-{
-    return text.substr(0, text.find_last_not_of("\r\n") + 1);
 }
 
 std::string shortened(const std::string& value)
@@ -120,12 +89,11 @@ ShaderCode findShaderCode(Field& addresses)
 {
     ShaderCode code;
     for (const std::string& written : valuesOf(addresses)) {
-        const std::string value = withoutLineEnd(written);
+        const std::string value(withoutLineEnd(written));
         std::string fault;
-        const bool mayBeFile = value.size() < longestAddress && value.find('\n') == std::string::npos &&
-                               value.compare(0, 5, "data:") != 0;
-        const std::string file = mayBeFile ? localFileOf(valueOrigin(addresses), value) : std::string();
-        if (file.empty() ? takeInline(value, code.text, fault) : readFile(file, code.text, fault)) {
+        const std::string file = codeFileOf(addresses, value);
+        if (file.empty() ? takeInline(value, code.text, fault)
+                         : readCodeFile(file, largestTextMB, code.text, fault)) {
             code.file = file;
             code.isFound = true;
             code.fault.clear();

@@ -1,16 +1,11 @@
 #include "script/ScriptCode.h"
 
-#include "base/LocalFile.h"
-#include "base/TextCoding.h"
-#include "base/ValueOrigin.h"
+#include "core/CodeFile.h"
 #include "core/Part.h"
 #include "core/SceneFiles.h"
 #include <Orvane/MFString.h>
-#include <Orvane/NodeNameSpace.h>
 #include <algorithm>
 #include <cctype>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 
 namespace Orvane {
@@ -20,7 +15,7 @@ namespace {
 const Part urlPart("url");
 
 /// A file of code is no larger.
-constexpr std::streamoff largestFile = std::streamoff(16) * 1024 * 1024;
+constexpr unsigned int largestFileMB = 16;
 
 bool beginsWith(std::string_view text, std::string_view beginning)
 {
@@ -33,12 +28,6 @@ std::string_view withoutBlanks(std::string_view text)
 {
     const std::size_t begin = text.find_first_not_of(" \t\r\n");
     return begin == std::string_view::npos ? std::string_view() : text.substr(begin);
-}
-
-/// Editors end the last line, that of a file's name too.
-std::string_view withoutLineEnd(std::string_view text)
-{
-    return text.substr(0, text.find_last_not_of("\r\n") + 1);
 }
 
 /// Line ends in front of the code, so that its lines are numbered from the first of the whole text.
@@ -72,24 +61,11 @@ bool takeInline(std::string_view value, std::string& code)
     return true;
 }
 
-bool readFile(const std::string& path, std::string& text, std::string& fault)
+/// True for a line that says more than a name does.
+bool isLineOfCode(std::string_view value)
 {
-    std::ifstream file(path, std::ios::binary | std::ios::ate);
-    const std::streamoff size = file ? static_cast<std::streamoff>(file.tellg()) : -1;
-    if (size < 0 || size > largestFile) {
-        fault = size < 0 ? "cannot be read" : "is larger than 16 MB";
-        return false;
-    }
-    file.seekg(0);
-    text.assign(std::istreambuf_iterator<char>(file), {});
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
-    if (text.compare(0, mark.size(), mark) == 0)
-        text.erase(0, mark.size());
-    if (text.find('\0') != std::string::npos) {
-        fault = "is no text";
-        return false;
-    }
-    return true;
+    return value.find('\n') != std::string_view::npos &&
+           value.find_first_of("(;{=") != std::string_view::npos;
 }
 
 } // namespace
@@ -100,31 +76,30 @@ ScriptCode findScriptCode(const Node& script)
     const MFString& url = urlPart.read<MFString>(script);
     if (url.size() == 0)
         return code;
-    const Node& origin = valueOrigin(url);
-    const Relayne::URL base = origin.nameSpace() ? origin.nameSpace()->baseURL() : Relayne::URL();
     for (unsigned int i = 0; i < url.size(); ++i) {
         const std::string& value = url[static_cast<int>(i)];
         if (takeInline(value, code.text)) {
             code.isFound = true;
             break;
         }
-        const LocalFile file = findLocalFile(base, std::string(withoutLineEnd(value)));
+        const std::string file = codeFileOf(url, value);
         std::string reason = "is no readable local file";
-        if (!file.path.empty() && readFile(file.path, code.text, reason)) {
+        if (!file.empty() && readCodeFile(file, largestFileMB, code.text, reason)) {
             // What a file says in front of its code is none.
             const std::string whole = code.text;
             if (!takeInline(whole, code.text))
                 code.text = whole;
-            code.file = file.path;
+            code.file = file;
             code.isFound = true;
             break;
         }
-        if (value.find('\n') != std::string::npos) {
-            code.text = value; // a line of code alone
+        if (isLineOfCode(value)) {
+            code.text = value;
             code.isFound = true;
             break;
         }
-        code.fault += (code.fault.empty() ? "" : ", ") + ("\"" + value + "\" ") + reason;
+        code.fault +=
+            (code.fault.empty() ? "" : ", ") + ("\"" + std::string(withoutLineEnd(value)) + "\" ") + reason;
     }
     return code;
 }

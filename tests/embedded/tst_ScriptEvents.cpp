@@ -226,6 +226,11 @@ void tst_ScriptEvents::firstUsableValueOfTheUrlCounts()
     QCOMPARE(log.size(), 1);
     QVERIFY2(log[0].contains("other.js"), log[0].constData());
     QVERIFY2(log[0].contains("Script \"S\""), log[0].constData());
+    // With its line ended it is no code either.
+    none.set("S", "url", "\"third.js\n\"");
+    const Lines ended = none.log();
+    QCOMPARE(ended.size(), 1);
+    QVERIFY2(ended[0].contains("\"third.js\" is no readable local file"), ended[0].constData());
 }
 
 void tst_ScriptEvents::fileIsReadBesideTheScene_data()
