@@ -2,6 +2,7 @@
 
 #include "base/Graph.h"
 #include "base/TextCoding.h"
+#include "loader/AccessWord.h"
 #include "loader/ChildPlacement.h"
 #include "loader/ClassicText.h"
 #include "loader/NodeFields.h"
@@ -17,25 +18,6 @@
 #include <algorithm>
 
 namespace Orvane {
-
-namespace {
-
-/// True for a text that goes behind the fields of its node.
-bool isSource(const Field& field)
-{
-    if (field.dataType() != MFSTRING_DT || std::string_view(field.name()) != "url" || field.size() == 0)
-        return false;
-    const auto& texts = static_cast<const MFString&>(field);
-    return texts[static_cast<int>(texts.size()) - 1].find('\n') != std::string::npos;
-}
-
-} // namespace
-
-ClassicEmitter::ClassicEmitter(bool useTabs, SaveNotes& notes)
-    : _out(useTabs)
-    , _notes(notes)
-{
-}
 
 // ---- Names
 
@@ -59,22 +41,13 @@ std::string ClassicEmitter::sayable(std::string_view name, const char* what)
 {
     const std::string result = coding::toFile(sayableName(name));
     if (const std::string own = coding::toFile(name); result != own)
-        note(std::string(what) + " \"" + own + "\": the encoding has no such name; written as " + result);
+        note(noteOfName(what, own, result));
     return result;
 }
 
 std::string_view ClassicEmitter::accessWord(NodePartType access) const
 {
-    switch (access) {
-    case FIELDP:
-        return "initializeOnly";
-    case EVENTINP:
-        return "inputOnly";
-    case EVENTOUTP:
-        return "outputOnly";
-    default:
-        return "inputOutput";
-    }
+    return x3dAccessWord(access);
 }
 
 void ClassicEmitter::note(const std::string& text)
@@ -97,12 +70,8 @@ void ClassicEmitter::writeHead(const std::vector<KeptHead>& head)
             line(statement);
         }
     };
-    std::string profile = "Full";
-    for (const KeptHead& statement : head)
-        if (statement.kind == HeadStatement::PROFILE)
-            profile = sayableName(statement.name);
     _out.newLine();
-    _out += "PROFILE " + coding::toFile(profile);
+    _out += "PROFILE " + coding::toFile(sayableName(profileOf(head)));
     write(HeadStatement::COMPONENT, [&](const KeptHead& component) {
         _out += "COMPONENT " + coding::toFile(sayableName(component.name)) + ":" +
                 coding::toFile(component.content);
@@ -255,7 +224,7 @@ void ClassicEmitter::value(const Field& field)
 {
     Level& level = _open.back();
     level.isEmpty = false;
-    if (isSource(field)) {
+    if (sourceOf(field)) {
         level.source = &field;
         return;
     }

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "loader/IndentedText.h"
-#include "loader/SceneEmitter.h"
+#include "loader/TextEmitter.h"
 #include <Orvane/NodePartType.h>
 #include <string>
 #include <unordered_map>
@@ -10,16 +9,12 @@
 namespace Orvane {
 
 class NodePartDesc;
-class SaveNotes;
 
 /// Writes X3D in classic encoding. What its elder VRML97 says in other words can be overridden.
-class ClassicEmitter : public SceneEmitter
+class ClassicEmitter : public TextEmitter
 {
 public:
-    /// \a notes is told what cannot be said.
-    ClassicEmitter(bool useTabs, SaveNotes& notes);
-
-    std::string takeText() { return _out.take(); }
+    using TextEmitter::TextEmitter;
 
     std::string sayableName(std::string_view name) const override;
     bool saysEmpty() const override { return true; }
@@ -66,8 +61,6 @@ protected:
                           const EventInSlot& to);
     static std::string routeText(const KeptRoute& route);
 
-    IndentedText _out;
-
 private:
     std::string sayable(std::string_view name, const char* what);
     /// The type whose fields are being written. They may be defaults, which belong to no node.
@@ -91,7 +84,6 @@ private:
         std::vector<std::string> connections = {}; ///< of fields that are declared in the node
     };
 
-    SaveNotes& _notes;
     std::vector<Level> _open;
     std::unordered_map<const Field*, std::string> _connected; ///< declared fields, and what they stand for
     const NodeType* _proto = nullptr;                         ///< whose interface is being written

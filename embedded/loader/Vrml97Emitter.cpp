@@ -2,6 +2,7 @@
 
 #include "base/Graph.h"
 #include "base/TextCoding.h"
+#include "loader/AccessWord.h"
 #include "loader/ChildPlacement.h"
 #include "loader/ClassicText.h"
 #include "loader/Vrml97Names.h"
@@ -27,16 +28,7 @@ bool isDeclared(const NodeType& type)
 
 std::string_view Vrml97Emitter::accessWord(NodePartType access) const
 {
-    switch (access) {
-    case FIELDP:
-        return "field";
-    case EVENTINP:
-        return "eventIn";
-    case EVENTOUTP:
-        return "eventOut";
-    default:
-        return "exposedField";
-    }
+    return vrml97AccessWord(access);
 }
 
 bool Vrml97Emitter::isDefault(const Node& node, const Field& field) const

@@ -2,7 +2,7 @@
 
 #include "base/Graph.h"
 #include "base/TextCoding.h"
-#include "loader/FileText.h"
+#include "loader/AccessWord.h"
 #include "loader/NodeFields.h"
 #include "loader/SaveNotes.h"
 #include "loader/XmlText.h"
@@ -22,20 +22,6 @@ namespace {
 
 constexpr char lastVersion[] = "4.0";
 
-std::string_view accessWord(NodePartType access)
-{
-    switch (access) {
-    case FIELDP:
-        return "initializeOnly";
-    case EVENTINP:
-        return "inputOnly";
-    case EVENTOUTP:
-        return "outputOnly";
-    default:
-        return "inputOutput";
-    }
-}
-
 /// True for a node whose element names its prototype.
 bool isInstance(const Node& node)
 {
@@ -48,12 +34,6 @@ bool isInstanceValue(const Field& field)
 {
     const Node& node = *field.node();
     return isInstance(node) && !(node.type()->isProto() && field._desc->objExt());
-}
-
-/// True for a value that stands better as a text of its own than in an attribute.
-bool isSource(const std::string& text)
-{
-    return text.find('\n') != std::string::npos && !trimmedText(text).empty();
 }
 
 } // namespace
@@ -112,14 +92,10 @@ void XmlEmitter::fieldAttribute(std::string_view name, const Field& field, int s
 
 void XmlEmitter::beginScene(const std::vector<KeptHead>& head, const Node* root, std::string_view rootName)
 {
-    std::string profile = "Full";
-    for (const KeptHead& statement : head)
-        if (statement.kind == HeadStatement::PROFILE)
-            profile = statement.name;
     _out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
     _out.newLine();
     _out += "<X3D";
-    attribute("profile", profile);
+    attribute("profile", profileOf(head));
     attribute("version", lastVersion);
     _out += '>';
     _out.deeper();
@@ -184,8 +160,7 @@ std::string XmlEmitter::tagName(std::string_view name, const char* what)
     const std::string own = coding::toFile(name);
     std::string result = xml::sayableName(own);
     if (result != own)
-        _notes.add(std::string(what) + " \"" + own + "\": the encoding has no such name; written as " +
-                   result);
+        _notes.add(noteOfName(what, own, result));
     return result;
 }
 
@@ -231,8 +206,8 @@ void XmlEmitter::value(const Field& field)
     if (field.dataType() == MFSTRING_DT) {
         const auto& texts = static_cast<const MFString&>(field);
         strings = static_cast<int>(texts.size());
-        if (strings > 0 && std::string_view(field.name()) == "url" && isSource(texts[strings - 1])) {
-            element.source = coding::toFile(texts[strings - 1]);
+        if (const std::string* source = sourceOf(field)) {
+            element.source = coding::toFile(*source);
             if (--strings == 0)
                 return;
         }
@@ -365,7 +340,7 @@ void XmlEmitter::beginDeclarationTag(const NodePartDesc& desc)
 {
     _out.newLine();
     _out += "<field";
-    attribute("accessType", accessWord(desc.partType));
+    attribute("accessType", x3dAccessWord(desc.partType));
     attribute("name", desc.name);
     attribute("type", FieldType::dataTypeName(desc.dataType));
 }

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "loader/ChildPlacement.h"
-#include "loader/IndentedText.h"
-#include "loader/SceneEmitter.h"
+#include "loader/TextEmitter.h"
 #include <functional>
 #include <string>
 #include <utility>
@@ -11,20 +10,12 @@
 namespace Orvane {
 
 class NodePartDesc;
-class SaveNotes;
 
 /// Writes X3D in XML encoding.
-class XmlEmitter : public SceneEmitter
+class XmlEmitter : public TextEmitter
 {
 public:
-    /// \a notes is told what cannot be said.
-    XmlEmitter(bool useTabs, SaveNotes& notes)
-        : _out(useTabs)
-        , _notes(notes)
-    {
-    }
-
-    std::string takeText() { return _out.take(); }
+    using TextEmitter::TextEmitter;
 
     void beginScene(const std::vector<KeptHead>& head, const Node* root, std::string_view rootName) override;
     void endScene() override;
@@ -77,8 +68,6 @@ private:
                           const std::function<const std::string&(int)>& textAt);
     void headElement(const KeptHead& statement);
 
-    IndentedText _out;
-    SaveNotes& _notes;
     ChildPlacement _placement;
     std::vector<Element> _open;
     bool _isUnseen = false; ///< nodes at the top stand in a node that is not drawn
