@@ -14,6 +14,7 @@ class URL;
 namespace Orvane {
 
 class Context;
+class NodeNameSpace;
 class NodeType;
 
 /// What a loader made of a scene file: root nodes that stand in no context root list yet. At most one of each
@@ -43,12 +44,15 @@ using InlineReader = bool (*)(Node& inlineNode, LoadReport& report);
 using NodeReader = bool (*)(Node& scene, const std::string& text, const std::string& origin,
                             std::vector<NodeRef>& nodes, LoadReport& report);
 
+/// The node that the file of these names imports under \a name; null when there is none now.
+using ImportFinder = Node* (*)(const NodeNameSpace& names, const std::string& name);
+
 /// The loader pool registers its readers and its writer here when it is loaded.
 class ORVANE_API SceneLoaderRegistration
 {
 public:
     SceneLoaderRegistration(SceneReader reader, InlineReader inlineReader, SceneWriter writer,
-                            NodeReader nodeReader = nullptr);
+                            NodeReader nodeReader = nullptr, ImportFinder importFinder = nullptr);
 };
 
 /// Brings the content of an `Inline` in step with its fields. Nodes that come run when the inline does. The
@@ -59,6 +63,9 @@ ORVANE_API bool reloadInline(Node& inlineNode);
 /// place in the context: its root stands in no list, and nothing runs. Messages go to the log.
 ORVANE_API bool readScene(Context& context, const Relayne::URL& url, const std::string* text,
                           LoadedScene& scene);
+
+/// The node that the file of \a names imports under \a name; null when there is none now.
+ORVANE_API Node* findImportedNode(const NodeNameSpace& names, const std::string& name);
 
 /// Gives the context the roots of a scene in the place of those that it has of the same type.
 ORVANE_API void installScene(Context& context, const LoadedScene& scene);

@@ -27,6 +27,7 @@ struct Loader
     InlineReader inlineReader = nullptr;
     SceneWriter writer = nullptr;
     NodeReader nodeReader = nullptr;
+    ImportFinder importFinder = nullptr;
 };
 
 Loader& loader()
@@ -131,9 +132,10 @@ bool saveScene(const Node& scene, const std::string& path, const SaveOptions& op
 } // namespace
 
 SceneLoaderRegistration::SceneLoaderRegistration(SceneReader reader, InlineReader inlineReader,
-                                                 SceneWriter writer, NodeReader nodeReader)
+                                                 SceneWriter writer, NodeReader nodeReader,
+                                                 ImportFinder importFinder)
 {
-    loader() = {reader, inlineReader, writer, nodeReader};
+    loader() = {reader, inlineReader, writer, nodeReader, importFinder};
 }
 
 bool Authoring::read(Node& scene, const std::string& text, std::vector<HeldNode>& nodes, std::string& error,
@@ -179,6 +181,11 @@ bool readScene(Context& context, const Relayne::URL& url, const std::string* tex
     if (context.data()->loads == 0)
         startJoinedNodes(context);
     return ok;
+}
+
+Node* findImportedNode(const NodeNameSpace& names, const std::string& name)
+{
+    return loader().importFinder ? loader().importFinder(names, name) : nullptr;
 }
 
 void installScene(Context& context, const LoadedScene& scene)

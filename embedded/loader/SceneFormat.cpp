@@ -4,6 +4,7 @@
 #include "base/SceneLoader.h"
 #include "loader/ClassicReader.h"
 #include "loader/ClassicWriter.h"
+#include "loader/ImportedNodes.h"
 #include "loader/LoadMessages.h"
 #include "loader/LoadSession.h"
 #include "loader/MovedAddresses.h"
@@ -94,7 +95,14 @@ bool writeScene(const Node& root, const std::string& path, const SaveOptions& op
     return false;
 }
 
-const SceneLoaderRegistration registration(readScene, readInline, writeScene, readNodes);
+Node* findImported(const NodeNameSpace& names, const std::string& name)
+{
+    const std::unordered_map<std::string, Node*> imported = importedNodes(names);
+    const auto found = imported.find(name);
+    return found == imported.end() ? nullptr : found->second;
+}
+
+const SceneLoaderRegistration registration(readScene, readInline, writeScene, readNodes, findImported);
 
 } // namespace
 

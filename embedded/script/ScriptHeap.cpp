@@ -2,11 +2,13 @@
 
 #include "base/ContextId.h"
 #include "base/Log.h"
+#include "base/TextCoding.h"
 #include "script/ScriptBrowser.h"
 #include "script/ScriptLimits.h"
 #include "script/ScriptLists.h"
 #include "script/ScriptNodes.h"
 #include "script/ScriptPrelude.h"
+#include "script/ScriptScenes.h"
 #include "script/ScriptValues.h"
 #include <OpenSG/OSGLog.h>
 #include <Orvane/Context.h>
@@ -148,6 +150,7 @@ duk_ret_t ScriptHeap::setUpSafely(duk_context* engine, void* data)
     addNodeClass(engine);
     duk_push_object(engine);
     addBrowserFunctions(engine);
+    addSceneFunctions(engine);
     for (const auto& part : scriptPrelude) {
         duk_push_string(engine, part.code);
         duk_push_string(engine, part.name);
@@ -329,6 +332,27 @@ void ScriptHeap::release(void* data, void* block)
         return;
     static_cast<ScriptHeap*>(data)->_used -= ::malloc_usable_size(block);
     std::free(block);
+}
+
+Node& runningScript(duk_context* engine)
+{
+    Node* const script = ScriptHeap::of(engine).script();
+    if (!script)
+        (void)duk_error(engine, DUK_ERR_REFERENCE_ERROR, "the script has gone");
+    return *script;
+}
+
+void pushKeptText(duk_context* engine)
+{
+    const std::string& text = ScriptHeap::of(engine).text;
+    duk_push_lstring(engine, text.data(), text.size());
+}
+
+std::string& keepText(duk_context* engine, duk_idx_t index)
+{
+    duk_size_t length = 0;
+    const char* const text = duk_to_lstring(engine, index, &length);
+    return ScriptHeap::of(engine).text = coding::toGraph(std::string_view(text, length));
 }
 
 } // namespace Orvane

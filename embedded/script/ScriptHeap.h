@@ -139,4 +139,12 @@ private:
 void addFunction(duk_context* engine, const char* name, duk_c_function function, duk_idx_t arguments,
                  int magic = 0);
 
+/// The node at work; raises an error when it has gone.
+Node& runningScript(duk_context* engine);
+
+/// The text at \a index in the form of the graph, in the heap's place for a text.
+std::string& keepText(duk_context* engine, duk_idx_t index);
+/// Pushes the text in that place.
+void pushKeptText(duk_context* engine);
+
 } // namespace Orvane

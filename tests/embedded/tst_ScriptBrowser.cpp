@@ -31,6 +31,8 @@ private slots:
     void routesOfASceneComeAndGo();
     void namesAreGivenAndTaken();
     void prototypesOfTheSceneAreMade();
+    void importedNodesAreFound();
+    void constantsAreTheAnswersOfDefinitions();
     void rootNodesAreAList();
     void worldIsReplacedByNodes();
     void worldIsReplacedByAScene();
@@ -287,6 +289,40 @@ void tst_ScriptBrowser::prototypesOfTheSceneAreMade()
     world.set("S", "go", "TRUE");
     QCOMPARE(world.log(), Lines({"Lamp 0.5"}));
     QCOMPARE(world.field("G", "children").size(), 2U);
+}
+
+void tst_ScriptBrowser::importedNodesAreFound()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("inner.x3dv")));
+    QVERIFY(file.open(QFile::WriteOnly));
+    file.write("#X3D V3.3 utf8\nPROFILE Immersive\nDEF T Transform { scale 3 2 1 }\nEXPORT T AS Size\n");
+    file.close();
+    ScriptWorld world("DEF I Inline { url \"inner.x3dv\" } IMPORT I.Size AS Inner " +
+                          ScriptWorld::script("inputOnly SFString find",
+                                              "function find(name) { "
+                                              "print(Browser.currentScene.getImportedNode(name).scale); }"),
+                      folder.filePath(QStringLiteral("scene.x3dv")).toStdString());
+    world.log();
+    world.set("S", "find", "Inner");
+    QCOMPARE(world.log(), Lines({"3 2 1"}));
+    world.set("S", "find", "Size");
+    const Lines log = world.log();
+    QCOMPARE(log.size(), 1);
+    QVERIFY2(log[0].contains("expected the name of an imported node, found \"Size\""), log[0].constData());
+}
+
+void tst_ScriptBrowser::constantsAreTheAnswersOfDefinitions()
+{
+    ScriptWorld world(
+        "DEF T Transform {}" +
+        ScriptWorld::script("initializeOnly SFNode t USE T inputOnly SFBool go",
+                            "function go() { t.getFieldDefinitions().forEach(function (d) { if (d.name == "
+                            "'children') print(d.dataType == X3DConstants.MFNode, d.accessType == "
+                            "X3DConstants.inputOutput, d.accessType == X3DConstants.inputOnly); }); }"));
+    world.log();
+    world.set("S", "go", "TRUE");
+    QCOMPARE(world.log(), Lines({"true true false"}));
 }
 
 void tst_ScriptBrowser::rootNodesAreAList()

@@ -46,6 +46,7 @@
   property(X3DScene.prototype, 'worldURL', function () { return native.sceneURL(this); });
   define(X3DScene.prototype, {
     getNamedNode: function (name) { return native.namedNode(this, String(name)); },
+    getImportedNode: function (name) { return native.importedNode(this, String(name)); },
     updateNamedNode: function (name, node) { native.setNamedNode(this, String(name), node); },
     removeNamedNode: function (name) { native.setNamedNode(this, String(name), null); },
     createNode: function (type) { return native.createNode(this, String(type), false); },
@@ -64,6 +65,19 @@
   global.X3DScene = X3DScene;
   global.X3DExecutionContext = X3DScene;
   global.X3DRoute = X3DRoute;
+
+  // ---- Constants: what the definitions of fields answer
+
+  var constants = {};
+  ['initializeOnly', 'inputOnly', 'outputOnly', 'inputOutput'].forEach(function (access) {
+    constants[access] = access;
+  });
+  ['Bool', 'Color', 'ColorRGBA', 'Double', 'Float', 'Image', 'Int32', 'Matrix3d', 'Matrix3f', 'Matrix4d', 'Matrix4f',
+   'Node', 'Rotation', 'String', 'Time', 'Vec2d', 'Vec2f', 'Vec3d', 'Vec3f', 'Vec4d', 'Vec4f'].forEach(function (type) {
+    constants['SF' + type] = 'SF' + type;
+    constants['MF' + type] = 'MF' + type;
+  });
+  global.X3DConstants = Object.freeze(constants);
 
   // ---- Browser
 
