@@ -14,45 +14,13 @@ const Part sideParts[] = {Part("rightTexture"),  Part("leftTexture"), Part("topT
                           Part("bottomTexture"), Part("backTexture"), Part("frontTexture")};
 
 /// Behaviour of a `ComposedCubeMapTexture`: six images round the viewer.
-class ComposedCubeMapProc : public TextureProc
+class ComposedCubeMapProc : public MadeTextureProc
 {
 public:
-    using TextureProc::TextureProc;
-
-    void fieldChanged(Field& field, double time) override
-    {
-        _isMade = false;
-        TextureProc::fieldChanged(field, time);
-    }
-
-    void describe(Surface& surface) override
-    {
-        if (!_isMade) {
-            _isMade = true;
-            make();
-        }
-        if (!_image.get())
-            return;
-        SurfaceTexture texture;
-        texture.image = _image;
-        texture.wrap.fill(osg::TextureChunk::CLAMP_TO_EDGE);
-        surface.textures.push_back(std::move(texture));
-    }
+    using MadeTextureProc::MadeTextureProc;
 
 protected:
-    void elementChanged(ElementProc& element) override
-    {
-        _isMade = false;
-        TextureProc::elementChanged(element);
-    }
-    void elementGone() override
-    {
-        _isMade = false;
-        TextureProc::elementGone();
-    }
-
-private:
-    void make()
+    osg::ImagePtr make() override
     {
         CubeSides sides;
         bool any = false;
@@ -69,12 +37,11 @@ private:
         }
         if (any && !all)
             complain(nullptr, "expected images on all six sides, found fewer; the others are black");
-        _image = any ? cubeImage(sides) : osg::ImagePtr();
+        return any ? cubeImage(sides) : osg::ImagePtr();
     }
 
+private:
     std::array<Use, 6> _uses;
-    osg::RefPtr<osg::ImagePtr> _image; ///< of a cube; null when there is none
-    bool _isMade = false;
 };
 
 /// Behaviour of an `ImageCubeMapTexture`: six images in one file.

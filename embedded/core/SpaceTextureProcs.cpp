@@ -32,47 +32,6 @@ protected:
 constexpr osg::Image::PixelFormat Formats[] = {osg::Image::OSG_L_PF, osg::Image::OSG_LA_PF,
                                                osg::Image::OSG_RGB_PF, osg::Image::OSG_RGBA_PF};
 
-/// A texture whose image is made of other fields.
-class MadeTextureProc : public PictureTextureProc
-{
-public:
-    using PictureTextureProc::PictureTextureProc;
-
-    void fieldChanged(Field& field, double time) override
-    {
-        _isMade = false;
-        PictureTextureProc::fieldChanged(field, time);
-    }
-
-    void describe(Surface& surface) override
-    {
-        if (!_isMade) {
-            _isMade = true;
-            _image = make();
-        }
-        put(_image.get(), surface);
-    }
-
-protected:
-    void elementChanged(ElementProc& element) override
-    {
-        _isMade = false;
-        PictureTextureProc::elementChanged(element);
-    }
-    void elementGone() override
-    {
-        _isMade = false;
-        PictureTextureProc::elementGone();
-    }
-
-    /// The image; null when there is none.
-    virtual osg::ImagePtr make() = 0;
-
-private:
-    osg::RefPtr<osg::ImagePtr> _image;
-    bool _isMade = false;
-};
-
 /// Behaviour of a `PixelTexture3D`: components, width, height and depth, and a number for each pixel.
 class PixelTexture3DProc : public MadeTextureProc
 {

@@ -72,6 +72,33 @@ void FileTextureProc::readImage()
         complain("url", fault);
 }
 
+void MadeTextureProc::fieldChanged(Field& field, double time)
+{
+    _isMade = false;
+    PictureTextureProc::fieldChanged(field, time);
+}
+
+void MadeTextureProc::elementChanged(ElementProc& element)
+{
+    _isMade = false;
+    PictureTextureProc::elementChanged(element);
+}
+
+void MadeTextureProc::elementGone()
+{
+    _isMade = false;
+    PictureTextureProc::elementGone();
+}
+
+void MadeTextureProc::describe(Surface& surface)
+{
+    if (!_isMade) {
+        _isMade = true;
+        _image = make();
+    }
+    put(_image.get(), surface);
+}
+
 void PictureTextureProc::put(const osg::ImagePtr& image, Surface& surface)
 {
     auto* const properties = elementOf<TexturePropertiesProc>(texturePropertiesPart.readNode(node()));

@@ -44,6 +44,27 @@ private:
     bool _fits = true;
 };
 
+/// The same with an image that is made of other fields, or of other textures.
+class ORVANE_API MadeTextureProc : public PictureTextureProc
+{
+public:
+    using PictureTextureProc::PictureTextureProc;
+
+    void fieldChanged(Field& field, double time) override;
+    void describe(Surface& surface) override;
+
+protected:
+    void elementChanged(ElementProc& element) override;
+    void elementGone() override;
+
+    /// The image; null when there is none. Asked after each change.
+    virtual osg::ImagePtr make() = 0;
+
+private:
+    osg::RefPtr<osg::ImagePtr> _image;
+    bool _isMade = false;
+};
+
 /// Behaviour of `TextureProperties`.
 class ORVANE_API TexturePropertiesProc : public DescriptionProc
 {
