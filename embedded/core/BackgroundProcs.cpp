@@ -82,6 +82,9 @@ protected:
     {
         auto* const texture = elementOf<TextureProc>(textureParts[side].readNode(node()));
         _uses[side].set(*this, texture);
+        if (texture && texture->hasStages())
+            complain(nullptr,
+                     "expected one image on each side, found a MultiTexture; its first image is drawn");
         return texture ? texture->image() : osg::ImagePtr();
     }
 

@@ -119,7 +119,7 @@ public:
             style = 1;
         }
         surface.hatchStyle = static_cast<std::uint8_t>(style);
-        surface.diffuse = hatchColorPart.read<SFColor>(node()).value();
+        surface.diffuse = usableColor(hatchColorPart.read<SFColor>(node()).value());
         return true;
     }
 };

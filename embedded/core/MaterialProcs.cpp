@@ -62,9 +62,7 @@ float fraction(const Part& part, const Node& node)
 
 osg::Color3f color(const Part& part, const Node& node)
 {
-    const osg::Color3f& value = part.read<SFColor>(node).value();
-    return osg::Color3f(usableNumber(value.red(), 0.0F), usableNumber(value.green(), 0.0F),
-                        usableNumber(value.blue(), 0.0F));
+    return usableColor(part.read<SFColor>(node).value());
 }
 
 osg::Color3f scaled(const osg::Color3f& color, float factor)

@@ -66,7 +66,7 @@ private:
             return;
         SurfaceTexture& added = surface.textures.back();
         added.coordSet = static_cast<unsigned int>(i);
-        const osg::Color3f& factor = colorPart.read<SFColor>(node()).value();
+        const osg::Color3f factor = usableColor(colorPart.read<SFColor>(node()).value());
         added.factor = osg::Color4f(factor.red(), factor.green(), factor.blue(),
                                     usableNumber(alphaPart.read<SFFloat>(node()).value(), 1.0F));
         if (!setStage(added, stage))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 #include <unordered_map>
 
@@ -22,7 +23,7 @@ public:
         // The deleter holds the entries too: objects may outlive the table when the process ends.
         std::shared_ptr<Value> value(make().release(),
                                      [entries = _entries, known = &entry->first](Value* dying) {
-                                         entries->erase(entries->find(*known));
+                                         forget(*entries, *known);
                                          delete dying;
                                      });
         entry->second = value;
@@ -33,6 +34,16 @@ public:
 
 private:
     using Entries = std::unordered_map<Key, std::weak_ptr<Value>, Hash>;
+
+    static void forget(Entries& entries, const Key& known)
+    {
+        auto entry = entries.find(known);
+        // A key with a number that is none equals nothing, not even itself.
+        if (entry == entries.end())
+            entry = std::find_if(entries.begin(), entries.end(),
+                                 [&known](const auto& each) { return &each.first == &known; });
+        entries.erase(entry);
+    }
 
     std::shared_ptr<Entries> _entries = std::make_shared<Entries>();
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/MeshData.h"
+#include <OpenSG/OSGColor.h>
 #include <OpenSG/OSGMatrix.h>
 #include <OpenSG/OSGQuaternion.h>
 #include <OpenSG/OSGVector.h>
@@ -20,6 +21,13 @@ inline float usableNumber(float value, float fallback)
 inline osg::Vec3f usableVector(const osg::Vec3f& v)
 {
     return osg::Vec3f(usableNumber(v[0], 0.0F), usableNumber(v[1], 0.0F), usableNumber(v[2], 0.0F));
+}
+
+/// The colour, with 0 for components that are no usable number.
+inline osg::Color3f usableColor(const osg::Color3f& color)
+{
+    return osg::Color3f(usableNumber(color.red(), 0.0F), usableNumber(color.green(), 0.0F),
+                        usableNumber(color.blue(), 0.0F));
 }
 
 inline bool isUsable(const osg::Vec3f& v)

@@ -8,6 +8,7 @@
 #include <Orvane/Node.h>
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace Orvane {
 
@@ -191,7 +192,8 @@ bool LayerView::contains(int x, int y) const
 {
     if (!_port->getParent())
         return false;
-    const int fromBottom = _port->getParent()->getHeight() - 1 - y;
+    // Pointers may be anywhere.
+    const std::int64_t fromBottom = std::int64_t(_port->getParent()->getHeight()) - 1 - y;
     return x >= _port->getPixelLeft() && x <= _port->getPixelRight() &&
            fromBottom >= _port->getPixelBottom() && fromBottom <= _port->getPixelTop();
 }

@@ -42,6 +42,7 @@ private slots:
     void sidesStandAsOpenGLWantsThem();
     void propertiesReachTheTexture();
     void badPropertiesAreHarmless();
+    void colorsThatAreNoneAreHarmless();
     void movieShowsItsPictures();
     void emissionTextureShines();
     void maskCutsHoles();
@@ -446,6 +447,25 @@ void tst_TexturePicture::badPropertiesAreHarmless()
     QCOMPARE(textureOf(scene)->getBorderColor(), osg::Color4f(0, 1, 0, 0));
     QCOMPARE(textureOf(scene)->getWrapS(), osg::UInt32(osg::TextureChunk::REPEAT));
     QCOMPARE(scene.messageCount(), std::size_t(1));
+}
+
+void tst_TexturePicture::colorsThatAreNoneAreHarmless()
+{
+    const std::size_t before = surfaceCount();
+    {
+        CoreScene scene(
+            square(
+                "material Material { } fillProperties DEF F FillProperties { hatchColor 0 1 0 } texture "
+                "DEF M MultiTexture { mode BLENDFACTORALPHA texture PixelTexture { image 1 1 3 0xFFFFFF } }")
+                .c_str());
+        scene.set("F", "hatchColor", "nan 1 inf");
+        scene.set("M", "color", "nan nan nan");
+        scene.set("M", "alpha", "nan");
+        draw(scene);
+        scene.set("M", "color", "inf 0 1");
+        draw(scene);
+    }
+    QCOMPARE(surfaceCount(), before);
 }
 
 void tst_TexturePicture::movieShowsItsPictures()
