@@ -12,17 +12,20 @@
 #include <QDateTime>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScopedValueRollback>
 #include <QUndoStack>
+#include <QorFieldEditor.h>
 #include <QorFileDialog.h>
 #include <QorViewManager.h>
 #include <SAI/SAIBrowserRef.h>
 #include <climits>
 
+using Orvane::Qt4::QorFieldEditor;
 using Orvane::Qt4::QorFileDialog;
 using Orvane::Qt4::QorViewManager;
 
@@ -37,6 +40,19 @@ public:
     Waiting(const Waiting&) = delete;
     Waiting& operator=(const Waiting&) = delete;
 };
+
+/// Has values that are still being typed in the cells of a panel taken over, as Return does.
+void takeTypedValues(const QWidget& window)
+{
+    const auto editors = window.findChildren<QorFieldEditor*>();
+    for (QorFieldEditor* const editor : editors) {
+        const auto* const line = editor->findChild<QLineEdit*>();
+        if (!editor->isVisible() || !line || !line->isModified())
+            continue;
+        editor->signalCommitData();
+        emit editor->closeEditor(editor);
+    }
+}
 
 } // namespace
 
@@ -301,6 +317,7 @@ bool DocumentFile::mayOverwrite()
 
 bool DocumentFile::save()
 {
+    takeTypedValues(*_window);
     Orvane::Context* const scene = context();
     if (_file.isEmpty() || !scene)
         return saveAs();
@@ -319,6 +336,7 @@ bool DocumentFile::save()
 
 bool DocumentFile::saveAs()
 {
+    takeTypedValues(*_window);
     Orvane::Context* const scene = context();
     if (!scene || !applyCode())
         return false;
@@ -337,6 +355,7 @@ bool DocumentFile::saveAs()
 
 void DocumentFile::exportScene()
 {
+    takeTypedValues(*_window);
     Orvane::Context* const scene = context();
     if (!scene || _isLoading)
         return;
@@ -356,6 +375,7 @@ void DocumentFile::saveCopy()
 
 bool DocumentFile::mayClose()
 {
+    takeTypedValues(*_window);
     if (_isLoading)
         return false;
     if (!isModified())

@@ -231,6 +231,13 @@ bool SceneEditing::addText(const QString& text, const QByteArray& origin)
     const std::vector<Orvane::HeldNode> made = makeNodes(text, origin);
     if (made.empty())
         return false;
+    const auto hasPlace = [this](const Orvane::HeldNode& node) {
+        return node.node() && parentFor(*node.node()->type());
+    };
+    if (std::none_of(made.begin(), made.end(), hasPlace)) {
+        // A step that changes nothing would be left; this one only tells.
+        return made.front().node() && putBelow(*made.front().node());
+    }
     const Orvane::NodePath target = _selection->path();
     bool ok = true;
     _steps->beginMacro(tr("paste"));

@@ -1,5 +1,6 @@
 // Scenes edited in the workbench by mouse and keys, and every edit taken back.
 #include "AddNodeDialog.h"
+#include "DocumentFile.h"
 #include "SceneEditing.h"
 #include "SceneTreeView.h"
 #include "Selection.h"
@@ -20,9 +21,12 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMenu>
+#include <QMessageBox>
 #include <QMimeData>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QorNodeEditorTreeView.h>
 #include <QorNodeModel.h>
 #include <QorNodePathMimeData.h>
@@ -44,6 +48,7 @@ private slots:
     void cleanup();
 
     void anEditedValueIsTakenBack();
+    void aValueThatIsBeingTypedIsSaved();
     void theStepsOfOneEditorAreOne();
     void undoInAnEditorOfTextStaysThere();
     void animationIsNoStep();
@@ -67,6 +72,7 @@ private slots:
     void prototypesComeAlong();
     void aMaterialIsPastedIntoAnAppearance();
     void textThatIsNoSceneIsTold();
+    void aPasteWithoutAPlaceIsNoStep();
     void bodiesAreNotEdited();
     void manyStepsGoBackAndForth();
     void anotherSceneForgetsTheSteps();
@@ -221,6 +227,37 @@ void tst_SceneEditing::anEditedValueIsTakenBack()
     QCOMPARE(saved(), before);
     key(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     QCOMPARE(saved(), after);
+}
+
+void tst_SceneEditing::aValueThatIsBeingTypedIsSaved()
+{
+    QApplication::setActiveWindow(_window.get());
+    const auto beginTyping = [this](const QString& text) {
+        QWidget* const editor = openEditor("center");
+        auto* const line = qobject_cast<QLineEdit*>(editor) ? static_cast<QLineEdit*>(editor)
+                                                            : editor->findChild<QLineEdit*>();
+        line->setFocus();
+        line->selectAll();
+        QTest::keyClicks(line, text);
+    };
+    select("U");
+    beginTyping(QStringLiteral("4 5 6"));
+    QVERIFY(!_window->isWindowModified());
+    key(Qt::Key_S, Qt::ControlModifier);
+    QFile file(_window->document()->file());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray written = file.readAll();
+    QVERIFY2(written.contains("4 5 6"), written.constData());
+    QVERIFY(!_window->isWindowModified());
+
+    // Who closes the window is asked about it.
+    beginTyping(QStringLiteral("7 8 9"));
+    QTimer::singleShot(0, this, [] {
+        if (auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            box->button(QMessageBox::Cancel)->click();
+    });
+    QVERIFY(!_window->close());
+    QCOMPARE(find("U")->findField("center", Node::EXACT_FSO)->valueToString(), std::string("7 8 9"));
 }
 
 void tst_SceneEditing::theStepsOfOneEditorAreOne()
@@ -655,6 +692,19 @@ void tst_SceneEditing::textThatIsNoSceneIsTold()
     key(Qt::Key_V, Qt::ControlModifier);
     QVERIFY(!told().isEmpty());
     QCOMPARE(steps()->count(), 0);
+}
+
+void tst_SceneEditing::aPasteWithoutAPlaceIsNoStep()
+{
+    const QByteArray before = saved();
+    QApplication::clipboard()->setText(
+        QStringLiteral("<X3D version='4.0' profile='Full'><Scene><Coordinate/></Scene></X3D>"));
+    select("T");
+    key(Qt::Key_V, Qt::ControlModifier);
+    QVERIFY2(told().contains(QStringLiteral("Coordinate")), qPrintable(told()));
+    QCOMPARE(steps()->count(), 0);
+    QVERIFY(!_window->isWindowModified());
+    QCOMPARE(saved(), before);
 }
 
 void tst_SceneEditing::bodiesAreNotEdited()
