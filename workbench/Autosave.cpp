@@ -31,6 +31,9 @@ Autosave::Autosave(QUndoStack* steps, QObject* parent)
 QString Autosave::copyOf(const QString& file)
 {
     const QFileInfo info(file);
+    // The name as a whole, so that it is not the copy of a neighbour with the usual suffix.
+    if (!file.isEmpty() && !canWrite(file))
+        return info.dir().filePath(QStringLiteral(".%1~.autosave.x3d").arg(info.fileName()));
     if (!file.isEmpty())
         return info.dir().filePath(
             QStringLiteral(".%1.autosave.%2").arg(info.completeBaseName(), info.suffix()));
@@ -76,11 +79,11 @@ bool Autosave::write(Orvane::Context& scene, const QString& file)
 {
     if (_steps->isClean() || !_hasChanges)
         return true;
+    if (!saveScene(scene, copyOf(file), {}).isWritten)
+        return false;
     _hasChanges = false;
-    const bool isWritten = saveScene(scene, copyOf(file), {}).isWritten;
-    if (isWritten)
-        note(file, true);
-    return isWritten;
+    note(file, true);
+    return true;
 }
 
 void Autosave::drop(const QString& file)

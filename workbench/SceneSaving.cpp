@@ -1,11 +1,14 @@
 #include "SceneSaving.h"
 
 #include <Orvane/Context.h>
+#include <Orvane/GraphLoader.h>
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QorFileDialog.h>
 #include <QorTools.h>
+#include <algorithm>
+#include <list>
 
 using Orvane::Qt4::QorFileDialog;
 
@@ -39,6 +42,14 @@ void showOptions(const Orvane::SaveOptions& options, QorFileDialog& dialog)
 }
 
 } // namespace
+
+bool canWrite(const QString& file)
+{
+    std::list<std::string> suffixes;
+    Orvane::GraphLoader::getSuffixList(suffixes);
+    const std::string own = QFileInfo(file).suffix().toLower().toStdString();
+    return std::find(suffixes.begin(), suffixes.end(), own) != suffixes.end();
+}
 
 SavedScene saveScene(Orvane::Context& scene, const QString& file, const Orvane::SaveOptions& options)
 {

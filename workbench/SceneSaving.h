@@ -18,6 +18,9 @@ struct SavedScene
     Orvane::SaveOptions options; ///< that the dialog was left with
 };
 
+/// True when the suffix of the file is that of an encoding.
+bool canWrite(const QString& file);
+
 /// Writes the scene in the encoding of the file's suffix.
 SavedScene saveScene(Orvane::Context& scene, const QString& file, const Orvane::SaveOptions& options);
 

@@ -61,6 +61,8 @@ private slots:
     void theMenuForgetsTheOldest();
     void aDroppedFileIsOpened();
     void aCopyIsKeptAgainstLoss();
+    void aFileOfNoKnownSuffixHasACopyToo();
+    void aCopyThatFailsIsTriedAgain();
     void aCopyIsBroughtBack();
     void aCopyThatIsRefusedGoes();
     void savingTakesTheCopyAway();
@@ -396,6 +398,28 @@ void tst_DocumentFile::aCopyIsKeptAgainstLoss()
     QFile::remove(Autosave::copyOf(_file));
     emit autosave->due();
     QVERIFY(!QFile::exists(Autosave::copyOf(_file)));
+}
+
+void tst_DocumentFile::aFileOfNoKnownSuffixHasACopyToo()
+{
+    const QString plain = write(QStringLiteral("plain"), "#VRML V2.0 utf8\nDEF T Transform { }\n");
+    QVERIFY(document()->openByUser(plain));
+    QVERIFY(Autosave::copyOf(plain) != Autosave::copyOf(plain + QStringLiteral(".x3d")));
+    change();
+    emit _window->findChild<Autosave*>()->due();
+    QVERIFY2(read(Autosave::copyOf(plain)).contains("Changed"), qPrintable(told()));
+}
+
+void tst_DocumentFile::aCopyThatFailsIsTriedAgain()
+{
+    const QString copy = Autosave::copyOf(_file);
+    QVERIFY(QDir().mkdir(copy));
+    change();
+    emit _window->findChild<Autosave*>()->due();
+    QVERIFY2(told().contains(copy), qPrintable(told()));
+    QVERIFY(QDir().rmdir(copy));
+    emit _window->findChild<Autosave*>()->due();
+    QVERIFY(read(copy).contains("Changed"));
 }
 
 void tst_DocumentFile::aCopyIsBroughtBack()
