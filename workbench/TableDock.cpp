@@ -50,6 +50,20 @@ osg::RefPtr<osg::ImagePtr> paintable(const Orvane::Image& image)
     return isDone ? copy : osg::RefPtr<osg::ImagePtr>();
 }
 
+/// Whether it has the form that the painter gives a table, of one byte for each channel.
+bool isPlainTable(const osg::ImagePtr& image)
+{
+    return image && image->getData() && image->getWidth() >= 1 &&
+           image->getPixelFormat() == osg::Image::OSG_RGBA_PF &&
+           image->getDataType() == osg::Image::OSG_UINT8_IMAGEDATA &&
+           image->getSize() == 4 * static_cast<unsigned long>(image->getWidth());
+}
+
+std::vector<osg::UInt8> bytesOf(const osg::ImagePtr& image)
+{
+    return {image->getData(), image->getData() + image->getSize()};
+}
+
 } // namespace
 
 /// Tells of writes to the field, and of its node's death.
@@ -148,7 +162,7 @@ bool TableDock::open(Orvane::SFImage& field)
     _fieldName = field.name();
     _observer = std::make_unique<FieldObserver>(this, field);
     _painter->setEnabled(true);
-    setWindowTitle(tr("Lookup table of %1").arg(fromRuntime(nodeName(&node))));
+    giveTitle(tr("Lookup table of %1").arg(fromRuntime(nodeName(&node))));
     return true;
 }
 
@@ -169,8 +183,34 @@ bool TableDock::read(const Orvane::SFImage& field)
     _painter->setImage(table);
     _isReading = false;
     _table = table;
+    sampleUntouched();
     _value = std::make_unique<const FieldState>(field);
     return true;
+}
+
+void TableDock::sampleUntouched()
+{
+    _before.clear();
+    _untouched.clear();
+    if (!isPlainTable(_table.get()))
+        return;
+    _before = bytesOf(_table.get());
+    // The size that it has already makes the painter sample its curves.
+    _isReading = true;
+    _painter->setSize(QString::number(_table->getWidth()));
+    _isReading = false;
+    _untouched = bytesOf(_table.get());
+    std::copy(_before.begin(), _before.end(), _table->getData());
+}
+
+void TableDock::keepUntouched()
+{
+    if (!isPlainTable(_table.get()) || _table->getSize() != _untouched.size())
+        return;
+    osg::UInt8* const painted = _table->getData();
+    for (std::size_t i = 0; i < _untouched.size(); ++i)
+        if (painted[i] == _untouched[i])
+            painted[i] = _before[i];
 }
 
 /// Gives the field what has been painted, or a file that has been opened.
@@ -178,7 +218,12 @@ void TableDock::write()
 {
     if (_isReading)
         return;
-    _table = _painter->getImage();
+    const osg::ImagePtr painted = _painter->getImage();
+    if (painted == _table.get())
+        keepUntouched();
+    else
+        _untouched.clear(); // of a file, everything counts
+    _table = painted;
     Orvane::SFImage* const target = field();
     if (!target)
         return;
@@ -191,8 +236,11 @@ void TableDock::write()
 
 bool TableDock::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::KeyPress)
+    const QEvent::Type type = event->type();
+    if (type == QEvent::MouseButtonPress || type == QEvent::KeyPress || type == QEvent::Shortcut) {
         _stroke = FieldRecorder::newEdit();
+        sampleUntouched();
+    }
     return QDockWidget::eventFilter(watched, event);
 }
 
@@ -207,5 +255,11 @@ void TableDock::rest()
 {
     _nodeId = 0;
     _painter->setEnabled(false);
-    setWindowTitle(tr("Lookup table"));
+    giveTitle(tr("Lookup table"));
+}
+
+void TableDock::giveTitle(const QString& title)
+{
+    setWindowTitle(title);
+    toggleViewAction()->setText(tr("Lookup table"));
 }

@@ -5,6 +5,7 @@
 #include <QDockWidget>
 #include <memory>
 #include <string>
+#include <vector>
 
 class QAction;
 class FieldState;
@@ -44,7 +45,7 @@ public:
     bool open(Orvane::SFImage& field);
 
 protected:
-    /// A press begins a stroke.
+    /// A press or a key begins a stroke.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -53,16 +54,25 @@ private:
     void openSelected();
     Orvane::SFImage* field() const;
     bool read(const Orvane::SFImage& field);
+    /// The painter's curves lie on its pixels and are sampled as a whole, so that a table comes back moved
+    /// even where nobody has painted. This remembers what they give without a stroke,
+    void sampleUntouched();
+    /// and this gives the entries that still have that the bytes that the table had.
+    void keepUntouched();
     void write();
     void follow();
     void rest();
+    /// Of the panel; the command that shows it keeps its text.
+    void giveTitle(const QString& title);
 
     Selection* _selection;
     Steps* _steps;
     int _stroke = 0;
     QAction* _action;
     Orvane::Qt4::QorImgCanvasImpl* _painter;
-    osg::RefPtr<osg::ImagePtr> _table; ///< the painter keeps no reference itself
+    osg::RefPtr<osg::ImagePtr> _table;  ///< the painter keeps no reference itself
+    std::vector<osg::UInt8> _before;    ///< the table when the stroke began
+    std::vector<osg::UInt8> _untouched; ///< what the curves gave then; empty when they are taken whole
     unsigned long long _nodeId = 0;
     std::string _fieldName;
     std::unique_ptr<const FieldState> _value; ///< before what is painted next, which is painted in place

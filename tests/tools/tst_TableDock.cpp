@@ -1,6 +1,7 @@
 // The lookup table painter of the workbench, over a shape on the screen that shows the table.
 #include "FrameGrabber.h"
 #include "Selection.h"
+#include "Steps.h"
 #include "TableDock.h"
 #include "WorkbenchWindow.h"
 #include <Orvane/Node.h>
@@ -10,6 +11,7 @@
 #include <QGLWidget>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QorImgCanvasImpl.h>
 #include <QorImgCanvasView.h>
@@ -32,6 +34,10 @@ private slots:
     void theActionIsInTheMenuInTheToolBarAndInTheTree();
     void openingWritesNothing();
     void aStrokeShowsOnTheShapeAtOnce();
+    void onlyWhatIsPaintedChanges_data();
+    void onlyWhatIsPaintedChanges();
+    void resettingACurveLeavesTheOtherChannels();
+    void theCommandThatShowsItKeepsItsText();
     void anotherSizeIsWritten();
     void anotherImageIsWritten();
     void otherWritersAreFollowed();
@@ -52,6 +58,12 @@ private:
     TableDock* dock() const { return _window->findChild<TableDock*>(); }
     QorImgCanvasImpl* painter() const { return dock()->findChild<QorImgCanvasImpl*>(); }
     QorImgCanvasView* canvas() const { return dock()->findChild<QorImgCanvasView*>(); }
+    /// Of the table in the field, which has four channels.
+    std::vector<osg::UInt8> bytes() const
+    {
+        const osg::ImagePtr table = image().image().rco();
+        return {table->getData(), table->getData() + table->getSize()};
+    }
     void edit(const char* name = "Ramp");
     /// The colour that the shape has at a share of its width.
     QColor colorAt(double share) const;
@@ -65,6 +77,25 @@ private:
 static QByteArray row(int width, const QByteArray& components, const QByteArray& pixel)
 {
     return QByteArray::number(width) + " 1 " + components + (" " + pixel).repeated(width);
+}
+
+/// A colour that rises unevenly, and the table that it makes.
+static std::vector<osg::UInt8> rampBytes(int width)
+{
+    std::vector<osg::UInt8> table;
+    for (int i = 0; i < width; ++i)
+        for (const int value : {16 + i * 128 / width, 32 + i * i * 200 / (width * width), 250 - i * 3, 255})
+            table.push_back(static_cast<osg::UInt8>(value));
+    return table;
+}
+
+static QByteArray ramp(int width)
+{
+    const std::vector<osg::UInt8> table = rampBytes(width);
+    QByteArray text = QByteArray::number(width) + " 1 3";
+    for (std::size_t i = 0; i < table.size(); i += 4)
+        text += " 0x" + QByteArray(reinterpret_cast<const char*>(&table[i]), 3).toHex();
+    return text;
 }
 
 void tst_TableDock::init()
@@ -216,6 +247,75 @@ void tst_TableDock::aStrokeShowsOnTheShapeAtOnce()
     const QString text = QString::fromStdString(image().valueToString());
     QVERIFY2(text.startsWith(QStringLiteral("64 1 4 0xFF0000FF 0xFF0000FF")), qPrintable(text));
     QVERIFY2(text.endsWith(QStringLiteral(" 0x000000FF")), qPrintable(text));
+}
+
+void tst_TableDock::onlyWhatIsPaintedChanges_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::newRow("16") << 16;
+    QTest::newRow("64") << 64;
+}
+
+void tst_TableDock::onlyWhatIsPaintedChanges()
+{
+    QFETCH(int, width);
+    open(ramp(width));
+    edit();
+    const QString first = QString::fromStdString(image().valueToString());
+    painter()->findChild<QCheckBox*>(QStringLiteral("SetRed"))->click();
+    const std::vector<osg::UInt8> before = rampBytes(width);
+    const int right = canvas()->width() - 1;
+    for (const int start : {right / 2, right / 4}) {
+        const std::vector<osg::UInt8> old = start == right / 2 ? before : bytes();
+        const int end = start + right / 8;
+        paint(QPoint(start, 0), QPoint(end, 0));
+        QTest::mouseRelease(canvas(), Qt::LeftButton, Qt::NoModifier, QPoint(end, 0));
+        const std::vector<osg::UInt8> painted = bytes();
+        QCOMPARE(painted.size(), before.size());
+        QVERIFY(painted != old);
+        QCOMPARE(painted[4 * static_cast<std::size_t>((width - 1) * (start + end) / (2 * right))],
+                 osg::UInt8(255));
+        for (int i = 0; i < width; ++i) {
+            const bool isFar = i < (width - 1) * start / right - 1 || i > (width - 1) * end / right + 2;
+            for (int channel = isFar ? 0 : 1; channel < 4; ++channel) {
+                const auto k = static_cast<std::size_t>(4 * i + channel);
+                QVERIFY2(painted[k] == old[k],
+                         qPrintable(QStringLiteral("entry %1, channel %2").arg(i).arg(channel)));
+            }
+        }
+        dock()->resize(dock()->width() + 37, dock()->height()); // the curves are placed on other pixels
+        runFrames(2);
+    }
+    auto* const steps = _window->findChild<Steps*>();
+    QCOMPARE(steps->index(), 2);
+    steps->undo();
+    steps->undo();
+    QCOMPARE(QString::fromStdString(image().valueToString()), first);
+    runFrames(2);
+    QVERIFY(std::equal(before.begin(), before.end(), painter()->getImage()->getData()));
+}
+
+void tst_TableDock::resettingACurveLeavesTheOtherChannels()
+{
+    open(ramp(16));
+    edit();
+    painter()->findChild<QCheckBox*>(QStringLiteral("SetGreen"))->click();
+    QTest::mouseClick(painter()->findChild<QPushButton*>(QStringLiteral("buttonCancel")), Qt::LeftButton);
+    const std::vector<osg::UInt8> before = rampBytes(16);
+    const std::vector<osg::UInt8> after = bytes();
+    QCOMPARE(after.size(), before.size());
+    QVERIFY(after != before);
+    for (std::size_t i = 0; i < after.size(); ++i)
+        QVERIFY(i % 4 == 1 || after[i] == before[i]);
+}
+
+void tst_TableDock::theCommandThatShowsItKeepsItsText()
+{
+    const QString text = dock()->toggleViewAction()->text();
+    edit();
+    QVERIFY(dock()->windowTitle() != text);
+    QCOMPARE(dock()->toggleViewAction()->text(), text);
+    QCOMPARE(text, QStringLiteral("Lookup table"));
 }
 
 void tst_TableDock::anotherSizeIsWritten()
