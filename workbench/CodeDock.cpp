@@ -97,6 +97,7 @@ CodeDock::CodeDock(Selection* selection, Steps* steps, QWidget* parent)
     layout->addWidget(_stack);
     _findBar = new FindBar(_stack, {}, content);
     layout->addWidget(_findBar);
+    content->setFocusProxy(_stack);
     setWidget(content);
     connect(_findBar, &FindBar::wanted, this, &CodeDock::find);
     // Who asks for the panel wants to write.

@@ -36,6 +36,7 @@ GraphDock::GraphDock(Selection* selection, Steps* steps, QWidget* parent)
     layout->addWidget(bar);
     layout->addWidget(_canvas, 1);
     _canvas->setMinimumHeight(fontMetrics().lineSpacing() * 10);
+    content->setFocusProxy(_canvas);
     setWidget(content);
 
     connect(_canvas, &QorGraphView::nodeSelected, _selection, &Selection::selectNode);

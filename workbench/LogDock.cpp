@@ -53,6 +53,7 @@ LogDock::LogDock(QWidget* parent)
     layout->setSpacing(0);
     layout->addWidget(view);
     layout->addWidget(_findBar);
+    content->setFocusProxy(_pane);
     setWidget(content);
 
     _pane->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -40,6 +40,7 @@ NodeDock::NodeDock(Selection* selection, Steps* steps, QWidget* parent)
     _findBar = new FindBar(_editor->treeView(), {tr("All columns"), tr("Name"), tr("Value"), tr("Data type")},
                            content);
     layout->addWidget(_findBar);
+    content->setFocusProxy(_editor->treeView());
     setWidget(content);
     connect(_findBar, &FindBar::wanted, this, &NodeDock::find);
     setAcceptDrops(true);

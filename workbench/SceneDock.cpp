@@ -85,6 +85,7 @@ SceneDock::SceneDock(Selection* selection, QWidget* parent)
     layout->addWidget(_view);
     _findBar = new FindBar(_view, {tr("Name or type"), tr("Name"), tr("Type")}, content);
     layout->addWidget(_findBar);
+    content->setFocusProxy(_view);
     setWidget(content);
 
     connect(_findBar, &FindBar::wanted, this, &SceneDock::find);

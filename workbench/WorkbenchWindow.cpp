@@ -10,6 +10,7 @@
 #include "LogGuide.h"
 #include "NodeDock.h"
 #include "Palettes.h"
+#include "PanelKeys.h"
 #include "Picker.h"
 #include "RouteCanvas.h"
 #include "SceneDock.h"
@@ -178,19 +179,17 @@ QMenu* WorkbenchWindow::makeViewMenu()
     for (QDockWidget* dock : std::initializer_list<QDockWidget*>{_sceneDock, _nodeDock, _codeDock, _logDock,
                                                                  _graphDock, _tableDock})
     {
-        // The keys lead to a panel, out from behind another one too; a second time they put it away.
+        // A panel behind another one is shown by the tick as well.
         QAction* toggle = dock->toggleViewAction();
         toggle->setShortcut(Qt::CTRL | (Qt::Key_1 + number++));
+        auto* const keys = new PanelKeys(dock);
         const auto isBehind = std::make_shared<bool>(false);
         connect(toggle, &QAction::toggled, dock,
                 [=] { *isBehind = !dock->isHidden() && dock->visibleRegion().isEmpty(); });
         connect(toggle, &QAction::triggered, dock, [=](bool shown) {
             if (!shown && !*isBehind)
                 return;
-            dock->show();
-            dock->raise();
-            if (dock->widget())
-                dock->widget()->setFocus(Qt::ShortcutFocusReason);
+            keys->lead();
         });
         view->addAction(toggle);
     }

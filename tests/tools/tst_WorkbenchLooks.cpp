@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QDockWidget>
 #include <QHash>
 #include <QMenu>
 #include <QMenuBar>
@@ -38,6 +39,9 @@ private slots:
     void theDocumentHasEveryCommand();
     void everyButtonOfTheToolBarIsInTheMenus();
     void aKeyLeadsToThePanelBehindAnother();
+    void aKeyGoesToAPanelBeforeItPutsItAway_data();
+    void aKeyGoesToAPanelBeforeItPutsItAway();
+    void theTickPutsAPanelAway();
     void theKeyOfTheViewLeadsToIt();
     void codeCanBeRead_data();
     void codeCanBeRead();
@@ -242,6 +246,56 @@ void tst_WorkbenchLooks::aKeyLeadsToThePanelBehindAnother()
     QTRY_VERIFY(log->isHidden());
     QTest::keyClick(_window.get(), Qt::Key_4, Qt::ControlModifier);
     QTRY_VERIFY(isSeen(log));
+}
+
+void tst_WorkbenchLooks::aKeyGoesToAPanelBeforeItPutsItAway_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("panel");
+    QTest::addColumn<QByteArray>("part");
+    const auto row = [](int key, const char* panel, const char* part) {
+        QTest::newRow(panel) << key << QString::fromLatin1(panel) << QByteArray(part);
+    };
+    row(Qt::Key_1, "SceneDock", "SceneTreeView");
+    row(Qt::Key_2, "NodeDock", "QTreeView");
+    row(Qt::Key_3, "CodeDock", "QTextEdit");
+    row(Qt::Key_4, "LogDock", "QTextEdit");
+    row(Qt::Key_5, "GraphDock", "RouteCanvas");
+}
+
+void tst_WorkbenchLooks::aKeyGoesToAPanelBeforeItPutsItAway()
+{
+    QFETCH(int, key);
+    QFETCH(QString, panel);
+    QFETCH(QByteArray, part);
+    open();
+    QApplication::setActiveWindow(_window.get());
+    auto* const dock = _window->findChild<QDockWidget*>(panel);
+    dock->show();
+    dock->raise();
+    QTRY_VERIFY(!dock->visibleRegion().isEmpty());
+    const auto press = [&](Qt::Key pressed) { QTest::keyClick(_window.get(), pressed, Qt::ControlModifier); };
+    press(Qt::Key_0);
+    QVERIFY(!dock->isAncestorOf(QApplication::focusWidget()));
+    press(static_cast<Qt::Key>(key));
+    QVERIFY(!dock->isHidden());
+    QVERIFY(dock->isAncestorOf(QApplication::focusWidget()));
+    QVERIFY2(QApplication::focusWidget()->inherits(part.constData()),
+             QApplication::focusWidget()->metaObject()->className());
+    press(static_cast<Qt::Key>(key));
+    QVERIFY(dock->isHidden());
+    press(static_cast<Qt::Key>(key));
+    QVERIFY(!dock->isHidden());
+    QTRY_VERIFY(dock->isAncestorOf(QApplication::focusWidget()));
+}
+
+void tst_WorkbenchLooks::theTickPutsAPanelAway()
+{
+    auto* const dock = _window->findChild<QDockWidget*>(QStringLiteral("SceneDock"));
+    QTest::keyClick(_window.get(), Qt::Key_0, Qt::ControlModifier);
+    QVERIFY(!dock->isHidden());
+    dock->toggleViewAction()->trigger();
+    QVERIFY(dock->isHidden());
 }
 
 void tst_WorkbenchLooks::theKeyOfTheViewLeadsToIt()
