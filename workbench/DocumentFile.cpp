@@ -249,20 +249,37 @@ void DocumentFile::tellFailure(const QString& file)
     }
     if (!QFileInfo::exists(file))
         _recent->remove(file);
-    emit told(_error.section(QLatin1Char('\n'), 0, 0));
+    showFailure(tr("Scene not opened"), tr("%1 could not be opened.").arg(QFileInfo(file).fileName()),
+                _error);
+}
+
+/// Shows what has failed and why; the lines of the reason stand in the log as well.
+void DocumentFile::showFailure(const QString& title, const QString& text, const QString& reason)
+{
+    const QString line = reason.section(QLatin1Char('\n'), 0, 0);
+    emit told(line);
     constexpr int shownLines = 3;
-    auto* const box = new QMessageBox(QMessageBox::Warning, tr("Scene not opened"),
-                                      tr("%1 could not be opened.").arg(QFileInfo(file).fileName()),
-                                      QMessageBox::Ok, _window);
+    auto* const box = new QMessageBox(QMessageBox::Warning, title, text, QMessageBox::Ok, _window);
     box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(_error.section(QLatin1Char('\n'), 0, shownLines - 1));
-    if (_error.count(QLatin1Char('\n')) >= shownLines)
-        box->setDetailedText(_error);
+    box->setInformativeText(reason.section(QLatin1Char('\n'), 0, shownLines - 1));
+    if (reason.count(QLatin1Char('\n')) >= shownLines)
+        box->setDetailedText(reason);
     box->setAttribute(Qt::WA_DeleteOnClose);
     QAbstractButton* const log = box->addButton(tr("Show in &log"), QMessageBox::HelpRole);
-    const QString line = _error.section(QLatin1Char('\n'), 0, 0);
     connect(log, &QAbstractButton::clicked, this, [this, line] { emit logWanted(line); });
     box->open();
+}
+
+/// Tells what became of a scene that was to be written; nothing when the user has cancelled. False when it is
+/// not written.
+bool DocumentFile::tellSaved(const SavedScene& saved)
+{
+    if (saved.isWritten)
+        emit told(saved.told);
+    else if (!saved.file.isEmpty())
+        showFailure(tr("Scene not saved"), tr("%1 could not be saved.").arg(QFileInfo(saved.file).fileName()),
+                    saved.told);
+    return saved.isWritten;
 }
 
 void DocumentFile::askForFile()
@@ -319,14 +336,17 @@ bool DocumentFile::save()
 {
     takeTypedValues(*_window);
     Orvane::Context* const scene = context();
-    if (_file.isEmpty() || !scene)
+    // A suffix that names no encoding leaves open how to write.
+    if (_file.isEmpty() || !scene || !canWrite(_file))
         return saveAs();
     if (!applyCode() || !mayOverwrite())
         return false;
-    const Waiting waiting;
-    const SavedScene saved = saveScene(*scene, _file, _options);
-    emit told(saved.told);
-    if (!saved.isWritten)
+    SavedScene saved;
+    {
+        const Waiting waiting;
+        saved = saveScene(*scene, _file, _options);
+    }
+    if (!tellSaved(saved))
         return false;
     _stamp = QFileInfo(_file).lastModified();
     _steps->setClean();
@@ -341,9 +361,7 @@ bool DocumentFile::saveAs()
     if (!scene || !applyCode())
         return false;
     const SavedScene saved = saveSceneByDialog(*scene, _file, _options, _window);
-    if (!saved.told.isEmpty())
-        emit told(saved.told);
-    if (!saved.isWritten)
+    if (!tellSaved(saved))
         return false;
     _options = saved.options;
     _autosave->drop(_file);
@@ -360,10 +378,8 @@ void DocumentFile::exportScene()
     if (!scene || _isLoading)
         return;
     const SavedScene saved = saveSceneByDialog(*scene, _file, _exportOptions, _window, tr("Export scene"));
-    if (saved.isWritten)
+    if (tellSaved(saved))
         _exportOptions = saved.options;
-    if (!saved.told.isEmpty())
-        emit told(saved.told);
 }
 
 void DocumentFile::saveCopy()

@@ -13,6 +13,7 @@ class QMenu;
 class QUndoStack;
 class RecentFiles;
 class Selection;
+struct SavedScene;
 
 namespace Orvane {
 class Context;
@@ -89,6 +90,8 @@ private:
     bool mayOverwrite();
     void setFile(const QString& file);
     void tellFailure(const QString& file);
+    void showFailure(const QString& title, const QString& text, const QString& reason);
+    bool tellSaved(const SavedScene& saved);
     Orvane::Context* context() const;
 
     Orvane::Qt4::QorViewManager* _manager;

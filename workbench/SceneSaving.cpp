@@ -1,5 +1,6 @@
 #include "SceneSaving.h"
 
+#include <OpenSG/OSGLog.h>
 #include <Orvane/Context.h>
 #include <Orvane/GraphLoader.h>
 #include <QCoreApplication>
@@ -58,10 +59,11 @@ SavedScene saveScene(Orvane::Context& scene, const QString& file, const Orvane::
     saved.options = options;
     std::string error;
     saved.isWritten = scene.save(QFile::encodeName(file).toStdString(), options, error);
-    if (!saved.isWritten)
+    if (!saved.isWritten) {
         saved.told = told(QT_TRANSLATE_NOOP("SceneSaving", "%1 cannot be written: "), file) +
                      Orvane::Qt4::fromRuntime(error);
-    else if (scene.saveNotes().empty())
+        FWARNING(("%s\n", Orvane::Qt4::toRuntime(saved.told).c_str()));
+    } else if (scene.saveNotes().empty())
         saved.told = told(QT_TRANSLATE_NOOP("SceneSaving", "Saved %1"), file);
     else
         saved.told = told(
@@ -81,7 +83,9 @@ SavedScene saveSceneByDialog(Orvane::Context& scene, const QString& file, const 
     showOptions(options, dialog);
     if (!file.isEmpty()) {
         dialog.setDirectory(QFileInfo(file).path());
-        dialog.selectFile(QFileInfo(file).fileName());
+        const QFileInfo info(file);
+        dialog.selectFile(canWrite(file) ? info.fileName()
+                                         : info.completeBaseName() + QStringLiteral(".x3d"));
     }
     if (dialog.exec() != QDialog::Accepted)
         return {};

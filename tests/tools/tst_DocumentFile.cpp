@@ -28,6 +28,7 @@
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QTemporaryDir>
+#include <QTextEdit>
 #include <QUrl>
 #include <QorFileDialog.h>
 #include <QorViewManager.h>
@@ -55,6 +56,7 @@ private slots:
     void aNewSceneAsksForAFile();
     void closingAsksAboutChanges();
     void aFileThatCannotBeWrittenKeepsTheChanges();
+    void aFileOfNoKnownSuffixIsSavedUnderAnother();
     void aFailureIsShownWithItsReason();
     void reloadAsksAndReads();
     void recentFilesAreOpenedFromTheMenu();
@@ -297,9 +299,30 @@ void tst_DocumentFile::aFileThatCannotBeWrittenKeepsTheChanges()
     QVERIFY(!document()->save());
     QVERIFY(_window->isWindowModified());
     QVERIFY(told().contains(QStringLiteral("first.x3d")));
+    const auto* const box = _window->findChild<QMessageBox*>();
+    QVERIFY(box && box->isVisible());
+    QVERIFY(box->text().contains(QStringLiteral("first.x3d")));
+    QCOMPARE(box->informativeText(), told());
+    const auto* const log = _window->findChild<QTextEdit*>(QStringLiteral("textView"));
+    QTRY_VERIFY(log->toPlainText().contains(told()));
+    delete box;
     // Closing stays as well.
     answer(QMessageBox::Save);
     QVERIFY(!document()->mayClose());
+}
+
+void tst_DocumentFile::aFileOfNoKnownSuffixIsSavedUnderAnother()
+{
+    const QString plain = write(QStringLiteral("plain"), "#VRML V2.0 utf8\nDEF T Transform { }\n");
+    QVERIFY(document()->openByUser(plain));
+    change();
+    const QString other = _folder->filePath(QStringLiteral("plain.wrl"));
+    nameFile(other);
+    QVERIFY(document()->save());
+    QVERIFY(read(other).contains("Changed"));
+    QCOMPARE(document()->file(), other);
+    QVERIFY(!_window->isWindowModified());
+    QVERIFY(!read(plain).contains("Changed"));
 }
 
 void tst_DocumentFile::aFailureIsShownWithItsReason()
