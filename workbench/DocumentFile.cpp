@@ -6,6 +6,7 @@
 #include "RecentFiles.h"
 #include "SceneMemory.h"
 #include "SceneSaving.h"
+#include <OpenSG/OSGLog.h>
 #include <Orvane/Context.h>
 #include <QAction>
 #include <QApplication>
@@ -21,6 +22,7 @@
 #include <QUndoStack>
 #include <QorFieldEditor.h>
 #include <QorFileDialog.h>
+#include <QorTools.h>
 #include <QorViewManager.h>
 #include <SAI/SAIBrowserRef.h>
 #include <climits>
@@ -274,9 +276,12 @@ void DocumentFile::showFailure(const QString& title, const QString& text, const 
 /// not written.
 bool DocumentFile::tellSaved(const SavedScene& saved)
 {
-    if (saved.isWritten)
+    if (saved.isWritten) {
+        // At a level that is shown as the workbench starts: they tell of what the file has lost.
+        for (const std::string& note : context()->saveNotes())
+            FWARNING(("%s: %s\n", Orvane::Qt4::toRuntime(saved.file).c_str(), note.c_str()));
         emit told(saved.told);
-    else if (!saved.file.isEmpty())
+    } else if (!saved.file.isEmpty())
         showFailure(tr("Scene not saved"), tr("%1 could not be saved.").arg(QFileInfo(saved.file).fileName()),
                     saved.told);
     return saved.isWritten;

@@ -66,8 +66,8 @@ SavedScene saveScene(Orvane::Context& scene, const QString& file, const Orvane::
     } else if (scene.saveNotes().empty())
         saved.told = told(QT_TRANSLATE_NOOP("SceneSaving", "Saved %1"), file);
     else
-        saved.told = told(
-            QT_TRANSLATE_NOOP("SceneSaving", "Saved %1; the log tells what its encoding cannot say"), file);
+        saved.told =
+            told(QT_TRANSLATE_NOOP("SceneSaving", "Saved %1; the log tells what is otherwise in it"), file);
     return saved;
 }
 

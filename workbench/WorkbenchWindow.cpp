@@ -245,7 +245,9 @@ QString WorkbenchWindow::loadError() const
 
 void WorkbenchWindow::tell(const QString& text)
 {
-    statusBar()->showMessage(text);
+    // What was told of one step is not true of later ones.
+    constexpr int Milliseconds = 15000;
+    statusBar()->showMessage(text, Milliseconds);
 }
 
 bool WorkbenchWindow::useSettings()

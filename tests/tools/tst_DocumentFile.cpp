@@ -53,6 +53,7 @@ private slots:
     void whatWasNotTouchedIsNotLost();
     void saveAsGoesOnWithTheNewFile();
     void exportLeavesTheFile();
+    void theLogTellsWhatAFileHasLost();
     void aNewSceneAsksForAFile();
     void closingAsksAboutChanges();
     void aFileThatCannotBeWrittenKeepsTheChanges();
@@ -260,6 +261,19 @@ void tst_DocumentFile::exportLeavesTheFile()
     QVERIFY(read(other).startsWith("#VRML"));
     QCOMPARE(document()->file(), _file);
     QVERIFY(_window->isWindowModified());
+}
+
+void tst_DocumentFile::theLogTellsWhatAFileHasLost()
+{
+    QVERIFY(document()->openByUser(
+        write(QStringLiteral("units.x3d"),
+              "<X3D profile='Full' version='3.3'><head><meta name='author' content='somebody'/></head>"
+              "<Scene><Group/></Scene></X3D>")));
+    const QString other = _folder->filePath(QStringLiteral("out.wrl"));
+    nameFile(other);
+    keys(Qt::Key_E, Qt::ControlModifier);
+    const auto* const log = _window->findChild<QTextEdit*>(QStringLiteral("textView"));
+    QTRY_VERIFY(log->toPlainText().contains(other + QStringLiteral(": ")));
 }
 
 void tst_DocumentFile::aNewSceneAsksForAFile()
