@@ -65,10 +65,23 @@ QMimeData* SceneTreeView::dragData(const Orvane::NodePath& path)
 
 void SceneTreeView::keyPressEvent(QKeyEvent* event)
 {
+    const QPersistentModelIndex before = currentIndex();
     if (event->key() == Qt::Key_Asterisk)
         expandRecursively(currentIndex(), deepestOpened);
     else
         QorScenegraphTreeView::keyPressEvent(event);
+    if (before != currentIndex())
+        selectCurrent();
+}
+
+void SceneTreeView::selectCurrent()
+{
+    const QModelIndex row = currentIndex();
+    if (!row.isValid() || !scenegraphModel())
+        return;
+    const Orvane::NodePath path = scenegraphModel()->nodePath(row);
+    if (path.node())
+        emit nodeSelected(path);
 }
 
 void SceneTreeView::mousePressEvent(QMouseEvent* event)
@@ -78,6 +91,18 @@ void SceneTreeView::mousePressEvent(QMouseEvent* event)
     _pressedPath = starts ? scenegraphModel()->nodePath(index) : Orvane::NodePath();
     _pressPosition = event->pos();
     QorScenegraphTreeView::mousePressEvent(event);
+    // The menu comes with the press, and works on what is selected.
+    if (event->button() == Qt::RightButton && index.isValid())
+        selectCurrent();
+}
+
+void SceneTreeView::mouseReleaseEvent(QMouseEvent* event)
+{
+    // A click below the rows is no mistake that the log should tell of.
+    if (indexAt(event->pos()).isValid())
+        QorScenegraphTreeView::mouseReleaseEvent(event);
+    else
+        QTreeView::mouseReleaseEvent(event);
 }
 
 void SceneTreeView::mouseMoveEvent(QMouseEvent* event)

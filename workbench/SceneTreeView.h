@@ -23,9 +23,11 @@ signals:
     void nodeDropped(const Orvane::NodePath& moved, const Orvane::NodePath& target, int side);
 
 protected:
-    /// The star opens all below a row, to a depth that ends in a graph that contains itself.
+    /// The star opens all below a row, to a depth that ends in a graph that contains itself. The row that the
+    /// keys lead to is selected.
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
@@ -34,6 +36,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void selectCurrent();
     int sideOf(const QModelIndex& row, const QPoint& place) const;
     void markDrop(const QModelIndex& row, int side);
 
