@@ -358,6 +358,16 @@ std::string transform(std::size_t texture)
 
 } // namespace ShadingNames
 
+const char* shadingLights()
+{
+    return lightFunctions;
+}
+
+const char* phongSum()
+{
+    return phongLight;
+}
+
 std::vector<osg::SHLProgram::Source> shadingText(const ShadingPlan& plan)
 {
     return {{osg::SHLProgram::VERTEX, vertexText(plan)},

@@ -41,6 +41,12 @@ ORVANE_API extern const char* const normalScale;
 ORVANE_API extern const char* const occlusionStrength;
 } // namespace ShadingNames
 
+/// What programs share that compute light at an `eyePlace`, in GLSL 1.20: `unit`, `reach` and `inFog`.
+ORVANE_API const char* shadingLights();
+/// The lines of a function that gather the light of all sources in `sum` and `highlights`, from `normal`,
+/// `look`, `diffuse`, `ambient`, `specular`, `emission` and `shininess`.
+ORVANE_API const char* phongSum();
+
 /// The texts of a program, in GLSL 1.20, that computes the light of each pixel.
 ORVANE_API std::vector<osg::SHLProgram::Source> shadingText(const ShadingPlan& plan);
 

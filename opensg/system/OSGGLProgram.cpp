@@ -1,5 +1,7 @@
 #include "OSGGLProgram.h"
 
+#include "OSGSceneDepth.h"
+
 #include <OpenSG/OSGLog.h>
 #include <OpenSG/OSGRenderActionBase.h>
 
@@ -147,6 +149,10 @@ void GLProgram::findVariables()
     _surroundingPlaces.fogKind = glGetUniformLocation(_name, "osg_FogKind");
     _surroundingPlaces.projected = glGetUniformLocation(_name, "osg_Projected");
     _surroundingPlaces.projection = glGetUniformLocation(_name, "osg_Projection");
+    _surroundingPlaces.planeCount = glGetUniformLocation(_name, "osg_PlaneCount");
+    _surroundingPlaces.planes = glGetUniformLocation(_name, "osg_Planes");
+    _surroundingPlaces.depth = glGetUniformLocation(_name, "osg_Depth");
+    _surroundingPlaces.depthPart = glGetUniformLocation(_name, "osg_DepthPart");
     _surroundingPlaces.turnToWorld = glGetUniformLocation(_name, "osg_TurnToWorld");
     for (GLint i = 0; i < count; ++i) {
         GLsizei length = 0;
@@ -177,6 +183,8 @@ void GLProgram::use(const SHLChunk& chunk, RenderActionBase& action, const GLLim
     _sentStamp = chunk._stamp;
     sendSamplers(chunk, action, limits);
     sendSurroundings(action, limits);
+    if (_surroundingPlaces.depth >= 0)
+        sendDepth(action, limits);
 }
 
 Int32 GLProgram::getAttributePlace(const std::string& name) const
@@ -194,6 +202,8 @@ void GLProgram::sendSurroundings(RenderActionBase& action, const GLLimits& limit
     glUniform1i(_surroundingPlaces.lightCount, surroundings.lightCount);
     glUniform4fv(_surroundingPlaces.lightShape, Surroundings::MostLights, surroundings.lights);
     glUniform1i(_surroundingPlaces.fogKind, surroundings.fogKind);
+    glUniform1i(_surroundingPlaces.planeCount, surroundings.planeCount);
+    glUniform4fv(_surroundingPlaces.planes, Surroundings::MostPlanes, surroundings.planes);
     if (_surroundingPlaces.projected >= 0) {
         // The last unit is the last one that a program gets for textures of its own.
         const Int32 unit = limits.imageUnits - 1;
@@ -203,6 +213,18 @@ void GLProgram::sendSurroundings(RenderActionBase& action, const GLLimits& limit
         glUniformMatrix4fv(_surroundingPlaces.projection, 1, GL_FALSE, surroundings.projection);
     }
     glUniformMatrix3fv(_surroundingPlaces.turnToWorld, 1, GL_FALSE, surroundings.turnToWorld);
+}
+
+// Other programs may have used the unit since: it is filled at each use.
+void GLProgram::sendDepth(RenderActionBase& action, const GLLimits& limits) const
+{
+    const Surroundings* surroundings = action.getSurroundings();
+    const Int32 unit = limits.imageUnits - 2;
+    const bool isKnown = unit >= limits.textureUnits && surroundings && surroundings->depth &&
+                         surroundings->depth->bind(action, static_cast<UInt32>(unit));
+    glUniform1i(_surroundingPlaces.depth, isKnown ? unit : 0);
+    const Real32 none[4] = {};
+    glUniform4fv(_surroundingPlaces.depthPart, 1, isKnown ? surroundings->depth->getPart() : none);
 }
 
 void GLProgram::sendValues(const SHLChunk& chunk)
@@ -287,7 +309,8 @@ void GLProgram::sendIntegers(Variable& variable, const std::vector<Int32>& value
 void GLProgram::sendSamplers(const SHLChunk& chunk, RenderActionBase& action, const GLLimits& limits)
 {
     Int32 unit = limits.textureUnits;
-    Int32 last = limits.imageUnits - 1;
+    // The last two units are those of what is thrown and of depth.
+    Int32 last = limits.imageUnits - (_surroundingPlaces.depth >= 0 ? 3 : 1);
     std::vector<std::pair<UInt32, Int32>> emptyUnits{{GL_SAMPLER_2D, 0}};
     const auto emptyUnit = [&](UInt32 type) {
         const auto found = std::find_if(emptyUnits.begin(), emptyUnits.end(),

@@ -35,6 +35,10 @@ private:
         Int32 turnToWorld = -1;
         Int32 projected = -1;
         Int32 projection = -1;
+        Int32 planeCount = -1;
+        Int32 planes = -1;
+        Int32 depth = -1;
+        Int32 depthPart = -1;
     };
 
     struct Variable
@@ -48,6 +52,7 @@ private:
     bool link(std::string& log);
     void findVariables();
     void sendValues(const SHLChunk& chunk);
+    void sendDepth(RenderActionBase& action, const GLLimits& limits) const;
     void sendSamplers(const SHLChunk& chunk, RenderActionBase& action, const GLLimits& limits);
     static void sendReals(Variable& variable, const SHLChunk::Value& value);
     static void sendIntegers(Variable& variable, const std::vector<Int32>& values, UInt32 components);

@@ -25,7 +25,7 @@ const Real32 cornerSize = 3;
 const UInt32 noLight = DrawList::none;
 const Real32 projectorKind = 5; // of Light::getShape
 /// Planes that every GL has.
-const std::size_t mostPlanes = 6;
+const std::size_t mostPlanes = Surroundings::MostPlanes;
 const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
 const UInt16 programPlace = StateChunk::PROGRAM * StateChunk::MaxSlots;
 
@@ -64,6 +64,9 @@ void Painter::draw(DrawList& list, const FrustumVolume* frustum, RenderAction& a
     if (!list.getTransparent().empty()) {
         clearState();
         action._transparentPass = true;
+        _depth.begin();
+        _surroundings.depth = &_depth;
+        _surroundings.renew();
         glDepthMask(action.getZWriteTrans());
         drawItems(list.getTransparent(), frustum);
         glDepthMask(GL_TRUE);
@@ -202,6 +205,9 @@ void Painter::setPlanes(const std::vector<UInt32>& planes)
     if (planes == _planes)
         return;
     _planes = planes;
+    _surroundings.planeCount = static_cast<Int32>(osgMin(planes.size(), mostPlanes));
+    std::fill_n(_surroundings.planes, 4 * mostPlanes, 0.f);
+    _surroundings.renew();
     for (std::size_t i = 0; i < mostPlanes; ++i) {
         const DrawList::PlacedPlane* placed = i < planes.size() ? &_list->getPlane(planes[i]) : nullptr;
         if (!placed || !placed->plane->getOn()) {
@@ -211,6 +217,9 @@ void Painter::setPlanes(const std::vector<UInt32>& planes)
         Matrix toEye = _action->getViewing();
         toEye.mult(placed->toWorld);
         placed->plane->activate(static_cast<UInt32>(i), toEye);
+        GLdouble atEye[4] = {};
+        glGetClipPlane(GL_CLIP_PLANE0 + static_cast<GLenum>(i), atEye);
+        std::copy_n(atEye, 4, _surroundings.planes + 4 * i);
         glEnable(GL_CLIP_PLANE0 + static_cast<GLenum>(i));
     }
 }

@@ -2,6 +2,7 @@
 
 #include "OSGDrawList.h"
 #include "OSGGLGeometry.h"
+#include "OSGSceneDepth.h"
 #include "OSGSurroundings.h"
 
 namespace osg {
@@ -66,6 +67,7 @@ private:
     UInt32 _attributes = 0; ///< arrays that are on for programs, a bit each
     UInt32 _frontFace = 0;
     Surroundings _surroundings;
+    SceneDepth _depth;
 };
 
 } // namespace osg

@@ -4,14 +4,17 @@
 
 namespace osg {
 
+class SceneDepth;
 class TextureChunk;
 
 /// What acts on the shapes that are being drawn, for programs, beside what they find in their built-in
 /// variables. A program that declares the uniforms `osg_LightCount`, `osg_LightShape[8]`, `osg_FogKind`,
-/// `osg_TurnToWorld`, `osg_Projected` or `osg_Projection` gets it.
+/// `osg_TurnToWorld`, `osg_Projected`, `osg_Projection`, `osg_PlaneCount`, `osg_Planes[6]`, `osg_Depth` or
+/// `osg_DepthPart` gets it.
 struct Surroundings
 {
     static constexpr UInt32 MostLights = 8;
+    static constexpr UInt32 MostPlanes = 6;
 
     /// Changes with the values; no two states ever have the same.
     UInt64 stamp = 0;
@@ -28,6 +31,13 @@ struct Surroundings
     /// What the projector among the lights throws, and where its picture lies, from the camera's system.
     TextureChunk* projected = nullptr;
     Real32 projection[16] = {};
+
+    /// The planes that cut what is drawn, in the camera's system; zeros for one that is off.
+    Int32 planeCount = 0;
+    Real32 planes[4 * MostPlanes] = {};
+
+    /// How far what is opaque is from the viewer, while what is transparent is drawn; null before.
+    SceneDepth* depth = nullptr;
 
     /// Gives the state a stamp of its own.
     void renew();

@@ -86,10 +86,10 @@ void tst_NodeTable::tableIsThatOfTheRuntime()
 
 void tst_NodeTable::keptTypeIsToldOnce()
 {
-    CoreScene scene(
-        "VolumeData { } Group { children [ VolumeData { } VolumeData { } ] } DISEntityManager { }");
+    CoreScene scene("PackagedShader { } Group { children [ PackagedShader { } PackagedShader { } ] } "
+                    "DISEntityManager { }");
     const QStringList expected = {
-        QStringLiteral("VolumeData: nodes of this type are kept and not drawn"),
+        QStringLiteral("PackagedShader: nodes of this type are kept and not drawn"),
         QStringLiteral("DISEntityManager: nodes of this type are kept and do nothing")};
     QCOMPARE(messagesOf(*scene.context), expected);
 }
@@ -103,7 +103,8 @@ void tst_NodeTable::informationIsNotTold()
 void tst_NodeTable::eachSceneIsToldAnew()
 {
     CoreScene scene("");
-    const std::string text = "#X3D V4.0 utf8\nVolumeData { }\n";
+    const std::string text =
+        "#X3D V4.0 utf8\nShape { appearance Appearance { shaders PackagedShader { } } }\n";
     for (int i = 0; i < 2; ++i) {
         QVERIFY(scene.context->load("table.x3dv", text, Context::REPLACE_LT, std::string()));
         QCOMPARE(messagesOf(*scene.context).size(), 1);
