@@ -284,10 +284,12 @@ void tst_Volumes::boxIsHit()
     const CoreScene scene(volume(Solid).c_str());
     std::vector<Node*> nodes;
     osg::Pnt3f point;
-    QVERIFY(scene.proc().pick(osg::Line(osg::Pnt3f(1, 1, 10), osg::Vec3f(0, 0, -1)), nodes, &point));
+    QVERIFY(scene.proc().pick(osg::Line(osg::Pnt3f(1, 1, 10), osg::Vec3f(0, 0, -1)), nodes, &point, nullptr,
+                              nullptr, nullptr, nullptr));
     QCOMPARE(nodes.back(), &scene.node("V"));
     QVERIFY(point.dist(osg::Pnt3f(1, 1, 2)) < 1e-4F);
-    QVERIFY(!scene.proc().pick(osg::Line(osg::Pnt3f(3, 1, 10), osg::Vec3f(0, 0, -1)), nodes, &point));
+    QVERIFY(!scene.proc().pick(osg::Line(osg::Pnt3f(3, 1, 10), osg::Vec3f(0, 0, -1)), nodes, &point, nullptr,
+                               nullptr, nullptr, nullptr));
 }
 
 void tst_Volumes::equalVolumesShareTheirProgram()
