@@ -2,6 +2,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <limits>
+#include <locale.h>
 #include <type_traits>
 
 namespace Orvane::text {
@@ -28,6 +29,13 @@ bool isWord(std::string_view word, std::string_view wanted)
     return true;
 }
 
+/// Infinity or nothing, or a number that only a wider type holds. The program's own locale may write points as commas.
+double beyondRange(const std::string& number)
+{
+    static const locale_t classic = newlocale(LC_NUMERIC_MASK, "C", nullptr);
+    return strtod_l(number.c_str(), nullptr, classic);
+}
+
 /// Number behind its sign; \a text is what is left of the reader. Null when there is none.
 template <class N>
 const char* parseReal(std::string_view text, N& value)
@@ -38,7 +46,7 @@ const char* parseReal(std::string_view text, N& value)
         ++begin;
     const std::from_chars_result result = std::from_chars(begin, end, value);
     if (result.ec == std::errc::result_out_of_range)
-        value = static_cast<N>(std::strtod(std::string(begin, result.ptr).c_str(), nullptr));
+        value = static_cast<N>(beyondRange(std::string(begin, result.ptr)));
     return result.ec == std::errc::invalid_argument ? nullptr : result.ptr;
 }
 

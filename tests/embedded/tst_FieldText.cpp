@@ -6,6 +6,7 @@
 #include <Orvane/SFFloat.h>
 #include <Orvane/SFNode.h>
 #include <QtTest>
+#include <clocale>
 #include <cmath>
 #include <cstring>
 
@@ -43,6 +44,7 @@ private slots:
     void refuses();
     void refusedTextLeavesTheValueAndLogsOneLine();
     void everyFloatComesBack();
+    void numbersKeepTheirPointInAnyLocale();
     void nodeNames();
     void defaultsOfTheCatalogueAllParse();
 };
@@ -272,6 +274,36 @@ void tst_FieldText::everyFloatComesBack()
     value.setValue(0.0, -0.0F, Field::LOADER_CT);
     value.setValueByStr(0.0, value.valueToString().c_str());
     QVERIFY(std::signbit(value.value()));
+}
+
+/// A host that draws with Qt runs in the locale of its user.
+void tst_FieldText::numbersKeepTheirPointInAnyLocale()
+{
+    const QTemporaryDir folder;
+    const QString german = folder.filePath(QStringLiteral("de_DE.UTF-8"));
+    if (QProcess::execute(QStringLiteral("localedef"),
+                          {QStringLiteral("-i"), QStringLiteral("de_DE"), QStringLiteral("-f"),
+                           QStringLiteral("UTF-8"), german}) != 0)
+        QSKIP("no locale can be made here");
+    qputenv("LOCPATH", folder.path().toLocal8Bit());
+    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+    if (!std::setlocale(LC_NUMERIC, "de_DE.UTF-8"))
+        QSKIP("the locale that was made is not found");
+    const auto restore = qScopeGuard([&] {
+        std::setlocale(LC_NUMERIC, before.c_str());
+        qunsetenv("LOCPATH");
+    });
+    QCOMPARE(std::localeconv()->decimal_point, ",");
+
+    const LooseField single(SFFLOAT_DT);
+    const LooseField twice(SFDOUBLE_DT);
+    std::string error;
+    QVERIFY(single.field->parseValue("2.5e-60", error));
+    QCOMPARE(single.field->valueToString(), std::string("0"));
+    QVERIFY(single.field->parseValue("-2.5", error));
+    QCOMPARE(single.field->valueToString(), std::string("-2.5"));
+    QVERIFY(twice.field->parseValue("-2.5e400", error));
+    QCOMPARE(twice.field->valueToString(), std::string("-inf"));
 }
 
 void tst_FieldText::nodeNames()
