@@ -29,7 +29,8 @@ bool isWord(std::string_view word, std::string_view wanted)
     return true;
 }
 
-/// Infinity or nothing, or a number that only a wider type holds. The program's own locale may write points as commas.
+/// Infinity or nothing, or a number that only a wider type holds. The program's own locale may write points
+/// as commas.
 double beyondRange(const std::string& number)
 {
     static const locale_t classic = newlocale(LC_NUMERIC_MASK, "C", nullptr);

@@ -58,13 +58,21 @@ private:
 
 void write(std::string& text, bool value);
 void write(std::string& text, int value);
-void write(std::string& text, float value);
-void write(std::string& text, double value);
+ORVANE_API void write(std::string& text, float value);
+ORVANE_API void write(std::string& text, double value);
 /// In quotes, as a list has its texts.
 void write(std::string& text, const std::string& value);
 
 bool read(Reader& reader, Image& value);
 void write(std::string& text, const Image& value);
+/// A number for a message, as scenes write it.
+template <class N>
+std::string written(N number)
+{
+    std::string text;
+    write(text, number);
+    return text;
+}
 /// Same form and pixels.
 bool isSame(const Image& a, const Image& b);
 

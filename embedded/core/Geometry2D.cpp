@@ -1,4 +1,5 @@
 #include "base/ValueFields.h"
+#include "base/ValueText.h"
 #include "core/GeometryProc.h"
 #include "core/Part.h"
 #include <Orvane/MFVec2f.h>
@@ -38,7 +39,7 @@ protected:
         const float value = number(part);
         if (isDrawable(value) && value >= 0.0F)
             return value;
-        complain(name, "expected a finite size of 0 or more, found " + std::to_string(value));
+        complain(name, "expected a finite size of 0 or more, found " + text::written(value));
         return 0.0F;
     }
 
@@ -95,8 +96,8 @@ protected:
         const double start = number(startAngle);
         const double end = number(endAngle);
         if (!std::isfinite(start) || !std::isfinite(end)) {
-            complain(nullptr, "expected finite angles, found " + std::to_string(start) + " and " +
-                                  std::to_string(end));
+            complain(nullptr,
+                     "expected finite angles, found " + text::written(start) + " and " + text::written(end));
             return {};
         }
         double sweep = std::fmod(end - start, FullTurn);
@@ -284,7 +285,7 @@ protected:
         for (osg::UInt32 i = 0; i < 2; ++i) {
             if (!Orvane::isDrawable(half[i]) || half[i] < 0.0F) {
                 complain("size",
-                         "expected a finite size of 0 or more, found " + std::to_string(2.0F * half[i]));
+                         "expected a finite size of 0 or more, found " + text::written(2.0F * half[i]));
                 half[i] = 0.0F;
             }
         }

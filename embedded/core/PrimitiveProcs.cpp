@@ -1,4 +1,5 @@
 #include "base/ValueFields.h"
+#include "base/ValueText.h"
 #include "core/GeometryProc.h"
 #include "core/Part.h"
 #include "core/PrimitiveMesh.h"
@@ -92,7 +93,7 @@ public:
         SolidKey wanted = key();
         for (float& size : wanted.sizes) {
             if (!isDrawable(size) || size < 0.0F) {
-                complain(nullptr, "expected a finite size of 0 or more, found " + std::to_string(size) +
+                complain(nullptr, "expected a finite size of 0 or more, found " + text::written(size) +
                                       "; it counts as 0");
                 size = 0.0F;
             }

@@ -12,7 +12,7 @@
 #include <Orvane/Node.h>
 #include <Orvane/NodePartDesc.h>
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 #include <cstdlib>
 
 namespace Orvane {
@@ -176,8 +176,7 @@ duk_ret_t describeSafely(duk_context* engine, void* data)
 std::string rounded(double seconds)
 {
     char text[32];
-    std::snprintf(text, sizeof text, "%g", seconds);
-    return text;
+    return {text, std::to_chars(text, text + sizeof text, seconds, std::chars_format::general, 6).ptr};
 }
 
 } // namespace

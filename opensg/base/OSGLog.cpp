@@ -8,12 +8,30 @@
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
+#include <locale.h>
 
 namespace osg {
 
 namespace {
 
 const Char8* const levelNames[] = {"LOG", "FATAL", "WARNING", "NOTICE", "INFO", "DEBUG"};
+
+/// Numbers are logged with a point, whatever the locale of the program's user.
+class PlainNumbers
+{
+public:
+    PlainNumbers()
+    {
+        static const locale_t plain = newlocale(LC_NUMERIC_MASK, "C", nullptr);
+        _before = uselocale(plain);
+    }
+    PlainNumbers(const PlainNumbers&) = delete;
+    PlainNumbers& operator=(const PlainNumbers&) = delete;
+    ~PlainNumbers() { uselocale(_before); }
+
+private:
+    locale_t _before;
+};
 
 LogLevel clampLevel(LogLevel level)
 {
@@ -235,6 +253,7 @@ void Log::doLog(const Char8* format, ...)
 {
     if (!format)
         return;
+    const PlainNumbers plainNumbers;
     Char8 shortText[1024];
     va_list arguments;
     va_start(arguments, format);

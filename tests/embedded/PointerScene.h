@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Numbers.h"
 #include "WindowEvents.h"
 #include "base/Graph.h"
 #include <OpenSG/OSGPassiveWindow.h>
@@ -84,18 +85,7 @@ public:
     }
     std::string get(const std::string& path) const { return field(path).valueToString(); }
     /// The numbers of a field.
-    std::vector<double> numbers(const std::string& path) const
-    {
-        std::vector<double> result;
-        const std::string text = get(path);
-        const char* next = text.c_str();
-        for (char* end = nullptr;; next = end) {
-            const double number = std::strtod(next, &end);
-            if (end == next)
-                return result;
-            result.push_back(number);
-        }
-    }
+    std::vector<double> numbers(const std::string& path) const { return numbersIn(get(path)); }
     void set(const std::string& path, const char* value) const { field(path).setValueByStr(0.0, value); }
 
     /// A frame, a tenth of a second later.

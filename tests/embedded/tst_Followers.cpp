@@ -1,4 +1,5 @@
 #include "CoreScene.h"
+#include "Numbers.h"
 #include <Orvane/SFFloat.h>
 #include <QtTest>
 #include <cmath>
@@ -31,7 +32,7 @@ namespace {
 
 float number(const CoreScene& scene, const char* field = "value_changed")
 {
-    return std::stof(scene.get("F", field));
+    return static_cast<float>(numbersIn(scene.get("F", field)).at(0));
 }
 
 bool isActive(const CoreScene& scene)

@@ -1,3 +1,4 @@
+#include "Numbers.h"
 #include "RigidScene.h"
 #include <Orvane/MFNode.h>
 #include <Orvane/SFNode.h>
@@ -130,7 +131,7 @@ void tst_RigidCollisions::stackComesToRest()
     for (int i = 0; i < 5; ++i) {
         const std::string number = std::to_string(i);
         shapes += shape("S" + number, "Box { size 1 1 1 }");
-        bodies += "DEF B" + number + " RigidBody { position 0 " + std::to_string(0.55 + 1.05 * i) +
+        bodies += "DEF B" + number + " RigidBody { position 0 " + textOf(0.55 + 1.05 * i) +
                   " 0 massDensityModel Box { size 1 1 1 } geometry USE S" + number + " } ";
     }
     RigidScene scene(

@@ -1,3 +1,4 @@
+#include "Numbers.h"
 #include "RigidScene.h"
 #include <Orvane/MFNode.h>
 
@@ -41,7 +42,7 @@ void tst_RigidJoints::pendulumSwingsInItsPeriod()
 {
     // A point mass on a hinge, 1 m below it, let go at a small angle.
     const double angle = 0.1;
-    const std::string place = std::to_string(std::sin(angle)) + " " + std::to_string(-std::cos(angle)) + " 0";
+    const std::string place = textOf(std::sin(angle)) + " " + textOf(-std::cos(angle)) + " 0";
     RigidScene scene(
         joined("DEF J SingleAxisHingeJoint { axis 0 0 1 body1 USE B forceOutput \"ALL\" }",
                ("DEF B RigidBody { inertia 0.001 0 0 0 0.001 0 0 0 0.001 position " + place + " }").c_str(),

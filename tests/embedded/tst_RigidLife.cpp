@@ -1,3 +1,4 @@
+#include "Numbers.h"
 #include "RigidScene.h"
 #include <Orvane/MFNode.h>
 #include <Orvane/SFNode.h>
@@ -322,9 +323,7 @@ void tst_RigidLife::randomScenesStaySound()
         std::string shapes =
             "CollidableShape { translation 0 -1 0 shape Shape { geometry Box { size 30 1 30 } } }";
         std::string bodies;
-        const auto place = [&chance] {
-            return std::to_string(static_cast<int>(chance() % 300) / 100.0 - 1.5);
-        };
+        const auto place = [&chance] { return textOf(static_cast<int>(chance() % 300) / 100.0 - 1.5); };
         for (int i = 0; i < 24; ++i) {
             const std::string number = std::to_string(i);
             shapes += " DEF S" + number + " CollidableShape { shape Shape { geometry " +

@@ -1,6 +1,6 @@
 #include "CoreScene.h"
+#include "Numbers.h"
 #include <QtTest>
-#include <sstream>
 
 class tst_SplineInterpolators : public QObject
 {
@@ -18,19 +18,10 @@ private slots:
 
 namespace {
 
-std::vector<float> numbers(const std::string& text)
-{
-    std::istringstream stream(text);
-    std::vector<float> result;
-    for (float value = 0.0F; stream >> value;)
-        result.push_back(value);
-    return result;
-}
-
 void compareNumbers(const std::string& actual, const char* expected)
 {
-    const std::vector<float> a = numbers(actual);
-    const std::vector<float> e = numbers(expected);
+    const std::vector<double> a = numbersIn(actual);
+    const std::vector<double> e = numbersIn(expected);
     QCOMPARE(a.size(), e.size());
     for (std::size_t i = 0; i < a.size(); ++i)
         QVERIFY2(std::abs(a[i] - e[i]) < 1e-4F, actual.c_str());
@@ -97,7 +88,7 @@ void tst_SplineInterpolators::wayHasNoJoltAtAKey()
     CoreScene scene("DEF I SplineScalarInterpolator { key [ 0 1 4 ] keyValue [ 0 2 8 ] }");
     const auto valueAt = [&scene](const char* fraction) {
         scene.set("I", "set_fraction", fraction);
-        return std::stof(scene.get("I", "value_changed"));
+        return static_cast<float>(numbersIn(scene.get("I", "value_changed")).at(0));
     };
     const float before = (valueAt("1") - valueAt("0.99")) / 0.01F;
     const float after = (valueAt("1.01") - valueAt("1")) / 0.01F;
@@ -112,9 +103,9 @@ void tst_SplineInterpolators::rotationsPassThroughTheirKeys()
     scene.set("I", "set_fraction", "1");
     compareNumbers(scene.get("I", "value_changed"), "1 0 0 1");
     scene.set("I", "set_fraction", "0.999999");
-    const std::vector<float> near = numbers(scene.get("I", "value_changed"));
+    const std::vector<double> near = numbersIn(scene.get("I", "value_changed"));
     QCOMPARE(near.size(), std::size_t(4));
-    QVERIFY(std::abs(near[0] - 1.0F) < 1e-3F && std::abs(near[3] - 1.0F) < 1e-3F);
+    QVERIFY(std::abs(near[0] - 1.0) < 1e-3 && std::abs(near[3] - 1.0) < 1e-3);
 }
 
 void tst_SplineInterpolators::rotationsTurnEvenlyRoundOneAxis()

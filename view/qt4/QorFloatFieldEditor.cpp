@@ -36,6 +36,7 @@ QorFloatFieldEditor::QorFloatFieldEditor(QWidget* parent)
     _layout->setContentsMargins(0, 0, 0, 0);
     _layout->setSpacing(0);
     _layout->addWidget(_spinBox, 3);
+    keepPlainNumbers(_spinBox);
     connect(_spinBox, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
             &QorFloatFieldEditor::onValueChanged);
 }

@@ -40,6 +40,7 @@ QorInt32FieldEditor::QorInt32FieldEditor(QWidget* parent)
     _layout->setContentsMargins(0, 0, 0, 0);
     _layout->setSpacing(0);
     _layout->addWidget(_spinBox, 3);
+    keepPlainNumbers(_spinBox);
     connect(_spinBox, QOverload<int>::of(&QSpinBox::valueChanged), this,
             &QorInt32FieldEditor::onValueChanged);
 }

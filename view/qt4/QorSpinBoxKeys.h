@@ -10,4 +10,8 @@ namespace Orvane::Qt4 {
 /// again.
 bool passKeyToSpinBox(QEvent* event, QAbstractSpinBox* spinBox);
 
+/// Numbers are shown and typed with a point in every locale, as the cells and the scene files write them;
+/// where the user's locale parts thousands by points, 4.25 would otherwise become 425.
+void keepPlainNumbers(QAbstractSpinBox* spinBox);
+
 } // namespace Orvane::Qt4
