@@ -5,7 +5,12 @@ install(TARGETS orvaneRuntime orvaneEmbedded EXPORT OrvaneTargets)
 install(DIRECTORY opensg/OpenSG DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY runtime/Orvane runtime/Relayne runtime/SAI DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
     FILES_MATCHING PATTERN "*.h")
-install(DIRECTORY view/qt4/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvaneViewQt4 FILES_MATCHING PATTERN "*.h")
+# Helpers of the library's own sources, which no other header includes, stay here.
+set(private_headers QorCodePatterns.h QorEditedValue.h QorGraphLabel.h QorMFieldEdit.h QorPixels.h QorPlaceSearch.h
+    QorSmoothNormal.h QorSpinBoxKeys.h QorTypeFilter.h)
+list(TRANSFORM private_headers REPLACE "(.+)" "PATTERN;\\1;EXCLUDE")
+install(DIRECTORY view/qt4/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvaneViewQt4 FILES_MATCHING
+    PATTERN icons EXCLUDE ${private_headers} PATTERN "*.h")
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/OrvaneViewQt4)
 configure_package_config_file(cmake/OrvaneViewQt4Config.cmake.in OrvaneViewQt4Config.cmake
@@ -26,6 +31,18 @@ foreach(name orvaneViewQt4 orvaneEmbedded)
     install(FILES "${PROJECT_BINARY_DIR}/${name}.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endforeach()
 
-install(FILES cmake/orvane-workbench.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+# What desktops look for.
+install(FILES cmake/desktop/orvane-workbench.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES cmake/desktop/orvane-workbench.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
+install(FILES cmake/desktop/orvane-view-qt4.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages)
+
+# What people read.
+install(FILES docs/man/orvane-workbench.1 docs/man/orvane-inspect.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY examples/scenes DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# All that is installed, without examples and tests.
+add_custom_target(installed DEPENDS orvane-workbench orvane-inspect)
+if(TARGET orvaneDesigner)
+    add_dependencies(installed orvaneDesigner)
+endif()

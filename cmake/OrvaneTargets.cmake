@@ -33,8 +33,9 @@ endif()
 function(orvane_library target)
     cmake_parse_arguments(ARG "NO_INSTALL" "ALIAS" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
     add_library(${target} SHARED ${ARG_SOURCES})
-    set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
-        INSTALL_RPATH "$ORIGIN")
+    # Before 1.0 each minor version may break what was built against the one before, as the package's version file says.
+    set_target_properties(${target} PROPERTIES VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR} INSTALL_RPATH "$ORIGIN")
     set(export_set OrvaneTargets)
     if(ARG_ALIAS)
         add_library(${ARG_ALIAS} ALIAS ${target})

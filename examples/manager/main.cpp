@@ -3,7 +3,6 @@
 //   example-manager SCENE [--frames N]     with --frames it ends after N frames
 
 #include <QApplication>
-#include <QTimer>
 #include <QorViewManager.h>
 #include <cstdio>
 

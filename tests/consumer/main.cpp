@@ -1,8 +1,11 @@
 #include <OpenSG/OSGImage.h>
 #include <Orvane/Context.h>
 #include <QApplication>
+#include <QorVersion.h>
 #include <QorViewManager.h>
 #include <cstdio>
+
+static_assert(QOR_VERSION >= QOR_VERSION_CHECK(0, 1, 0) && sizeof(QOR_VERSION_STR) > 1);
 
 int main(int argc, char** argv)
 {

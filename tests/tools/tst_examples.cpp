@@ -10,6 +10,7 @@ class tst_examples : public QObject
 private slots:
     void runs_data();
     void runs();
+    void ownRuntimeFollowsItsPlant();
     void missingSceneEndsWithAMessage_data();
     void missingSceneEndsWithAMessage();
     void staysBelowEightyLines();
@@ -43,6 +44,14 @@ void tst_examples::runs()
     QVERIFY2(!program.errors.contains(QStringLiteral("FATAL")), qPrintable(program.errors));
 }
 
+void tst_examples::ownRuntimeFollowsItsPlant()
+{
+    const Program program = Program::run(QStringLiteral("example-own-runtime"),
+                                         {QStringLiteral("--frames"), QStringLiteral("5")});
+    QVERIFY2(program.status == 0, qPrintable(program.errors));
+    QCOMPARE(program.output.trimmed(), QStringLiteral("22.5 degrees"));
+}
+
 void tst_examples::missingSceneEndsWithAMessage_data()
 {
     eachExample();
@@ -67,7 +76,7 @@ void tst_examples::staysBelowEightyLines()
         ++found;
         QVERIFY2(source.readAll().count('\n') < 80, qPrintable(name));
     }
-    QCOMPARE(found, 9);
+    QCOMPARE(found, 10);
 }
 
 QTEST_MAIN(tst_examples)

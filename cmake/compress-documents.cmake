@@ -1,0 +1,11 @@
+# Called by CPack before it packs: manual pages and changes as Debian wants them.
+file(GLOB_RECURSE files "${CPACK_TEMPORARY_DIRECTORY}/*")
+set(documents ${files})
+list(FILTER documents INCLUDE REGEX "/man/man1/[^/]*\\.1$")
+list(FILTER files INCLUDE REGEX "/doc/[^/]*/CHANGELOG\\.md$")
+foreach(file IN LISTS files)
+    get_filename_component(folder "${file}" DIRECTORY)
+    file(RENAME "${file}" "${folder}/changelog")
+    list(APPEND documents "${folder}/changelog")
+endforeach()
+execute_process(COMMAND gzip -9nf ${documents} COMMAND_ERROR_IS_FATAL ANY)
