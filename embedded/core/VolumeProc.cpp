@@ -107,7 +107,6 @@ void VolumeProc::hide()
 
 void VolumeProc::show(const osg::Vec3f& size, const VolumeText& text)
 {
-    const std::shared_ptr<ProgramRef> last = _program;
     _program = programOf(text.sources());
     _chunk->setProgram(_program->get());
     _chunk->setValues(text.values());

@@ -1,5 +1,10 @@
 #pragma once
 
+#include "CoreScene.h"
+#include "core/VolumeProc.h"
+#include <OpenSG/OSGChunkMaterial.h>
+#include <OpenSG/OSGMaterialGroup.h>
+#include <OpenSG/OSGSHLChunk.h>
 #include <string>
 
 // Texts of scenes with a volume V of 4 x 4 x 4 round the origin.
@@ -30,4 +35,12 @@ inline std::string volume(const std::string& voxels, const std::string& style = 
 {
     return "DEF V VolumeData { " + fields + " voxels " + voxels +
            (style.empty() ? std::string() : "renderStyle " + style) + "} ";
+}
+
+/// What draws the volume with a DEF name.
+inline osg::SHLProgramPtr volumeProgram(const CoreScene& scene, const char* name)
+{
+    const auto group = osg::MaterialGroupPtr::dcast(scene.procOf<Orvane::VolumeProc>(name).tree()->getCore());
+    const auto material = osg::ChunkMaterialPtr::dcast(group->getMaterial());
+    return osg::SHLChunkPtr::dcast(material->findChunk(osg::StateChunk::PROGRAM))->getProgram().get();
 }

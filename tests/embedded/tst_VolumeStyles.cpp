@@ -35,6 +35,8 @@ private slots:
     void styleFieldsAreFollowed();
     void deepStylesEnd();
     void projectionOfPartsIsReported();
+    void badValuesDoNoHarm_data();
+    void badValuesDoNoHarm();
 
 private:
     QColor middle(const std::string& text, bool headlight = true)
@@ -347,6 +349,43 @@ void tst_VolumeStyles::projectionOfPartsIsReported()
     const CoreScene scene(segmented("renderStyle [ ProjectionVolumeStyle { } ]").c_str());
     COMPARE_DRAWN(_drawing.at(scene, -1, 0), QColor(Qt::red));
     QCOMPARE(scene.messageCount(), std::size_t(1));
+}
+
+void tst_VolumeStyles::badValuesDoNoHarm_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    const auto row = [](const char* name, const std::string& text) {
+        QTest::newRow(name) << QByteArray::fromStdString(text);
+    };
+    row("boundary", volume(Wall, "BoundaryEnhancementVolumeStyle { retainedOpacity [ nan ] boundaryOpacity "
+                                 "[ inf ] opacityFactor [ -1e30 ] } "));
+    row("edges", volume(Wall, "EdgeEnhancementVolumeStyle { edgeColor [ nan inf -1 nan ] gradientThreshold "
+                              "[ inf ] } "));
+    row("silhouette", volume(Wall, "SilhouetteEnhancementVolumeStyle { silhouetteSharpness [ nan ] "
+                                   "silhouetteBoundaryOpacity [ -inf ] } "));
+    row("no steps", volume(Wall, "CartoonVolumeStyle { colorSteps -3 orthogonalColor [ nan 2 2 nan ] } "));
+    row("many steps", volume(Wall, "CartoonVolumeStyle { colorSteps 2147483647 } "));
+    row("threshold", volume(Wall, "ProjectionVolumeStyle { intensityThreshold [ nan ] } "));
+    row("weights",
+        volume(Wall, "BlendedVolumeStyle { weightConstant1 [ nan ] weightConstant2 [ inf ] voxels " + Solid +
+                         "} "));
+    row("no surface", surfaces(Rise, "surfaceValues [ nan inf ] surfaceTolerance [ nan ]"));
+    row("surfaces outside", surfaces(Rise, "surfaceValues [ -5 7 1e30 ]"));
+    row("endless contours", surfaces(Rise, "surfaceValues [ 0.5 ] contourStepSize 1e-30"));
+    row("no segments", segmented("renderStyle [ ] segmentEnabled [ ]"));
+    row("empty styles", volume(Wall, "ComposedVolumeStyle { renderStyle [ BlendedVolumeStyle { } "
+                                     "ComposedVolumeStyle { } OpacityMapVolumeStyle { transferFunction "
+                                     "PixelTexture { } } ShadedVolumeStyle { surfaceNormals PixelTexture3D "
+                                     "{ } } ] } "));
+}
+
+void tst_VolumeStyles::badValuesDoNoHarm()
+{
+    QFETCH(QByteArray, text);
+    const CoreScene scene(text.constData());
+    _drawing.draw(scene);
+    QCOMPARE(_drawing.error(), 0U);
+    QVERIFY(volumeProgram(scene, "V")->getStatus() == osg::SHLProgram::GOOD);
 }
 
 QTEST_MAIN(tst_VolumeStyles)

@@ -1,10 +1,7 @@
 #include "../opensg/LogCollector.h"
 #include "SceneDrawing.h"
 #include "VolumeScene.h"
-#include "core/VolumeProc.h"
-#include <OpenSG/OSGChunkMaterial.h>
-#include <OpenSG/OSGMaterialGroup.h>
-#include <OpenSG/OSGSHLChunk.h>
+#include <OpenSG/OSGOrthographicCamera.h>
 #include <QtTest>
 
 using namespace Orvane;
@@ -29,6 +26,8 @@ private slots:
     void invisibleVolumeIsNotDrawn();
     void opaqueShapesStopTheRay_data();
     void opaqueShapesStopTheRay();
+    void depthIsThatOfThePartOfTheWindow();
+    void camerasMayBeParallel();
     void cameraMayStandWithin();
     void planesCutTheRay();
     void fogLiesOverVolumes();
@@ -47,11 +46,16 @@ private:
 
 namespace {
 
-osg::SHLProgramPtr programOf(const CoreScene& scene, const char* name)
+/// Two layers of half opacity, with a blue wall between them to the right.
+const std::string Parted = "Transform { translation 1 0 0 children Shape { appearance Appearance { material "
+                           "UnlitMaterial { emissiveColor 0 0 1 } } geometry Rectangle2D { size 2 4 } } } " +
+                           volume(voxels("4 1 1 2", "0xFFFFFF80 0xFFFFFF80"));
+
+osg::NodePtr nodeOf(const CoreScene& scene)
 {
-    const auto group = osg::MaterialGroupPtr::dcast(scene.procOf<VolumeProc>(name).tree()->getCore());
-    const auto material = osg::ChunkMaterialPtr::dcast(group->getMaterial());
-    return osg::SHLChunkPtr::dcast(material->findChunk(osg::StateChunk::PROGRAM))->getProgram().get();
+    const osg::VisitSubTreePtr reference = osg::VisitSubTree::create();
+    reference->setSubTreeRoot(scene.proc().root());
+    return osg::makeNodeFor(osg::NodeCorePtr(reference));
 }
 
 } // namespace
@@ -194,6 +198,42 @@ void tst_Volumes::opaqueShapesStopTheRay()
     QCOMPARE(_drawing.error(), 0U);
 }
 
+void tst_Volumes::depthIsThatOfThePartOfTheWindow()
+{
+    const CoreScene scene(Parted.c_str());
+    const osg::RefPtr<osg::NodePtr> root(nodeOf(scene));
+    GLPicture picture;
+    picture.port->setSize(0.5F, 0.5F, 1, 1); // the right upper quarter
+    for (int i = 0; i < 2; ++i) {
+        const QImage image = picture.draw(root.get());
+        COMPARE_DRAWN(image.pixelColor(160, 50), QColor(128, 128, 255));
+        COMPARE_DRAWN(image.pixelColor(140, 50), QColor(191, 191, 191));
+    }
+    picture.port->setSize(0, 0, 1, 1);
+    const QImage image = picture.draw(root.get());
+    COMPARE_DRAWN(image.pixelColor(120, 100), QColor(128, 128, 255));
+    COMPARE_DRAWN(image.pixelColor(80, 100), QColor(191, 191, 191));
+}
+
+void tst_Volumes::camerasMayBeParallel()
+{
+    const CoreScene scene(Parted.c_str());
+    const osg::RefPtr<osg::NodePtr> root(nodeOf(scene));
+    GLPicture picture;
+    const osg::OrthographicCameraPtr camera = osg::OrthographicCamera::create();
+    camera->setVerticalSize(10);
+    camera->setNear(0.1F);
+    camera->setFar(100);
+    camera->setBeacon(picture.eye.get());
+    picture.port->setCamera(camera);
+    const QImage image = picture.draw(root.get());
+    COMPARE_DRAWN(image.pixelColor(102, 100), QColor(128, 128, 255));
+    COMPARE_DRAWN(image.pixelColor(98, 100), QColor(191, 191, 191));
+    // Rays do not fan out: the box is as large as its front.
+    COMPARE_DRAWN(image.pixelColor(61, 100), QColor(191, 191, 191));
+    COMPARE_DRAWN(image.pixelColor(58, 100), QColor(Qt::black));
+}
+
 void tst_Volumes::cameraMayStandWithin()
 {
     // The camera stands at z = 10: a half of the box is before it.
@@ -265,6 +305,15 @@ void tst_Volumes::badVolumesAreReported_data()
             .c_str());
     QTest::newRow("flat blend") << QByteArray(
         volume(Solid, "BlendedVolumeStyle { voxels PixelTexture3D { image [ 1 1 1 1 0 ] } } ").c_str());
+    QTest::newRow("weight without a table") << QByteArray(
+        volume(Solid, "BlendedVolumeStyle { weightFunction1 \"TABLE\" voxels " + Solid + "} ").c_str());
+    QTest::newRow("too many surfaces")
+        << QByteArray("IsoSurfaceVolumeData { surfaceValues [ 0.5 ] contourStepSize 0.001 voxels "
+                      "PixelTexture3D { image [ 1 "
+                      "1 1 2 0 255 ] } }");
+    QTest::newRow("flat segments") << QByteArray("SegmentedVolumeData { segmentIdentifiers PixelTexture3D { "
+                                                 "image [ 1 1 1 1 0 ] } voxels PixelTexture3D "
+                                                 "{ image [ 1 1 1 2 0 255 ] } }");
     QTest::newRow("shadows") << QByteArray(volume(Solid, "ShadedVolumeStyle { shadows TRUE } ").c_str());
     QTest::newRow("projection") << QByteArray(
         volume(Solid, "ProjectionVolumeStyle { type \"SUM\" } ").c_str());
@@ -297,15 +346,15 @@ void tst_Volumes::equalVolumesShareTheirProgram()
     const CoreScene scene((volume(Solid) + "DEF W VolumeData { voxels " + Halves +
                            "} DEF X VolumeData { voxels PixelTexture3D { image [ 4 1 1 2 0 0 ] } }")
                               .c_str());
-    QVERIFY(programOf(scene, "V") == programOf(scene, "X"));
-    QVERIFY(programOf(scene, "V") != programOf(scene, "W"));
+    QVERIFY(volumeProgram(scene, "V") == volumeProgram(scene, "X"));
+    QVERIFY(volumeProgram(scene, "V") != volumeProgram(scene, "W"));
 }
 
 void tst_Volumes::nothingStandsInForAFaultyProgram()
 {
     const CoreScene scene(volume(Solid).c_str());
     LogCollector log(*osg::osgLogP);
-    programOf(scene, "V")->setSources({{osg::SHLProgram::FRAGMENT, "nonsense"}});
+    volumeProgram(scene, "V")->setSources({{osg::SHLProgram::FRAGMENT, "nonsense"}});
     COMPARE_DRAWN(_drawing.middleOf(scene), QColor(Qt::black));
     COMPARE_DRAWN(_drawing.middleOf(scene), QColor(Qt::black));
     QCOMPARE(QByteArray::fromStdString(log.take()).count("volumes are not drawn"), 1);
