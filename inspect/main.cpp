@@ -132,8 +132,8 @@ int main(int argc, char** argv)
         std::cerr << "orvane-inspect: " << line.fault << "\n" << usage;
         return 2;
     }
-    // What the log says of a load is what is printed below.
-    osg::osgLog().setLogLevel(osg::LOG_FATAL);
+    // What the log says of a scene, faults of its scripts too, is what is printed below.
+    osg::osgLog().setLogLevel(osg::LOG_LOG);
     Orvane::System::the().init(0, nullptr, 382);
     bool allOk = true;
     const char* divider = "[\n";

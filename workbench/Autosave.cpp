@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QUndoStack>
@@ -16,6 +17,11 @@
 namespace {
 
 const QString writersKey = QStringLiteral("unsaved"); ///< programs that have written copies, by file
+
+QString codeFileOf(const QString& file)
+{
+    return Autosave::copyOf(file) + QStringLiteral(".code");
+}
 
 } // namespace
 
@@ -75,21 +81,54 @@ QStringList Autosave::leftCopies()
     return left;
 }
 
-bool Autosave::write(Orvane::Context& scene, const QString& file)
+QByteArray Autosave::codeOf(const QString& file)
 {
-    if (_steps->isClean() || !_hasChanges)
-        return true;
-    if (!saveScene(scene, copyOf(file), {}).isWritten)
-        return false;
+    // More than any editor of text has held.
+    constexpr qint64 largest = qint64(256) << 20;
+    QFile code(codeFileOf(file));
+    return code.size() <= largest && code.open(QIODevice::ReadOnly) ? code.readAll() : QByteArray();
+}
+
+QString Autosave::writeCode(const QString& file, const QByteArray& code)
+{
+    const QString name = codeFileOf(file);
+    if (code.isEmpty()) {
+        QFile::remove(name);
+        return {};
+    }
+    QSaveFile target(name);
+    const bool ok = target.open(QIODevice::WriteOnly) && target.write(code) == code.size() && target.commit();
+    return ok ? QString() : tr("%1 cannot be written: %2").arg(name, target.errorString());
+}
+
+QString Autosave::write(Orvane::Context& scene, const QString& file, const QByteArray& code)
+{
+    if (_steps->isClean() && code.isEmpty()) {
+        if (_hasCopy)
+            drop(file);
+        return {};
+    }
+    if (!_hasChanges && _hasCopy && code == _code)
+        return {};
+    const QString fault = writeCode(file, code);
+    if (!fault.isEmpty())
+        return fault;
+    const SavedScene saved = saveElsewhere(scene, {copyOf(file), {}}, Addresses::Rewritten);
+    if (!saved.isWritten)
+        return saved.told;
     _hasChanges = false;
+    _hasCopy = true;
+    _code = code;
     note(file, true);
-    return true;
+    return {};
 }
 
 void Autosave::drop(const QString& file)
 {
     QFile::remove(copyOf(file));
+    QFile::remove(codeFileOf(file));
     note(file, false);
     // The scene may stay all the same.
     _hasChanges = !_steps->isClean();
+    _hasCopy = false;
 }

@@ -4,7 +4,9 @@
 #include "CodeAddress.h"
 #include "CodeNodes.h"
 #include "FieldCommands.h"
+#include "FileDrops.h"
 #include "GraphReach.h"
+#include "KeptCode.h"
 #include "RecordingDelegate.h"
 #include "Selection.h"
 #include "Steps.h"
@@ -184,6 +186,7 @@ void CodeDock::addPage(const CodeNodes& nodes)
     connect(widget, &QorCodeWidget::wantsDeleteField, this, &CodeDock::removeField);
     record(widget);
     colorCode(*widget);
+    connect(new FileDrops(editOf(widget)->viewport()), &FileDrops::dropped, this, &CodeDock::fileDropped);
     _pages.push_back({widget, nodes.code->ID(), nodes.fields->ID(), false});
     _stack->setCurrentIndex(_stack->addWidget(widget));
 }
@@ -293,6 +296,36 @@ QStringList CodeDock::unapplied() const
             names << fromRuntime(nodeName(node));
     }
     return names;
+}
+
+QByteArray CodeDock::keptCode() const
+{
+    std::vector<KeptCode> codes;
+    for (const Page& page : _pages) {
+        Orvane::Node* const node = Orvane::Node::findNode(page.codeId);
+        if (node && !page.isAway && page.widget->isModified())
+            codes.push_back({ScenePlace::of(Orvane::NodePath(node)), editOf(page.widget)->toPlainText()});
+    }
+    return KeptCode::toBytes(codes);
+}
+
+bool CodeDock::bringBack(Orvane::Node& root, const QByteArray& kept)
+{
+    bool ok = true;
+    for (const KeptCode& code : KeptCode::fromBytes(kept)) {
+        Orvane::Node* const node = code.place.find(root).node();
+        openNode(node);
+        if (!node || codeWidget()->codeNode() != node) {
+            QOR_LOG_LINE(osg::LOG_WARNING, module, "Code of a node that is not there, %s %s:\n%s\n",
+                         code.place.type.c_str(), code.place.name.c_str(), toRuntime(code.text).c_str());
+            ok = false;
+            continue;
+        }
+        QTextCursor cursor(editOf(codeWidget())->document());
+        cursor.select(QTextCursor::Document);
+        cursor.insertText(code.text);
+    }
+    return ok;
 }
 
 bool CodeDock::applyAll()

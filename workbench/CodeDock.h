@@ -43,6 +43,11 @@ public:
     QStringList unapplied() const;
     /// Applies all code that waits for it. False, and told, when a file of code cannot be written.
     bool applyAll();
+    /// The code that waits, in the form of `KeptCode`; empty for none.
+    QByteArray keptCode() const;
+    /// Shows code of that form, of nodes below \a root, as it waited, without applying it. False when a node
+    /// is no longer there: then the log has its code.
+    bool bringBack(Orvane::Node& root, const QByteArray& kept);
     /// Asks what is to become of code of a node, or of one below it, that was not applied. False when the
     /// node is to stay.
     bool mayLeave(Orvane::Node& node);
@@ -57,6 +62,8 @@ public slots:
 signals:
     /// Something to tell the user.
     void told(const QString& text);
+    /// A file was dropped on a text.
+    void fileDropped(const QString& file);
     /// What `unapplied()` says may have changed.
     void unappliedChanged();
 

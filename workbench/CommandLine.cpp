@@ -45,8 +45,8 @@ bool CommandLine::parse(const QStringList& arguments, QString& error)
                                        QStringLiteral("NAME"));
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")},
                                      QStringLiteral("Shows the version."));
-    const QCommandLineOption darkColours(QStringLiteral("dark"),
-                                         QStringLiteral("Shows light writing on a dark ground."));
+    const QCommandLineOption darkColours(
+        QStringLiteral("dark"), QStringLiteral("Shows light writing on a dark ground, in this run."));
     const QCommandLineOption allRoutes(QStringLiteral("routes"),
                                        QStringLiteral("Shows the routes of the scene in their panel."));
     parser.addOptions(

@@ -1,13 +1,17 @@
 #include "DocumentFile.h"
 
+#include "AddressCommand.h"
 #include "Autosave.h"
 #include "CodeDock.h"
 #include "LoadingDialog.h"
 #include "RecentFiles.h"
 #include "SceneMemory.h"
 #include "SceneSaving.h"
+#include "Steps.h"
 #include <OpenSG/OSGLog.h>
 #include <Orvane/Context.h>
+#include <Orvane/Scene.h>
+#include <Orvane/SceneMove.h>
 #include <QAction>
 #include <QApplication>
 #include <QDateTime>
@@ -19,7 +23,6 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScopedValueRollback>
-#include <QUndoStack>
 #include <QorFieldEditor.h>
 #include <QorFileDialog.h>
 #include <QorTools.h>
@@ -43,6 +46,11 @@ public:
     Waiting& operator=(const Waiting&) = delete;
 };
 
+void warn(const QString& text)
+{
+    FWARNING(("%s\n", Orvane::Qt4::toRuntime(text).c_str()));
+}
+
 /// Has values that are still being typed in the cells of a panel taken over, as Return does.
 void takeTypedValues(const QWidget& window)
 {
@@ -58,8 +66,7 @@ void takeTypedValues(const QWidget& window)
 
 } // namespace
 
-DocumentFile::DocumentFile(QorViewManager* manager, QUndoStack* steps, Selection* selection,
-                           QMainWindow* window)
+DocumentFile::DocumentFile(QorViewManager* manager, Steps* steps, Selection* selection, QMainWindow* window)
     : QObject(window)
     , _manager(manager)
     , _steps(steps)
@@ -215,7 +222,14 @@ bool DocumentFile::openCopy(const QString& copy, const QString& file)
     _steps->resetClean();
     if (!file.isEmpty())
         _recent->add(file);
-    emit told(tr("The changes are back. Save them to keep them."));
+    const QByteArray code = Autosave::codeOf(file);
+    Orvane::Node* const root = context()->findRoot(Orvane::Scene::_type);
+    if (code.isEmpty() || !_code || !root)
+        emit told(tr("The changes are back. Save them to keep them."));
+    else if (_code->bringBack(*root, code))
+        emit told(tr("The changes are back, and code that was not applied waits in its panel."));
+    else
+        emit told(tr("The changes are back, but code that was not applied has lost its node: see the log."));
     return true;
 }
 
@@ -281,9 +295,11 @@ bool DocumentFile::tellSaved(const SavedScene& saved)
         for (const std::string& note : context()->saveNotes())
             FWARNING(("%s: %s\n", Orvane::Qt4::toRuntime(saved.file).c_str(), note.c_str()));
         emit told(saved.told);
-    } else if (!saved.file.isEmpty())
+    } else if (!saved.file.isEmpty()) {
+        warn(saved.told);
         showFailure(tr("Scene not saved"), tr("%1 could not be saved.").arg(QFileInfo(saved.file).fileName()),
                     saved.told);
+    }
     return saved.isWritten;
 }
 
@@ -337,61 +353,105 @@ bool DocumentFile::mayOverwrite()
                QMessageBox::Save | QMessageBox::Cancel, QMessageBox::Cancel) == QMessageBox::Save;
 }
 
-bool DocumentFile::save()
+/// Writes the scene to the file that is its own from then on.
+bool DocumentFile::write(const SaveTarget& target)
 {
-    takeTypedValues(*_window);
-    Orvane::Context* const scene = context();
-    // A suffix that names no encoding leaves open how to write.
-    if (_file.isEmpty() || !scene || !canWrite(_file))
-        return saveAs();
-    if (!applyCode() || !mayOverwrite())
+    Orvane::Context& scene = *context();
+    std::unique_ptr<Orvane::SceneMove> move = moveTo(scene, target.file);
+    Addresses addresses = Addresses::Kept;
+    if (move && !mayMove(*move, target.file, _window, addresses))
         return false;
+    const bool rewrites = addresses == Addresses::Rewritten;
+    if (rewrites)
+        move->make(true);
     SavedScene saved;
     {
         const Waiting waiting;
-        saved = saveScene(*scene, _file, _options);
+        saved = saveScene(scene, target);
     }
+    if (rewrites && !saved.isWritten)
+        move->takeBack();
     if (!tellSaved(saved))
         return false;
-    _stamp = QFileInfo(_file).lastModified();
+    if (rewrites)
+        _steps->push(new AddressCommand(*_steps, std::move(move)));
+    else if (move)
+        move->make(false);
     _steps->setClean();
     _autosave->drop(_file);
+    return true;
+}
+
+bool DocumentFile::save()
+{
+    takeTypedValues(*_window);
+    // A suffix that names no encoding leaves open how to write.
+    if (_file.isEmpty() || !context() || !canWrite(_file))
+        return saveAs();
+    if (!applyCode() || !mayOverwrite() || !write({_file, _options}))
+        return false;
+    _stamp = QFileInfo(_file).lastModified();
     return true;
 }
 
 bool DocumentFile::saveAs()
 {
     takeTypedValues(*_window);
-    Orvane::Context* const scene = context();
-    if (!scene || !applyCode())
+    if (!context() || !applyCode())
         return false;
-    const SavedScene saved = saveSceneByDialog(*scene, _file, _options, _window);
-    if (!tellSaved(saved))
+    const SaveTarget target = askForTarget({_file, _options}, _window);
+    if (target.file.isEmpty() || !write(target))
         return false;
-    _options = saved.options;
-    _autosave->drop(_file);
-    _steps->setClean();
-    setFile(saved.file);
-    _recent->add(saved.file);
+    _options = target.options;
+    setFile(target.file);
+    _recent->add(target.file);
     return true;
+}
+
+/// Asks whether code that was not applied is to be in the file that is exported.
+bool DocumentFile::mayExport()
+{
+    const QStringList code = _code ? _code->unapplied() : QStringList();
+    if (code.isEmpty())
+        return true;
+    const auto answer = QMessageBox::question(
+        _window, tr("Apply code?"),
+        tr("The code of %1 was changed and not applied. Apply it before the scene is exported?")
+            .arg(code.join(QStringLiteral(", "))),
+        QMessageBox::Apply | QMessageBox::Ignore | QMessageBox::Cancel, QMessageBox::Apply);
+    return answer == QMessageBox::Ignore || (answer == QMessageBox::Apply && applyCode());
 }
 
 void DocumentFile::exportScene()
 {
     takeTypedValues(*_window);
     Orvane::Context* const scene = context();
-    if (!scene || _isLoading)
+    if (!scene || _isLoading || !mayExport())
         return;
-    const SavedScene saved = saveSceneByDialog(*scene, _file, _exportOptions, _window, tr("Export scene"));
-    if (tellSaved(saved))
-        _exportOptions = saved.options;
+    const SaveTarget target = askForTarget({_file, _exportOptions}, _window, tr("Export scene"));
+    const std::unique_ptr<Orvane::SceneMove> move =
+        target.file.isEmpty() ? nullptr : moveTo(*scene, target.file);
+    Addresses addresses = Addresses::Kept;
+    if (target.file.isEmpty() || (move && !mayMove(*move, target.file, _window, addresses)))
+        return;
+    if (tellSaved(saveElsewhere(*scene, target, addresses)))
+        _exportOptions = target.options;
 }
 
 void DocumentFile::saveCopy()
 {
     Orvane::Context* const scene = context();
-    if (scene && !_autosave->write(*scene, _file))
-        emit told(tr("The copy against loss cannot be written: %1").arg(Autosave::copyOf(_file)));
+    if (!scene || _isLoading)
+        return;
+    const QString fault = _autosave->write(*scene, _file, _code ? _code->keptCode() : QByteArray());
+    if (fault.isEmpty())
+        _copyFaults.clear();
+    if (fault.isEmpty() || _copyFaults.contains(fault))
+        return;
+    _copyFaults << fault;
+    const QString text = tr("No copy against loss: %1").arg(fault);
+    warn(text);
+    emit told(text);
 }
 
 bool DocumentFile::mayClose()

@@ -10,10 +10,11 @@ class CodeDock;
 class QAction;
 class QMainWindow;
 class QMenu;
-class QUndoStack;
 class RecentFiles;
 class Selection;
+class Steps;
 struct SavedScene;
+struct SaveTarget;
 
 namespace Orvane {
 class Context;
@@ -31,7 +32,7 @@ class DocumentFile : public QObject
 
 public:
     /// All are borrowed.
-    DocumentFile(Orvane::Qt4::QorViewManager* manager, QUndoStack* steps, Selection* selection,
+    DocumentFile(Orvane::Qt4::QorViewManager* manager, Steps* steps, Selection* selection,
                  QMainWindow* window);
     ~DocumentFile() override;
 
@@ -88,6 +89,8 @@ private:
     void showModified();
     bool applyCode();
     bool mayOverwrite();
+    bool mayExport();
+    bool write(const SaveTarget& target);
     void setFile(const QString& file);
     void tellFailure(const QString& file);
     void showFailure(const QString& title, const QString& text, const QString& reason);
@@ -95,12 +98,13 @@ private:
     Orvane::Context* context() const;
 
     Orvane::Qt4::QorViewManager* _manager;
-    QUndoStack* _steps;
+    Steps* _steps;
     Selection* _selection;
     CodeDock* _code = nullptr;
     QMainWindow* _window;
     RecentFiles* _recent;
     Autosave* _autosave;
+    QStringList _copyFaults; ///< told since the last copy against loss
     int _patience = 400;
     bool _isLoading = false;
     bool _isCancelled = false; ///< the last load, by the user

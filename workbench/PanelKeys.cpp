@@ -18,14 +18,16 @@ void PanelKeys::lead()
     _panel->raise();
     if (_panel->isWindow())
         _panel->activateWindow();
-    if (_panel->widget())
-        _panel->widget()->setFocus(Qt::ShortcutFocusReason);
+    // A content that cannot be used takes no focus.
+    QWidget* const content = _panel->widget();
+    QWidget* const target = content && content->isEnabled() ? content : _panel;
+    target->setFocus(Qt::ShortcutFocusReason);
 }
 
 bool PanelKeys::eventFilter(QObject* object, QEvent* event)
 {
     if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous() ||
-        _panel->isAncestorOf(QApplication::focusWidget()))
+        _panel == QApplication::focusWidget() || _panel->isAncestorOf(QApplication::focusWidget()))
         return QObject::eventFilter(object, event);
     lead();
     return true;

@@ -2,6 +2,7 @@
 
 #include "AddNodeDialog.h"
 #include "GraphReach.h"
+#include "NameEdit.h"
 #include "NodeCommands.h"
 #include "SceneTreeView.h"
 #include "Selection.h"
@@ -16,7 +17,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
-#include <QInputDialog>
 #include <QMenu>
 #include <QMimeData>
 #include <QRegularExpression>
@@ -91,7 +91,7 @@ SceneEditing::SceneEditing(Selection* selection, Steps* steps, SceneTreeView* tr
     makeAction(tr("D&elete"), QKeySequence::Delete, &SceneEditing::deleteSelected);
     makeAction(QString(), {}, nullptr);
     makeAction(tr("Cu&t"), QKeySequence::Cut, &SceneEditing::cutSelected);
-    makeAction(tr("&Copy"), QKeySequence::Copy, &SceneEditing::copySelected);
+    makeAction(tr("&Copy"), QKeySequence::Copy, &SceneEditing::copy);
     QAction* const pasteAction = makeAction(tr("&Paste"), QKeySequence::Paste, &SceneEditing::paste);
     makeAction(QString(), {}, nullptr);
     makeAction(tr("Move &up"), Qt::ALT | Qt::Key_Up, &SceneEditing::moveUp);
@@ -175,8 +175,8 @@ std::vector<Orvane::HeldNode> SceneEditing::makeNodes(const QString& text, const
     return nodes;
 }
 
-/// The selected node, or the nearest one above that takes children of the type; null when none does.
-Orvane::Node* SceneEditing::parentFor(const Orvane::NodeType& type) const
+/// From the root to the selected node, as far as the scene is not foreign.
+std::vector<Orvane::Node*> SceneEditing::wayToSelected() const
 {
     std::vector<Orvane::Node*> way{root()};
     std::list<Orvane::NodeLink*> links;
@@ -184,6 +184,13 @@ Orvane::Node* SceneEditing::parentFor(const Orvane::NodeType& type) const
     for (auto link = links.rbegin(); link != links.rend() && !(*link)->field()->_desc->privateAccess();
          ++link)
         way.push_back((*link)->directNode());
+    return way;
+}
+
+/// The selected node, or the nearest one above that takes children of the type; null when none does.
+Orvane::Node* SceneEditing::parentFor(const Orvane::NodeType& type) const
+{
+    const std::vector<Orvane::Node*> way = wayToSelected();
     const auto takes = [&type](Orvane::Node* node) { return Orvane::Authoring::fieldFor(*node, type); };
     const auto parent = std::find_if(way.rbegin(), way.rend(), takes);
     return parent == way.rend() ? nullptr : *parent;
@@ -254,12 +261,11 @@ bool SceneEditing::addText(const QString& text, const QByteArray& origin)
 
 void SceneEditing::askForNode()
 {
-    Orvane::Node* const scene = root();
-    if (!scene)
+    if (!root())
         return;
-    Orvane::Node* const selected = _selection->node();
-    AddNodeDialog dialog(*scene, selected && !isForeign(_selection->path()) ? *selected : *scene, _window);
-    if (dialog.exec() == QDialog::Accepted && !dialog.typeName().isEmpty())
+    AddNodeDialog dialog(
+        wayToSelected(), [this](const QString& name) { return nameFault(name, nullptr); }, _window);
+    if (dialog.exec() == QDialog::Accepted)
         addNode(dialog.typeName(), dialog.nodeName());
 }
 
@@ -274,23 +280,26 @@ void SceneEditing::deleteSelected()
         _steps->push(new DeleteNodeCommand(*_steps, place));
 }
 
-void SceneEditing::copySelected()
+/// False, and told, when there is no copy.
+bool SceneEditing::copySelected()
 {
     const Orvane::Node* const node = _selection->node();
     if (!node)
-        return;
+        return false;
     std::string error;
     const std::string text = Orvane::Authoring::text(*node, error);
-    if (text.empty())
+    if (text.empty()) {
         emit told(fromRuntime(error));
-    else
-        QApplication::clipboard()->setMimeData(clipping(text, Orvane::Authoring::origin(*node)));
+        return false;
+    }
+    QApplication::clipboard()->setMimeData(clipping(text, Orvane::Authoring::origin(*node)));
+    return true;
 }
 
 void SceneEditing::cutSelected()
 {
-    copySelected();
-    deleteSelected();
+    if (copySelected())
+        deleteSelected();
 }
 
 void SceneEditing::paste()
@@ -321,18 +330,23 @@ void SceneEditing::duplicateSelected()
     _steps->push(new AddNodeCommand(*_steps, place, *made.front().node()));
 }
 
-bool SceneEditing::isNameFree(const QString& name, const Orvane::Node* bearer)
+/// Why a node cannot bear a name; empty when it can.
+QString SceneEditing::nameFault(const QString& name, const Orvane::Node* bearer) const
 {
     if (name.isEmpty())
-        return true;
-    if (!isNodeName(name)) {
-        emit told(tr("\"%1\" cannot be the name of a node.").arg(name));
-        return false;
-    }
+        return {};
+    if (!isNodeName(name))
+        return tr("\"%1\" cannot be the name of a node.").arg(name);
     const Orvane::Node* const other = Orvane::NodeNameSpace::findNode(root()->nameSpace(), toRuntime(name));
-    if (other && other != bearer)
-        emit told(tr("There is another node called %1.").arg(name));
-    return !other || other == bearer;
+    return other && other != bearer ? tr("There is another node called %1.").arg(name) : QString();
+}
+
+bool SceneEditing::isNameFree(const QString& name, const Orvane::Node* bearer)
+{
+    const QString fault = nameFault(name, bearer);
+    if (!fault.isEmpty())
+        emit told(fault);
+    return fault.isEmpty();
 }
 
 bool SceneEditing::rename(const QString& name)
@@ -352,14 +366,16 @@ bool SceneEditing::rename(const QString& name)
 void SceneEditing::askForName()
 {
     const Orvane::Node* const node = _selection->node();
-    if (!node)
+    if (!node || !root())
         return;
-    bool ok = false;
-    const QString name =
-        QInputDialog::getText(_window, tr("Rename node"), tr("Name; empty for none"), QLineEdit::Normal,
-                              node->name() ? fromRuntime(*node->name()) : QString(), &ok);
-    if (ok)
-        rename(name.trimmed());
+    // The node may die while the box is open.
+    const unsigned long long id = node->ID();
+    QString name = node->name() ? fromRuntime(*node->name()) : QString();
+    const auto check = [this, id](const QString& text) {
+        return root() ? nameFault(text, Orvane::Node::findNode(id)) : QString();
+    };
+    if (NameEdit::ask(name, check, _window) && _selection->node() && _selection->node()->ID() == id)
+        rename(name);
 }
 
 // ---- Moves

@@ -59,7 +59,8 @@ private:
     void deleteSelected();
     void duplicateSelected();
     void cutSelected();
-    void copySelected();
+    bool copySelected();
+    void copy() { copySelected(); }
     void paste();
     void moveUp() { moveSelected(-1); }
     void moveDown() { moveSelected(1); }
@@ -70,7 +71,9 @@ private:
     void updateActions();
     void leaveNode(Orvane::Node* parent);
     Orvane::Node* root() const;
+    QString nameFault(const QString& name, const Orvane::Node* bearer) const;
     bool isNameFree(const QString& name, const Orvane::Node* bearer);
+    std::vector<Orvane::Node*> wayToSelected() const;
     Orvane::Node* parentFor(const Orvane::NodeType& type) const;
     bool putBelow(Orvane::Node& node);
     std::vector<Orvane::HeldNode> makeNodes(const QString& text, const QByteArray& origin = {});

@@ -69,67 +69,18 @@ std::string valuesOf(const Node& node)
     return values;
 }
 
-NodeLink* linkAt(const Node& parent, const std::string& name, int index)
-{
-    Field* const field = parent.findField(name, Node::EXACT_FSO);
-    if (auto* const single = dynamic_cast<SFNode*>(field))
-        return &single->link();
-    auto* const multi = dynamic_cast<MFNode*>(field);
-    return multi && index < static_cast<int>(multi->size()) ? &multi->elem(index) : nullptr;
-}
-
 } // namespace
-
-SceneMemory::Place SceneMemory::Place::of(const NodePath& path)
-{
-    Place place;
-    const Node* const node = path.node();
-    if (!node)
-        return place;
-    place.name = node->name() ? *node->name() : std::string();
-    place.type = node->type()->name;
-    std::list<NodeLink*> links;
-    path.nodeLinks(links);
-    for (auto link = links.rbegin(); link != links.rend(); ++link) {
-        Turn turn{(*link)->field()->name(), 0};
-        if (auto* const multi = dynamic_cast<MFNode*>((*link)->field())) {
-            while (&multi->elem(turn.index) != *link)
-                ++turn.index;
-        }
-        place.way.push_back(turn);
-    }
-    return place;
-}
-
-NodePath SceneMemory::Place::find(Node& root) const
-{
-    NodePath path(&root);
-    Node* node = &root;
-    for (const Turn& turn : way) {
-        NodeLink* const link = node ? linkAt(*node, turn.field, turn.index) : nullptr;
-        node = link ? link->directNode() : nullptr;
-        if (node)
-            path.addNode(node);
-    }
-    const bool isThere = node && node->type()->name == type && path.node() == node;
-    const std::string present = isThere && node->name() ? *node->name() : std::string();
-    if (isThere && present == name)
-        return path;
-    // It may have moved.
-    Node* const named = name.empty() ? nullptr : NodeNameSpace::findNode(root.nameSpace(), name);
-    return NodePath(named && named->type()->name == type ? named : nullptr);
-}
 
 SceneMemory::SceneMemory(QorViewManager& manager, const Selection& selection)
 {
     Node* const scene = sceneOf(manager);
     if (!scene)
         return;
-    _selected = Place::of(selection.path());
+    _selected = ScenePlace::of(selection.path());
     const NodeSearch nodes(*scene, false);
     for (int i = 0; i < nodes.size(); ++i) {
         if (isBound(*nodes.node(i)))
-            _bound.push_back({Place::of(nodes.path(i)), valuesOf(*nodes.node(i))});
+            _bound.push_back({ScenePlace::of(nodes.path(i)), valuesOf(*nodes.node(i))});
     }
     for (const ViewareaProc* const area : viewareasOf(manager)) {
         osg::Matrix place;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ScenePlace.h"
 #include <OpenSG/OSGMatrix.h>
 #include <QString>
 #include <string>
@@ -8,8 +9,6 @@
 class Selection;
 
 namespace Orvane {
-class Node;
-class NodePath;
 namespace Qt4 {
 class QorViewManager;
 }
@@ -26,29 +25,13 @@ public:
     void recall(Orvane::Qt4::QorViewManager& manager, Selection& selection) const;
 
 private:
-    /// A way from the root, by fields and positions in them.
-    struct Place
-    {
-        struct Turn
-        {
-            std::string field;
-            int index;
-        };
-        std::string name; ///< of the node; empty for none
-        std::string type;
-        std::vector<Turn> way;
-
-        static Place of(const Orvane::NodePath& path);
-        /// The path to the node there; not valid when there is none of that type.
-        Orvane::NodePath find(Orvane::Node& root) const;
-    };
     struct Bound
     {
-        Place place;
+        ScenePlace place;
         std::string values;
     };
 
-    Place _selected;
+    ScenePlace _selected;
     std::vector<Bound> _bound;
     std::vector<osg::Matrix> _views; ///< of those viewareas that tell
 };

@@ -2,6 +2,7 @@
 
 #include "CodeDock.h"
 #include "DocumentFile.h"
+#include "FileDrops.h"
 #include "FindActions.h"
 #include "GraphDock.h"
 #include "Icons.h"
@@ -24,10 +25,9 @@
 #include <Orvane/NodeNameSpace.h>
 #include <Orvane/Scene.h>
 #include <QAction>
-#include <QDropEvent>
+#include <QCloseEvent>
 #include <QLabel>
 #include <QMenuBar>
-#include <QMimeData>
 #include <QSettings>
 #include <QStatusBar>
 #include <QStyle>
@@ -46,13 +46,6 @@ const QString geometryKey = QStringLiteral("window/geometry");
 const QString stateKey = QStringLiteral("window/state");
 const QString filterKey = QStringLiteral("scene/filter");
 const QString darkKey = QStringLiteral("window/dark");
-
-/// The first file of the disk in what is dragged; empty when there is none.
-QString draggedFile(const QDropEvent* event)
-{
-    const QList<QUrl> urls = event->mimeData()->urls();
-    return urls.isEmpty() ? QString() : urls.constFirst().toLocalFile();
-}
 
 } // namespace
 
@@ -74,8 +67,11 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
 {
     useStyle();
     setCentralWidget(_manager);
-    setAcceptDrops(true);
     makeDocks();
+    takeFiles(this);
+    // A panel that floats is a window of its own.
+    for (QDockWidget* const dock : findChildren<QDockWidget*>())
+        takeFiles(dock);
     makeMenus();
     statusBar()->addPermanentWidget(_status);
     connect(_codeDock, &CodeDock::told, this, &WorkbenchWindow::tell);
@@ -84,6 +80,7 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     connect(_document, &DocumentFile::told, this, &WorkbenchWindow::tell);
     connect(_document, &DocumentFile::logWanted, _logDock, &LogDock::showLine);
     _document->setCode(_codeDock);
+    connect(_codeDock, &CodeDock::fileDropped, _document, &DocumentFile::openByUser);
     _editing->setGuard([this](Orvane::Node& node) { return _codeDock->mayLeave(node); });
     connect(_document, &DocumentFile::opened, this, [this] {
         statusBar()->clearMessage();
@@ -262,6 +259,12 @@ bool WorkbenchWindow::useSettings()
 
 void WorkbenchWindow::setDark(bool dark)
 {
+    _isDarkKept = dark;
+    showDark(dark);
+}
+
+void WorkbenchWindow::showDark(bool dark)
+{
     _dark->setChecked(dark);
     usePalette(dark);
 }
@@ -282,25 +285,14 @@ void WorkbenchWindow::closeEvent(QCloseEvent* event)
         settings.setValue(geometryKey, saveGeometry());
         settings.setValue(stateKey, saveState());
         settings.setValue(filterKey, _sceneDock->filter());
-        settings.setValue(darkKey, _dark->isChecked());
+        settings.setValue(darkKey, _isDarkKept);
     }
     QMainWindow::closeEvent(event);
 }
 
-void WorkbenchWindow::dragEnterEvent(QDragEnterEvent* event)
+void WorkbenchWindow::takeFiles(QWidget* widget)
 {
-    if (!draggedFile(event).isEmpty())
-        event->acceptProposedAction();
-}
-
-void WorkbenchWindow::dropEvent(QDropEvent* event)
-{
-    const QString file = draggedFile(event);
-    if (file.isEmpty())
-        return;
-    event->acceptProposedAction();
-    // Questions would keep the other program waiting.
-    QTimer::singleShot(0, this, [this, file] { _document->openByUser(file); });
+    connect(new FileDrops(widget), &FileDrops::dropped, _document, &DocumentFile::openByUser);
 }
 
 void WorkbenchWindow::holdTime(double seconds)

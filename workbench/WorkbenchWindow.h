@@ -70,6 +70,8 @@ public:
 public slots:
     /// Light writing on a dark ground, or the colours of the system.
     void setDark(bool dark);
+    /// The same for this window, until the user chooses: it is not kept.
+    void showDark(bool dark);
     /// Shows all routes of the scene in their panel.
     void showRoutes();
     /// Shows what the last frames cost, and the tree of the scene that the manager has now.
@@ -78,15 +80,13 @@ public slots:
 protected:
     /// Asks about changes that were not saved.
     void closeEvent(QCloseEvent* event) override;
-    /// Files may be dropped anywhere.
-    void dragEnterEvent(QDragEnterEvent* event) override;
-    void dropEvent(QDropEvent* event) override;
 
 private:
     void makeDocks();
     void makeMenus();
     QMenu* makeViewMenu();
     void makeToolBar(const QList<QAction*>& edits);
+    void takeFiles(QWidget* widget);
     void tell(const QString& text);
     Orvane::Context* context() const;
     Orvane::Node* sceneRoot() const;
@@ -108,4 +108,5 @@ private:
     QAction* _dark = nullptr;
     QTimer _statusTimer;
     bool _keepsSettings = false;
+    bool _isDarkKept = false; ///< what the user has chosen
 };

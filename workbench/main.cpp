@@ -69,7 +69,7 @@ int main(int argc, char** argv)
         window.holdTime(commandLine.time);
     const auto showWhatIsAsked = [&] {
         if (commandLine.dark)
-            window.setDark(true);
+            window.showDark(true);
         if (commandLine.routes)
             window.showRoutes();
     };

@@ -23,6 +23,8 @@ public:
     void close();
     /// Another node is the root from now on.
     void setRoot(Node& root);
+    /// Relative addresses count from another file.
+    void setBaseURL(const Relayne::URL& url) { _baseURL = url; }
 };
 
 using NameSpaceList = std::list<std::unique_ptr<SceneNames>>;

@@ -67,6 +67,35 @@ Field* Authoring::fieldFor(Node& parent, const NodeType& child)
     return field && accepts(*field, child) ? field : nullptr;
 }
 
+std::vector<NodeType*> Authoring::parentTypes(const NodeType& child)
+{
+    ChildPlacement placement;
+    std::vector<NodeType*> types;
+    NodeType::getTypeVec(types, 1);
+    std::vector<NodeType*> usual;
+    std::vector<NodeType*> all;
+    for (NodeType* const type : types) {
+        if (type->isContextRoot())
+            continue;
+        bool takes = false;
+        bool takesUsually = false;
+        for (unsigned int part = 0; part < partCount(*type); ++part) {
+            const NodePartDesc& desc = *partDesc(*type, part);
+            const bool holdsNodes = desc.dataType == SFNODE_DT || desc.dataType == MFNODE_DT;
+            if (!holdsNodes || !(desc.partType & FIELDP) || desc.privateAccess() ||
+                desc.valueRestriction != NodePartDesc::NODE_TYPE_VR || !placement.accepts(desc, child))
+                continue;
+            takes = true;
+            takesUsually = takesUsually || desc.name == containerField(child);
+        }
+        if (takes)
+            all.push_back(type);
+        if (takesUsually)
+            usual.push_back(type);
+    }
+    return usual.empty() ? all : usual;
+}
+
 bool Authoring::accepts(const Field& field, const NodeType& child)
 {
     const bool holdsNodes = field.dataType() == SFNODE_DT || field.dataType() == MFNODE_DT;

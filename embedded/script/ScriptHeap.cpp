@@ -56,7 +56,7 @@ duk_ret_t tick(duk_context* engine)
 /// Only reached where the engine finds itself broken: what it holds cannot be used any more.
 [[noreturn]] void giveUp(void*, const char* message)
 {
-    ORVANE_LOG(osg::LOG_FATAL, "The engine of scripts has failed: %s.\n", message ? message : "");
+    ORVANE_LOG(osg::LOG_LOG, "The engine of scripts has failed: %s.\n", message ? message : "");
     std::abort();
 }
 

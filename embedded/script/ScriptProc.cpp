@@ -199,8 +199,11 @@ void ScriptProc::report(const ScriptFault& fault)
         message.text = nameText() + ": " + fault.text;
     }
     ORVANE_LOG(osg::LOG_FATAL, "ERROR: %s\n", message.toString().c_str());
-    if (_reported++ < mostReported)
-        contextData(node()).report.messages.push_back(std::move(message));
+    if (_reported > mostReported)
+        return;
+    if (_reported++ == mostReported)
+        message.text = nameText() + ": has more faults than these " + std::to_string(mostReported);
+    contextData(node()).report.messages.push_back(std::move(message));
 }
 
 /// The same fault over and over, as of each frame, is told once, and how often it came when that is over.

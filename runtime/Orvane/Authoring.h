@@ -46,6 +46,9 @@ public:
 
     /// The field into which a child of some type goes when nobody says; null when the parent takes none.
     static Field* fieldFor(Node& parent, const NodeType& child);
+    /// The types of the catalogue with a field for children of the type, in order of name: those where it is
+    /// the field into which these usually go, if there are some.
+    static std::vector<NodeType*> parentTypes(const NodeType& child);
     /// True when the field holds nodes and may hold those of the type.
     static bool accepts(const Field& field, const NodeType& child);
 

@@ -2,6 +2,10 @@
 #include "Author.h"
 #include "FieldCommands.h"
 #include <Orvane/MFNode.h>
+#include <Orvane/MFString.h>
+#include <QClipboard>
+#include <sys/resource.h>
+#include <unistd.h>
 
 using namespace Orvane;
 
@@ -23,6 +27,7 @@ private slots:
     void deletedForGoodInAllStates();
     void removedFromAFieldOfNodesRests();
     void rowsThatWereNeverOpenedNeedNoRepair();
+    void aCutThatCannotBeCopiedDeletesNothing();
 
 private:
     void hold(double time)
@@ -220,6 +225,35 @@ void tst_DeletedNodes::rowsThatWereNeverOpenedNeedNoRepair()
     QVERIFY2(!_author->log()->toPlainText().contains(QStringLiteral("removal at index")),
              qPrintable(_author->log()->toPlainText()));
     QCOMPARE(_author->tree()->model()->rowCount(below), 0);
+}
+
+void tst_DeletedNodes::aCutThatCannotBeCopiedDeletesNothing()
+{
+#if defined(__SANITIZE_ADDRESS__)
+    QSKIP("The sanitizer ends a program that has no room.");
+#endif
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+    _author->select("Counter");
+    // A text that takes more room than there is.
+    constexpr std::size_t size = std::size_t(64) << 20;
+    std::string& code = static_cast<MFString&>(*_author->field("Counter", "url")).elem(0);
+    const std::string before = code;
+    code += "//" + std::string(size, 'x');
+    QFile memory(QStringLiteral("/proc/self/statm"));
+    QVERIFY(memory.open(QIODevice::ReadOnly));
+    const rlim_t used =
+        memory.readAll().split(' ').constFirst().toULongLong() * static_cast<rlim_t>(::sysconf(_SC_PAGESIZE));
+    rlimit limit = {};
+    QCOMPARE(::getrlimit(RLIMIT_AS, &limit), 0);
+    const rlimit tight{used + size / 2, limit.rlim_max};
+    QCOMPARE(::setrlimit(RLIMIT_AS, &tight), 0);
+    QTest::keyClick(_author->tree(), Qt::Key_X, Qt::ControlModifier);
+    QCOMPARE(::setrlimit(RLIMIT_AS, &limit), 0);
+    code = before;
+    QVERIFY(_author->find("Counter"));
+    QCOMPARE(_author->steps().count(), 0);
+    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("before"));
+    QVERIFY2(_author->told().contains(QStringLiteral("room")), qPrintable(_author->told()));
 }
 
 QTEST_MAIN(tst_DeletedNodes)

@@ -70,6 +70,7 @@ private slots:
     void aCopyThatIsRefusedGoes();
     void savingTakesTheCopyAway();
     void theWindowIsRemembered();
+    void darkColoursOfOneRunAreNotKept();
 
 private:
     QString write(const QString& name, const char* text);
@@ -534,6 +535,35 @@ void tst_DocumentFile::theWindowIsRemembered()
                  ->currentIndex(),
              2);
     QVERIFY(_window->palette().color(QPalette::Window).lightness() < 100);
+    _window->setDark(false);
+}
+
+void tst_DocumentFile::darkColoursOfOneRunAreNotKept()
+{
+    const auto goOnNextTime = [this] {
+        QVERIFY2(_window->close(), "there is nothing to ask about");
+        _window->setDark(false);
+        _window = std::make_unique<WorkbenchWindow>(false);
+        _window->useSettings();
+    };
+    const auto isDark = [this] { return _window->palette().color(QPalette::Window).lightness() < 100; };
+    _window->useSettings();
+    _window->showDark(true);
+    QVERIFY(isDark());
+    goOnNextTime();
+    QVERIFY(!isDark());
+    // What the user chooses then is kept.
+    _window->showDark(true);
+    const auto actions = _window->findChildren<QAction*>();
+    const auto isChoice = [](const QAction* action) {
+        return action->text().contains(QStringLiteral("&Dark"));
+    };
+    QAction* const choice = *std::find_if(actions.begin(), actions.end(), isChoice);
+    choice->trigger();
+    QVERIFY(!isDark());
+    choice->trigger();
+    goOnNextTime();
+    QVERIFY(isDark());
     _window->setDark(false);
 }
 

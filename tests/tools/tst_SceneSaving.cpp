@@ -70,8 +70,8 @@ QString tst_SceneSaving::save(const QString& file, const std::function<void(QorF
         }
     });
     timer.start(10);
-    const SavedScene saved = saveSceneByDialog(*_context, file, {}, nullptr);
-    return saved.told;
+    const SaveTarget target = askForTarget({file, {}}, nullptr);
+    return target.file.isEmpty() ? QString() : saveScene(*_context, target).told;
 }
 
 QString tst_SceneSaving::saveAs(const QString& target, const char* box)

@@ -23,6 +23,8 @@ private slots:
     void convertSaysWhatTheEncodingHasNoWordsFor();
     void convertTakesTheOptionsOfWriting();
     void convertToAnUnknownSuffixEndsWithOne();
+    void aFaultOfAScriptIsSaidOnce();
+    void moreFaultsThanAreListedAreSaid();
     void everyExampleIsFreeOfMessages();
 
 private:
@@ -218,6 +220,30 @@ void tst_inspect::convertToAnUnknownSuffixEndsWithOne()
     const Run result = run({QStringLiteral("--convert"), _folder.filePath(QStringLiteral("out.obj")), path});
     QCOMPARE(result.code, 1);
     QVERIFY(result.out.contains("expected a suffix of an encoding that can be written"));
+}
+
+void tst_inspect::aFaultOfAScriptIsSaidOnce()
+{
+    const QString path = write("fault.x3d", "<X3D profile='Full'><Scene><Script DEF='S' url='\"ecmascript: "
+                                            "function initialize() { nothing(); }\"'/></Scene></X3D>");
+    const Run result = run({QStringLiteral("--frames"), QStringLiteral("3"), path});
+    QCOMPARE(result.code, 0);
+    QCOMPARE((result.out + result.err).count("'nothing'"), 1);
+    QVERIFY2(result.out.contains("fault.x3d:1:"), result.out.constData());
+}
+
+void tst_inspect::moreFaultsThanAreListedAreSaid()
+{
+    const QString path =
+        write("faults.x3d", "<X3D profile='Full'><Scene><Script DEF='S' url='\"ecmascript: var n = 0; "
+                            "function prepareEvents() { throw ++n; }\"'/></Scene></X3D>");
+    const auto faults = [&](const char* frames) {
+        return run({QStringLiteral("--frames"), QString::fromLatin1(frames), path}).out;
+    };
+    QVERIFY(!faults("20").contains("more faults"));
+    const QByteArray many = faults("150");
+    QCOMPARE(many.count("Script \"S\""), 101);
+    QCOMPARE(many.count("more faults"), 1);
 }
 
 void tst_inspect::everyExampleIsFreeOfMessages()
