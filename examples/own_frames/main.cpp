@@ -9,6 +9,7 @@
 #include <Orvane/Scene.h>
 #include <Orvane/System.h>
 #include <QApplication>
+#include <QSplitter>
 #include <QTimer>
 #include <QorRenderView.h>
 #include <algorithm>
@@ -36,7 +37,7 @@ int main(int argc, char** argv)
     const int option = arguments.indexOf(QStringLiteral("--frames"));
     int frames = option > 0 ? arguments.value(option + 1).toInt() : -1;
 
-    QWidget host;
+    QSplitter host; // gives each view that appears in it a place
     host.resize(800, 600);
     host.show();
     Orvane::System::the().init(0, nullptr, 382);
