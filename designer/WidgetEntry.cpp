@@ -64,9 +64,11 @@ QString WidgetEntry::domXml() const
     QString object = QLatin1String(_description.className).mid(3);
     object[0] = object[0].toLower();
     return QStringLiteral(
-               "<ui language=\"c++\"><widget class=\"%1\" name=\"%2\"><property name=\"geometry\"><rect>"
+               "<ui language=\"c++\" displayname=\"%5\"><widget class=\"%1\" name=\"%2\"><property "
+               "name=\"geometry\"><rect>"
                "<x>0</x><y>0</y><width>%3</width><height>%4</height></rect></property></widget></ui>")
         .arg(name(), object)
         .arg(_description.size.width())
-        .arg(_description.size.height());
+        .arg(_description.size.height())
+        .arg(QLatin1String(_description.className));
 }
