@@ -67,12 +67,10 @@ int main(int argc, char** argv)
     WorkbenchWindow window(interactive);
     if (commandLine.time >= 0.0)
         window.holdTime(commandLine.time);
-    const auto showWhatIsAsked = [&] {
-        if (commandLine.dark)
-            window.showDark(true);
-        if (commandLine.routes)
-            window.showRoutes();
-    };
+    if (interactive && (!window.useSettings() || commandLine.isSizeGiven))
+        window.resize(commandLine.isSizeGiven ? commandLine.size : firstSize(window, commandLine.size));
+    if (commandLine.dark)
+        window.showDark(true);
     const auto openScene = [&] {
         if (!commandLine.scene.isEmpty() && !window.open(commandLine.scene))
             return complain(window.loadError(), 1);
@@ -83,11 +81,10 @@ int main(int argc, char** argv)
     if (!interactive) {
         if (openScene() != 0)
             return 1;
-        showWhatIsAsked();
+        if (commandLine.routes)
+            window.showRoutes();
         return takeScreenshot(window, grabber, commandLine, error) ? 0 : complain(error, 1);
     }
-    if (!window.useSettings() || commandLine.isSizeGiven)
-        window.resize(commandLine.isSizeGiven ? commandLine.size : firstSize(window, commandLine.size));
     window.show();
     // The views find a window that is on the screen.
     QTimer::singleShot(0, &window, [&] {
@@ -99,7 +96,8 @@ int main(int argc, char** argv)
             complain(window.loadError(), 1);
         if (!commandLine.node.isEmpty() && !window.showNode(commandLine.node))
             complain(QStringLiteral("the scene has no node called \"%1\"").arg(commandLine.node), 1);
-        showWhatIsAsked();
+        if (commandLine.routes)
+            window.showRoutes();
     });
     return QApplication::exec();
 }
