@@ -1,5 +1,6 @@
 #include "QorLogView.h"
 
+#include "QorLogLayout.h"
 #include "QorTools.h"
 #include <QtCore/QTimerEvent>
 #include <QtGui/QTextCursor>
@@ -13,10 +14,6 @@ namespace Orvane::Qt4 {
 namespace {
 
 constexpr int PrintInterval = 200; // milliseconds
-
-/// Entries between two layouts of the pane. One layout for each is slow, and Qt lays out the lines of one
-/// very large change twice.
-constexpr int EntriesPerLayout = 2000;
 
 const std::array<const char*, 6> levelNames = {"LOG", "FATAL", "WARNING", "NOTICE", "INFO", "DEBUG"};
 
@@ -56,10 +53,10 @@ QorLogView::QorLogView(QWidget* parent)
     : QFrame(parent)
 {
     setupUi(this);
-    // Kerning and ligatures would take half of the time that a batch takes.
-    QFont font = textView->font();
-    font.setStyleStrategy(static_cast<QFont::StyleStrategy>(font.styleStrategy() | QFont::PreferNoShaping));
-    textView->setFont(font);
+    auto* layout = new QorLogLayout(textView->document());
+    layout->setPaintDevice(textView->viewport());
+    textView->document()->setDocumentLayout(layout);
+    dropShaping(*textView);
     // Lines begin with the name of a level: to look each one through for its direction is in vain.
     QTextOption option = textView->document()->defaultTextOption();
     option.setTextDirection(Qt::LeftToRight);
@@ -166,10 +163,6 @@ void QorLogView::timerEvent(QTimerEvent* event)
     end.movePosition(QTextCursor::End);
     end.beginEditBlock();
     for (int i = 0; i < lines.size(); ++i) {
-        if (i % EntriesPerLayout == EntriesPerLayout - 1) {
-            end.endEditBlock();
-            end.beginEditBlock();
-        }
         const QString& line = lines.at(i);
         const bool isLast = i == lines.size() - 1;
         if (_filterDuplicateEntries && line == _lastLine) {

@@ -6,6 +6,8 @@
 #include <Orvane/NodeType.h>
 #include <Orvane/SFNode.h>
 #include <QtCore/QTextCodec>
+#include <QtGui/QFont>
+#include <QtWidgets/QWidget>
 #include <algorithm>
 #include <cstring>
 
@@ -114,6 +116,13 @@ int nodeLinkRow(Orvane::NodeLink* link)
         forEachLink(*earlier, [&row](Orvane::NodeLink&) { ++row; });
     }
     return row;
+}
+
+void dropShaping(QWidget& widget)
+{
+    QFont font = widget.font();
+    font.setStyleStrategy(static_cast<QFont::StyleStrategy>(font.styleStrategy() | QFont::PreferNoShaping));
+    widget.setFont(font);
 }
 
 } // namespace Orvane::Qt4
