@@ -5,6 +5,7 @@
 #include "QorMFieldValueItem.h"
 #include "QorNodeEditorHeaderView.h"
 #include "QorNodeModel.h"
+#include "QorTools.h"
 #include <Orvane/LogModule.h>
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QMouseEvent>
@@ -49,6 +50,7 @@ QorNodeEditorTreeView::QorNodeEditorTreeView(QWidget* parent)
     setAlternatingRowColors(true);
     setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
     setContextMenuPolicy(Qt::DefaultContextMenu);
+    dropShaping(*this);
     auto* header = new QorNodeEditorHeaderView(Qt::Horizontal, this);
     header->setDefaultAlignment(Qt::AlignLeft);
     setHeader(header);
