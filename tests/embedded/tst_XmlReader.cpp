@@ -1,12 +1,11 @@
-#include "SinkRecorder.h"
-#include "loader/LoadMessages.h"
-#include "loader/SourceText.h"
+#include "ReaderRun.h"
 #include "loader/XmlReader.h"
 #include <QtTest>
 
 using namespace Orvane;
 
-class tst_XmlReader : public QObject
+/// What the reader of the XML encoding tells of a text.
+class tst_XmlReader : public QObject, private ReaderRun
 {
     Q_OBJECT
 
@@ -31,29 +30,15 @@ private slots:
     void deepDocumentsNeedNoStack();
 
 private:
-    bool read(const std::string& text);
+    bool read(const std::string& text) { return ReaderRun::read(readXml, text); }
     QStringList scene(const std::string& nodes);
-
-    SinkRecorder _recorder;
-    LoadReport _report;
 };
-
-bool tst_XmlReader::read(const std::string& text)
-{
-    _recorder.events.clear();
-    _report = LoadReport();
-    std::size_t leftOut = 0;
-    LoadMessages messages(_report, leftOut, "file");
-    SourceText source;
-    SourceFault fault;
-    return source.takeText(text, fault) && readXml(source, _recorder, messages);
-}
 
 QStringList tst_XmlReader::scene(const std::string& nodes)
 {
     if (!read("<X3D><Scene>\n" + nodes + "</Scene></X3D>"))
         return {QStringLiteral("refused")};
-    return _recorder.events;
+    return recorder.events;
 }
 
 void tst_XmlReader::nodesAndValuesComeWithTheirPlaces()
@@ -70,15 +55,15 @@ void tst_XmlReader::nodesAndValuesComeWithTheirPlaces()
     QCOMPARE(scene("<Group DEF='A'>\n  <Shape containerField='children'\n  bboxSize='1 2 3'>\n    "
                    "<Box/></Shape></Group>"),
              expected);
-    QVERIFY(_report.messages.empty());
+    QVERIFY(report.messages.empty());
 }
 
 void tst_XmlReader::usesComeWithoutContent()
 {
     QCOMPARE(scene("<Group USE='A' containerField='proxy'><Box/></Group>"),
              QStringList(QStringLiteral("use Group A proxy")));
-    QCOMPARE(_report.messages.size(), std::size_t(1));
-    QCOMPARE(_report.messages[0].text, std::string("Group: expected no content with USE, found some"));
+    QCOMPARE(report.messages.size(), std::size_t(1));
+    QCOMPARE(report.messages[0].text, std::string("Group: expected no content with USE, found some"));
 }
 
 void tst_XmlReader::headComesBeforeTheScene()
@@ -88,8 +73,8 @@ void tst_XmlReader::headComesBeforeTheScene()
                  "conversionFactor='0.5'/><meta name='title' content='T'/></head><Scene/></X3D>"));
     const QStringList expected = {QStringLiteral("profile Full=3.3"), QStringLiteral("component Text=1"),
                                   QStringLiteral("unit angle=degree"), QStringLiteral("meta title=T")};
-    QCOMPARE(_recorder.events, expected);
-    QVERIFY(_report.messages.empty());
+    QCOMPARE(recorder.events, expected);
+    QVERIFY(report.messages.empty());
 }
 
 void tst_XmlReader::declaredFieldsHoldNodes()
@@ -120,7 +105,7 @@ void tst_XmlReader::commentsAndProcessingInstructionsAreNothing()
 {
     QCOMPARE(scene("<!-- c --><?p i?><Group><!-- c --></Group>"),
              QStringList({QStringLiteral("node Group   2:18"), QStringLiteral("end")}));
-    QVERIFY(_report.messages.empty());
+    QVERIFY(report.messages.empty());
 }
 
 void tst_XmlReader::prototypesComeInOrder()
@@ -180,7 +165,7 @@ void tst_XmlReader::connectionsComeBehindTheFields()
     QCOMPARE(withoutNodes(body(first + "<Group/>" + fields + second)), expected);
     QCOMPARE(withoutNodes(body(fields + first + second)), expected);
     QCOMPARE(body(first + fields + second).size(), 5);
-    QVERIFY(_report.messages.empty());
+    QVERIFY(report.messages.empty());
 }
 
 void tst_XmlReader::statementsAreRead()
@@ -197,8 +182,8 @@ void tst_XmlReader::statementsAreRead()
 void tst_XmlReader::statementsWithoutTheirAttributesAreTold()
 {
     QCOMPARE(scene("<ROUTE fromNode='A' toNode='C' toField='d'/>"), QStringList());
-    QCOMPARE(_report.messages.size(), std::size_t(1));
-    QCOMPARE(_report.messages[0].toString(),
+    QCOMPARE(report.messages.size(), std::size_t(1));
+    QCOMPARE(report.messages[0].toString(),
              std::string("file:2:1: ROUTE: expected the attribute fromField, found "
                          "none"));
 }
@@ -213,26 +198,26 @@ void tst_XmlReader::entitiesOfTheDocumentAreNotReplaced()
 {
     QVERIFY(read(
         "<!DOCTYPE X3D [\n<!ENTITY a \"aaaaaaaa\">\n]><X3D><Scene><WorldInfo title='&a;'/></Scene></X3D>"));
-    QCOMPARE(_report.messages.size(), std::size_t(1));
-    QCOMPARE(_report.messages[0].toString(),
+    QCOMPARE(report.messages.size(), std::size_t(1));
+    QCOMPARE(report.messages[0].toString(),
              std::string("file:2:1: expected a document type without entities of its "
                          "own, found one, which is not replaced"));
-    QVERIFY(_recorder.events.contains(QStringLiteral("value title=&a; 3:33")));
+    QVERIFY(recorder.events.contains(QStringLiteral("value title=&a; 3:33")));
 }
 
 void tst_XmlReader::generalAttributesAreNothing()
 {
     QCOMPARE(scene("<Group id='a' class='b' style='c' xml:lang='d'/>"),
              QStringList({QStringLiteral("node Group   2:1"), QStringLiteral("end")}));
-    QVERIFY(_report.messages.empty());
+    QVERIFY(report.messages.empty());
 }
 
 void tst_XmlReader::sceneMayBeMissingRoundTheNodes()
 {
     QVERIFY(read("<X3D><head/><Group/></X3D>"));
-    QCOMPARE(_recorder.events, QStringList({QStringLiteral("node Group   1:13"), QStringLiteral("end")}));
-    QCOMPARE(_report.messages.size(), std::size_t(1));
-    QCOMPARE(_report.messages[0].text, std::string("X3D: expected a Scene, found \"Group\""));
+    QCOMPARE(recorder.events, QStringList({QStringLiteral("node Group   1:13"), QStringLiteral("end")}));
+    QCOMPARE(report.messages.size(), std::size_t(1));
+    QCOMPARE(report.messages[0].text, std::string("X3D: expected a Scene, found \"Group\""));
 }
 
 void tst_XmlReader::whatIsNoSceneIsRefused_data()
@@ -260,18 +245,18 @@ void tst_XmlReader::whatIsNoSceneIsRefused()
 {
     QFETCH(QByteArray, text);
     QVERIFY(!read(text.toStdString()));
-    QCOMPARE(_report.messages.size(), std::size_t(1));
-    QCOMPARE(_report.messages[0].severity, LoadMessage::ERROR_LM);
-    QTEST(QString::fromStdString(_report.messages[0].toString()), "message");
-    QVERIFY(_recorder.events.isEmpty());
+    QCOMPARE(report.messages.size(), std::size_t(1));
+    QCOMPARE(report.messages[0].severity, LoadMessage::ERROR_LM);
+    QTEST(QString::fromStdString(report.messages[0].toString()), "message");
+    QVERIFY(recorder.events.isEmpty());
 }
 
 void tst_XmlReader::readerStopsWhenTheSceneIsGivenUp()
 {
-    _recorder.nodeLimit = 1;
+    recorder.nodeLimit = 1;
     QVERIFY(!read("<X3D><Scene><Group/><Group/><Group/></Scene></X3D>"));
-    QCOMPARE(_recorder.events.filter(QStringLiteral("node")).size(), 2);
-    _recorder.nodeLimit = 1000000;
+    QCOMPARE(recorder.events.filter(QStringLiteral("node")).size(), 2);
+    recorder.nodeLimit = 1000000;
 }
 
 void tst_XmlReader::deepDocumentsNeedNoStack()
