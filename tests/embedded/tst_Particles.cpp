@@ -1,7 +1,5 @@
-#include "CoreScene.h"
+#include "ParticleScene.h"
 #include "core/ViewFollower.h"
-#include <OpenSG/OSGGeometry.h>
-#include <OpenSG/OSGNode.h>
 #include <QtTest>
 #include <cmath>
 
@@ -25,93 +23,80 @@ private slots:
     void colorsRunOverTheLife();
     void disabledSystemRests();
     void badNumbersAreHarmless();
-
-private:
-    static osg::GeometryPtr geometry(const CoreScene& scene)
-    {
-        return osg::GeometryPtr::dcast(procAs<ElementProc>(&scene.node("P"))->tree()->getChild(0)->getCore());
-    }
-    static const std::vector<osg::Pnt3f>& positions(const CoreScene& scene)
-    {
-        return geometry(scene)->getPositions()->getField();
-    }
-    /// Runs the clock on in steps of a tenth of a second.
-    static void run(const CoreScene& scene, int tenths)
-    {
-        for (int i = 1; i <= tenths; ++i)
-            scene.runTo(i * 0.1);
-    }
 };
 
 void tst_Particles::particlesComeInTheirTime()
 {
-    CoreScene scene(
+    ParticleScene scene(
         "DEF P ParticleSystem { geometryType POINT maxParticles 50 particleLifetime 5 lifetimeVariation 0 "
         "emitter PointEmitter { position 1 2 3 } }");
     QCOMPARE(scene.get("P", "isActive"), std::string("TRUE"));
-    run(scene, 20);
-    QVERIFY(std::abs(int(positions(scene).size()) - 20) <= 1);
-    QCOMPARE(positions(scene)[0], osg::Pnt3f(1, 2, 3)); // without speed they stay
+    scene.run(20);
+    QVERIFY(std::abs(int(scene.positions().size()) - 20) <= 1);
+    QCOMPARE(scene.positions()[0], osg::Pnt3f(1, 2, 3)); // without speed they stay
     scene.set("P", "createParticles", "FALSE");
-    const std::size_t count = positions(scene).size();
+    const std::size_t count = scene.positions().size();
     scene.runTo(2.1);
-    QCOMPARE(positions(scene).size(), count);
+    QCOMPARE(scene.positions().size(), count);
 }
 
 void tst_Particles::particlesEndWithTheirLife()
 {
-    CoreScene scene(
+    ParticleScene scene(
         "DEF P ParticleSystem { geometryType POINT maxParticles 10 particleLifetime 1 lifetimeVariation 0 "
         "emitter PointEmitter { } }");
-    run(scene, 40);
-    QVERIFY(positions(scene).size() >= 8 && positions(scene).size() <= 10);
+    scene.run(40);
+    QVERIFY(scene.positions().size() >= 8 && scene.positions().size() <= 10);
     scene.set("P", "createParticles", "FALSE");
     for (int i = 41; i < 60; ++i)
         scene.runTo(i * 0.1);
-    QCOMPARE(positions(scene).size(), std::size_t(0));
+    QCOMPARE(scene.positions().size(), std::size_t(0));
 }
 
 void tst_Particles::explosionSendsAllAtOnce()
 {
-    CoreScene scene("DEF P ParticleSystem { geometryType POINT maxParticles 40 lifetimeVariation 0 emitter "
-                    "ExplosionEmitter { speed 2 variation 0 } }");
-    run(scene, 11);
-    QCOMPARE(positions(scene).size(), std::size_t(40));
-    for (const osg::Pnt3f& p : positions(scene))
+    ParticleScene scene(
+        "DEF P ParticleSystem { geometryType POINT maxParticles 40 lifetimeVariation 0 emitter "
+        "ExplosionEmitter { speed 2 variation 0 } }");
+    scene.run(11);
+    QCOMPARE(scene.positions().size(), std::size_t(40));
+    for (const osg::Pnt3f& p : scene.positions())
         QVERIFY(std::abs(p.dist(osg::Pnt3f()) - 2.0F) < 1e-3F);
     QCOMPARE(scene.get("P", "createParticles"), std::string("FALSE"));
 }
 
 void tst_Particles::forceMovesThem()
 {
-    CoreScene scene("DEF P ParticleSystem { geometryType POINT maxParticles 1 lifetimeVariation 0 emitter "
-                    "ExplosionEmitter { "
-                    "mass 2 variation 0 } physics ForcePhysicsModel { force 0 -4 0 } }");
-    run(scene, 11);
-    QCOMPARE(positions(scene).size(), std::size_t(1));
+    ParticleScene scene(
+        "DEF P ParticleSystem { geometryType POINT maxParticles 1 lifetimeVariation 0 emitter "
+        "ExplosionEmitter { "
+        "mass 2 variation 0 } physics ForcePhysicsModel { force 0 -4 0 } }");
+    scene.run(11);
+    QCOMPARE(scene.positions().size(), std::size_t(1));
     // Half of 2 metres a second squared, and what the steps of a tenth add.
-    QVERIFY(std::abs(positions(scene)[0][1] + 1.1F) < 1e-3F);
+    QVERIFY(std::abs(scene.positions()[0][1] + 1.1F) < 1e-3F);
 }
 
 void tst_Particles::windMovesWhatHasASurface()
 {
-    CoreScene scene("DEF P ParticleSystem { geometryType POINT maxParticles 1 lifetimeVariation 0 emitter "
-                    "DEF E ExplosionEmitter { "
-                    "mass 1 surfaceArea 1 variation 0 } physics WindPhysicsModel { direction 1 0 0 speed 2 "
-                    "gustiness 0 } }");
-    run(scene, 11);
-    QVERIFY(std::abs(positions(scene)[0][0] - 0.64615F * 4.0F * 0.55F) < 1e-2F);
+    ParticleScene scene(
+        "DEF P ParticleSystem { geometryType POINT maxParticles 1 lifetimeVariation 0 emitter "
+        "DEF E ExplosionEmitter { "
+        "mass 1 surfaceArea 1 variation 0 } physics WindPhysicsModel { direction 1 0 0 speed 2 "
+        "gustiness 0 } }");
+    scene.run(11);
+    QVERIFY(std::abs(scene.positions()[0][0] - 0.64615F * 4.0F * 0.55F) < 1e-2F);
 }
 
 void tst_Particles::coneKeepsItsAngle()
 {
-    CoreScene scene(
+    ParticleScene scene(
         "DEF P ParticleSystem { geometryType POINT maxParticles 200 particleLifetime 2 emitter ConeEmitter { "
         "direction 0 0 1 angle 0.5 speed 1 variation 0 } }");
-    run(scene, 10);
-    QVERIFY(positions(scene).size() > 50);
+    scene.run(10);
+    QVERIFY(scene.positions().size() > 50);
     bool isWide = false;
-    for (const osg::Pnt3f& p : positions(scene)) {
+    for (const osg::Pnt3f& p : scene.positions()) {
         const float angle = std::atan2(std::hypot(p[0], p[1]), p[2]);
         QVERIFY(p == osg::Pnt3f() || angle < 0.501F);
         isWide |= angle > 0.3F;
@@ -121,34 +106,35 @@ void tst_Particles::coneKeepsItsAngle()
 
 void tst_Particles::polylineIsWhereTheyStart()
 {
-    CoreScene scene("DEF P ParticleSystem { geometryType POINT maxParticles 200 particleLifetime 2 emitter "
-                    "PolylineEmitter { "
-                    "coordIndex [ 0 1 2 -1 7 0 ] coord Coordinate { point [ 0 0 0, 3 0 0, 3 1 0 ] } } }");
-    run(scene, 10);
-    QVERIFY(positions(scene).size() > 50);
+    ParticleScene scene(
+        "DEF P ParticleSystem { geometryType POINT maxParticles 200 particleLifetime 2 emitter "
+        "PolylineEmitter { "
+        "coordIndex [ 0 1 2 -1 7 0 ] coord Coordinate { point [ 0 0 0, 3 0 0, 3 1 0 ] } } }");
+    scene.run(10);
+    QVERIFY(scene.positions().size() > 50);
     int onSecond = 0;
-    for (const osg::Pnt3f& p : positions(scene)) {
+    for (const osg::Pnt3f& p : scene.positions()) {
         QVERIFY(p[1] == 0.0F || p[0] == 3.0F);
         onSecond += p[1] > 0.0F;
     }
-    QVERIFY(onSecond > 0 && onSecond < int(positions(scene).size()) / 2);
+    QVERIFY(onSecond > 0 && onSecond < int(scene.positions().size()) / 2);
 }
 
 void tst_Particles::quadsFaceTheViewer()
 {
-    CoreScene scene("Transform { rotation 0 1 0 1 children DEF P ParticleSystem { maxParticles 1 "
-                    "particleSize 2 1 emitter "
-                    "ExplosionEmitter { } } }");
-    run(scene, 2);
+    ParticleScene scene("Transform { rotation 0 1 0 1 children DEF P ParticleSystem { maxParticles 1 "
+                        "particleSize 2 1 emitter "
+                        "ExplosionEmitter { } } }");
+    scene.run(2);
     DrawnView view;
     view.cameraToWorld.setIdentity();
     scene.proc().state().followView(view);
-    QCOMPARE(positions(scene).size(), std::size_t(4));
+    QCOMPARE(scene.positions().size(), std::size_t(4));
     osg::Pnt3f low, high;
     scene.proc().root()->getVolume(true).getBounds(low, high);
-    QVERIFY(std::abs(positions(scene)[0].dist(positions(scene)[1]) - 2.0F) < 1e-5F);
+    QVERIFY(std::abs(scene.positions()[0].dist(scene.positions()[1]) - 2.0F) < 1e-5F);
     osg::Matrix toWorld = procAs<ElementProc>(&scene.node("P"))->tree()->getToWorld();
-    for (osg::Pnt3f p : positions(scene)) {
+    for (osg::Pnt3f p : scene.positions()) {
         toWorld.multMatrixPnt(p);
         QVERIFY(std::abs(p[2]) < 1e-5F);
     }
@@ -156,58 +142,59 @@ void tst_Particles::quadsFaceTheViewer()
 
 void tst_Particles::linesLieAlongTheWay()
 {
-    CoreScene scene(
+    ParticleScene scene(
         "DEF P ParticleSystem { geometryType LINE maxParticles 1 particleSize 1 4 emitter ExplosionEmitter { "
         "speed 3 variation 0 } }");
-    run(scene, 3);
-    QCOMPARE(positions(scene).size(), std::size_t(2));
-    QVERIFY(std::abs(positions(scene)[0].dist(positions(scene)[1]) - 4.0F) < 1e-4F);
+    scene.run(3);
+    QCOMPARE(scene.positions().size(), std::size_t(2));
+    QVERIFY(std::abs(scene.positions()[0].dist(scene.positions()[1]) - 4.0F) < 1e-4F);
 }
 
 void tst_Particles::colorsRunOverTheLife()
 {
-    CoreScene scene("DEF P ParticleSystem { geometryType POINT maxParticles 1 particleLifetime 2 "
-                    "lifetimeVariation 0 emitter "
-                    "ExplosionEmitter { } colorKey [ 0 1 ] color Color { color [ 1 0 0, 0 0 1 ] } }");
-    run(scene, 11);
-    const osg::Color4f color = geometry(scene)->getColors()->getField().at(0);
+    ParticleScene scene("DEF P ParticleSystem { geometryType POINT maxParticles 1 particleLifetime 2 "
+                        "lifetimeVariation 0 emitter "
+                        "ExplosionEmitter { } colorKey [ 0 1 ] color Color { color [ 1 0 0, 0 0 1 ] } }");
+    scene.run(11);
+    const osg::Color4f color = scene.geometry()->getColors()->getField().at(0);
     QVERIFY(std::abs(color.red() - 0.5F) < 0.06F);
     QVERIFY(std::abs(color.blue() - 0.5F) < 0.06F);
 }
 
 void tst_Particles::disabledSystemRests()
 {
-    CoreScene scene("DEF P ParticleSystem { geometryType POINT enabled FALSE emitter PointEmitter { } }");
-    run(scene, 5);
-    QCOMPARE(positions(scene).size(), std::size_t(0));
+    ParticleScene scene("DEF P ParticleSystem { geometryType POINT enabled FALSE emitter PointEmitter { } }");
+    scene.run(5);
+    QCOMPARE(scene.positions().size(), std::size_t(0));
     QCOMPARE(scene.get("P", "isActive"), std::string("FALSE"));
     QVERIFY(scene.context->runFrame() > 0.05);
     scene.set("P", "enabled", "TRUE");
     scene.runTo(0.6);
     scene.runTo(0.7);
-    QVERIFY(!positions(scene).empty());
+    QVERIFY(!scene.positions().empty());
 }
 
 void tst_Particles::badNumbersAreHarmless()
 {
-    CoreScene scene(
+    ParticleScene scene(
         "DEF P ParticleSystem { maxParticles 2147483647 particleLifetime 1e-30 emitter PointEmitter { speed "
         "1e38 "
         "variation 1e38 mass 1e-38 } physics [ WindPhysicsModel { speed 1e38 gustiness 1e38 } "
         "ForcePhysicsModel { "
         "force 1e38 1e38 1e38 } ] colorKey [ 5 1 ] color Color { color [ 1 1 1, 0 0 0, 1 0 0 ] } }");
     QCOMPARE(scene.messageCount(), std::size_t(1));
-    run(scene, 5);
+    scene.run(5);
     scene.set("P", "particleLifetime", "3");
     for (int i = 6; i < 12; ++i)
         scene.runTo(i * 0.1);
     scene.runTo(1e9);
     scene.runTo(0.0);
-    QVERIFY(positions(scene).size() <= 40000);
+    QVERIFY(scene.positions().size() <= 40000);
     scene.set("P", "maxParticles", "-5");
     scene.runTo(2.0);
-    CoreScene bare("ParticleSystem { } ParticleSystem { emitter PolylineEmitter { } geometryType GEOMETRY }");
-    run(bare, 3);
+    ParticleScene bare(
+        "ParticleSystem { } ParticleSystem { emitter PolylineEmitter { } geometryType GEOMETRY }");
+    bare.run(3);
 }
 
 QTEST_GUILESS_MAIN(tst_Particles)
