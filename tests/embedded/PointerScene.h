@@ -159,3 +159,19 @@ private:
     double _time = 1000.0;
     std::list<Watch> _watches;
 };
+
+/// The events of `PointerScene::take`.
+using Events = std::vector<std::string>;
+
+/// Whether numbers are alike; a pixel of the window is 0.04 units wide at z = 0.
+inline bool isClose(const std::vector<double>& values, const std::vector<double>& expected,
+                    double tolerance = 0.05)
+{
+    if (values.size() != expected.size())
+        return false;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (!(std::abs(values[i] - expected[i]) <= tolerance))
+            return false;
+    }
+    return true;
+}

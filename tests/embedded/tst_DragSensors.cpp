@@ -1,25 +1,24 @@
 #include "PointerScene.h"
 #include <OpenSG/OSGQuaternion.h>
 #include <QtTest>
+#include <array>
 
 using namespace Orvane;
-
-using Events = std::vector<std::string>;
 
 namespace {
 
 const std::string box = "<Shape><Box/></Shape>";
 const std::string ball = "<Shape><Sphere/></Shape>";
 
-bool isClose(const std::vector<double>& values, const std::vector<double>& expected, double tolerance = 0.05)
+using Place = std::array<double, 3>;
+
+/// Presses at one place and goes to another, each in a frame of its own.
+void drag(PointerScene& scene, const Place& from, const Place& to)
 {
-    if (values.size() != expected.size())
-        return false;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        if (!(std::abs(values[i] - expected[i]) <= tolerance))
-            return false;
-    }
-    return true;
+    scene.press(from[0], from[1], from[2]);
+    scene.frame();
+    scene.move(to[0], to[1], to[2]);
+    scene.frame();
 }
 
 bool areFinite(const std::vector<double>& values)
@@ -74,10 +73,7 @@ void tst_DragSensors::planeFollowsThePointer()
 {
     PointerScene scene("<PlaneSensor DEF='P'/>" + box);
     scene.watch("P.isActive");
-    scene.press(0.5, 0, 1);
-    scene.frame();
-    scene.move(1.5, 0.7, 1);
-    scene.frame();
+    drag(scene, {0.5, 0, 1}, {1.5, 0.7, 1});
     QVERIFY(isClose(scene.numbers("P.translation_changed"), {1, 0.7, 0}));
     QVERIFY(isClose(scene.numbers("P.trackPoint_changed"), {1.5, 0.7, 1}));
     scene.release(2, 1, 1);
@@ -104,10 +100,7 @@ void tst_DragSensors::planeGoesOnFromItsOffset()
     PointerScene scene("<PlaneSensor DEF='P' offset='0 5 1'/>" + box);
     scene.watch("P.offset");
     for (int i = 1; i < 3; ++i) {
-        scene.press(0, 0, 1);
-        scene.frame();
-        scene.move(1, 0, 1);
-        scene.frame();
+        drag(scene, {0, 0, 1}, {1, 0, 1});
         QVERIFY(isClose(scene.numbers("P.translation_changed"), {1.0 * i, 5, 1}));
         QVERIFY(scene.take().empty());
         scene.release(1, 0, 1);
@@ -121,10 +114,7 @@ void tst_DragSensors::planeStartsAnewWithoutAutoOffset()
 {
     PointerScene scene("<PlaneSensor DEF='P' autoOffset='false'/>" + box);
     for (int i = 0; i < 2; ++i) {
-        scene.press(0, 0, 1);
-        scene.frame();
-        scene.move(1, 0, 1);
-        scene.frame();
+        drag(scene, {0, 0, 1}, {1, 0, 1});
         QVERIFY(isClose(scene.numbers("P.translation_changed"), {1, 0, 0}));
         scene.release(1, 0, 1);
         scene.frame();
@@ -135,10 +125,7 @@ void tst_DragSensors::planeStartsAnewWithoutAutoOffset()
 void tst_DragSensors::planeKeepsToItsLimits()
 {
     PointerScene scene("<PlaneSensor DEF='P' minPosition='0 0' maxPosition='1 0'/>" + box);
-    scene.press(0, 0, 1);
-    scene.frame();
-    scene.move(3, 2, 1);
-    scene.frame();
+    drag(scene, {0, 0, 1}, {3, 2, 1});
     QVERIFY(isClose(scene.numbers("P.translation_changed"), {1, 0, 0}, 1e-6));
     QVERIFY(isClose(scene.numbers("P.trackPoint_changed"), {3, 2, 1}));
     scene.move(-3, 2, 1);
@@ -149,10 +136,7 @@ void tst_DragSensors::planeKeepsToItsLimits()
 void tst_DragSensors::limitsInWrongOrderDoNotCount()
 {
     PointerScene scene("<PlaneSensor DEF='P' minPosition='1 0' maxPosition='-1 0.5'/>" + box);
-    scene.press(0, 0, 1);
-    scene.frame();
-    scene.move(3, 2, 1);
-    scene.frame();
+    drag(scene, {0, 0, 1}, {3, 2, 1});
     QVERIFY(isClose(scene.numbers("P.translation_changed"), {3, 0.5, 0}));
 }
 
@@ -161,10 +145,7 @@ void tst_DragSensors::planeStandsInTheSystemOfItsGroup()
     PointerScene scene("<Transform translation='1 0 0' rotation='0 0 1 1.5707963' scale='2 2 2'>"
                        "<PlaneSensor DEF='P'/>" +
                        box + "</Transform>");
-    scene.press(1, 0, 2);
-    scene.frame();
-    scene.move(2, 0, 2);
-    scene.frame();
+    drag(scene, {1, 0, 2}, {2, 0, 2});
     QVERIFY(isClose(scene.numbers("P.translation_changed"), {0, -0.5, 0}));
 }
 
@@ -175,10 +156,7 @@ void tst_DragSensors::planeIsTurnedByItsAxisRotation()
         "<Transform rotation='1 0 0 0.7853982'>"
         "<PlaneSensor DEF='P' axisRotation='1 0 0 -1.5707963'/><Shape><Box size='4 1 4'/></Shape>"
         "</Transform>");
-    scene.press(0, 0.5);
-    scene.frame();
-    scene.move(1, 1);
-    scene.frame();
+    drag(scene, {0, 0.5, 0}, {1, 1, 0});
     const std::vector<double> way = scene.numbers("P.translation_changed");
     QVERIFY(way[0] > 0.7);
     QVERIFY(std::abs(way[1]) < 1e-4);
@@ -191,10 +169,7 @@ void tst_DragSensors::planeThatIsSeenFromItsEdgeSendsNothing()
 {
     PointerScene scene("<Transform rotation='1 0 0 1.5707963'><PlaneSensor DEF='P'/>" + box + "</Transform>");
     scene.watch("P.translation_changed");
-    scene.press(0, 0, 1);
-    scene.frame();
-    scene.move(0, 0.001, 1);
-    scene.frame();
+    drag(scene, {0, 0, 1}, {0, 0.001, 1});
     QVERIFY(areFinite(scene.numbers("P.translation_changed")));
     scene.release(0, 0, 1);
     scene.frame();
@@ -218,10 +193,7 @@ void tst_DragSensors::groupThatIsMovedByItsSensorDoesNotRunAway()
 void tst_DragSensors::sphereTurnsWithThePointer()
 {
     PointerScene scene("<SphereSensor DEF='S'/>" + ball);
-    scene.press(0, 0, 1);
-    scene.frame();
-    scene.move(0.7, 0, 0.7);
-    scene.frame();
+    drag(scene, {0, 0, 1}, {0.7, 0, 0.7});
     const std::vector<double> turn = scene.numbers("S.rotation_changed");
     QVERIFY(turned(turn, osg::Vec3f(0, 0, 1)).equals(osg::Vec3f(0.71F, 0, 0.71F), 0.06F));
     const std::vector<double> track = scene.numbers("S.trackPoint_changed");
@@ -231,10 +203,7 @@ void tst_DragSensors::sphereTurnsWithThePointer()
 void tst_DragSensors::sphereGoesOnFromItsOffset()
 {
     PointerScene scene("<SphereSensor DEF='S' offset='0 0 1 1.5707963'/>" + ball);
-    scene.press(0, 0, 1);
-    scene.frame();
-    scene.move(0.7, 0, 0.7);
-    scene.frame();
+    drag(scene, {0, 0, 1}, {0.7, 0, 0.7});
     // The offset turns first.
     const std::vector<double> turn = scene.numbers("S.rotation_changed");
     QVERIFY(turned(turn, osg::Vec3f(0, 0, 1)).equals(osg::Vec3f(0.71F, 0, 0.71F), 0.06F));
@@ -263,10 +232,7 @@ void tst_DragSensors::sphereRollsOnBesideTheBall()
 void tst_DragSensors::cylinderTurnsAboutItsAxis()
 {
     PointerScene scene("<CylinderSensor DEF='C'/><Shape><Cylinder/></Shape>");
-    scene.press(0, 0, 1);
-    scene.frame();
-    scene.move(0.7, 0.4, 0.7);
-    scene.frame();
+    drag(scene, {0, 0, 1}, {0.7, 0.4, 0.7});
     const std::vector<double> turn = scene.numbers("C.rotation_changed");
     QVERIFY(isClose({turn[0], turn[1], turn[2]}, {0, 1, 0}, 1e-5));
     QVERIFY(std::abs(turn[3] - 0.785) < 0.08);
@@ -295,10 +261,7 @@ void tst_DragSensors::diskIsTurnedFromAbove()
     // The axis points at the viewer.
     PointerScene scene("<Transform rotation='1 0 0 1.5707963'><CylinderSensor DEF='C' diskAngle='0.5'/>"
                        "<Shape><Cylinder radius='2'/></Shape></Transform>");
-    scene.press(1, 0, 1);
-    scene.frame();
-    scene.move(0, 1, 1);
-    scene.frame();
+    drag(scene, {1, 0, 1}, {0, 1, 1});
     QVERIFY(std::abs(scene.numbers("C.rotation_changed")[3] - 1.5708) < 0.06);
     // A cylinder would be turned by the move along the radius too.
     scene.move(0, 1.8, 1);
@@ -323,10 +286,7 @@ void tst_DragSensors::diskGoesRoundMoreThanOnce()
 void tst_DragSensors::cylinderKeepsToItsAngles()
 {
     PointerScene scene("<CylinderSensor DEF='C' minAngle='-0.2' maxAngle='0.3'/><Shape><Cylinder/></Shape>");
-    scene.press(0, 0, 1);
-    scene.frame();
-    scene.move(0.9, 0, 0.4);
-    scene.frame();
+    drag(scene, {0, 0, 1}, {0.9, 0, 0.4});
     QVERIFY(isClose(scene.numbers("C.rotation_changed"), {0, 1, 0, 0.3}, 1e-5));
     scene.move(-0.9, 0, 0.4);
     scene.frame();
@@ -336,10 +296,7 @@ void tst_DragSensors::cylinderKeepsToItsAngles()
 void tst_DragSensors::cylinderIsTurnedByItsAxisRotation()
 {
     PointerScene scene("<CylinderSensor DEF='C' axisRotation='0 0 1 -1.5707963'/><Shape><Sphere/></Shape>");
-    scene.press(0, 0, 1);
-    scene.frame();
-    scene.move(0.3, 0.7, 0.7);
-    scene.frame();
+    drag(scene, {0, 0, 1}, {0.3, 0.7, 0.7});
     const std::vector<double> turn = scene.numbers("C.rotation_changed");
     QVERIFY(isClose({turn[0], turn[1], turn[2]}, {1, 0, 0}, 1e-5));
     QVERIFY(std::abs(turn[3] + 0.785) < 0.08);
@@ -348,10 +305,7 @@ void tst_DragSensors::cylinderIsTurnedByItsAxisRotation()
 void tst_DragSensors::enabledIsHeardWhileDragging()
 {
     PointerScene scene("<PlaneSensor DEF='P'/>" + box);
-    scene.press(0, 0, 1);
-    scene.frame();
-    scene.move(1, 0, 1);
-    scene.frame();
+    drag(scene, {0, 0, 1}, {1, 0, 1});
     scene.set("P.enabled", "FALSE");
     scene.frame();
     QCOMPARE(scene.get("P.isActive"), std::string("FALSE"));
@@ -403,10 +357,7 @@ void tst_DragSensors::oddFieldsGiveNoOddValues()
     QFETCH(QString, sensor);
     QFETCH(QString, output);
     PointerScene scene("<" + sensor.toStdString() + "/>" + ball);
-    scene.press(0.2, 0, 1);
-    scene.frame();
-    scene.move(0.5, 0.5, 1);
-    scene.frame();
+    drag(scene, {0.2, 0, 1}, {0.5, 0.5, 1});
     scene.move(3, 3, 1);
     scene.frame();
     QVERIFY(areFinite(scene.numbers("S." + output.toStdString())));

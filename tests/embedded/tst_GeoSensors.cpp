@@ -27,13 +27,6 @@ private slots:
     void missingTilesAreToldOnce();
 
 private:
-    static bool isClose(const std::vector<double>& a, const std::vector<double>& b, double slack)
-    {
-        bool close = a.size() == b.size();
-        for (std::size_t i = 0; close && i < a.size(); ++i)
-            close = std::abs(a[i] - b[i]) <= slack;
-        return close;
-    }
     static void write(const QTemporaryDir& folder, const char* name, const QByteArray& nodes)
     {
         QFile file(folder.filePath(QString::fromLatin1(name)));

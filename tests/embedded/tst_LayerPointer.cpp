@@ -3,8 +3,6 @@
 
 using namespace Orvane;
 
-using Events = std::vector<std::string>;
-
 /// The pointer over layers, in a window of 200 x 200 pixels: which layer it hits, and what its sensors tell.
 class tst_LayerPointer : public QObject
 {
@@ -46,17 +44,6 @@ std::string twoBoxes(const std::string& fields, const std::string& more = std::s
     return "<Group><TouchSensor DEF='T'/>" + box + "</Group><LayerSet DEF='S' " + setFields + ">" +
            layer("DEF='L' " + fields, more + "<Group><TouchSensor DEF='U'/>" + box + "</Group>") +
            "</LayerSet>";
-}
-
-bool isClose(const std::vector<double>& values, const std::vector<double>& expected, double tolerance = 0.06)
-{
-    if (values.size() != expected.size())
-        return false;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        if (!(std::abs(values[i] - expected[i]) <= tolerance))
-            return false;
-    }
-    return true;
 }
 
 } // namespace

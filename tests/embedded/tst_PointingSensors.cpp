@@ -5,22 +5,9 @@
 
 using namespace Orvane;
 
-using Events = std::vector<std::string>;
-
 namespace {
 
 const std::string box = "<Shape><Box/></Shape>";
-
-bool isClose(const std::vector<double>& values, const std::vector<double>& expected, double tolerance = 0.06)
-{
-    if (values.size() != expected.size())
-        return false;
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        if (!(std::abs(values[i] - expected[i]) <= tolerance))
-            return false;
-    }
-    return true;
-}
 
 } // namespace
 
