@@ -25,9 +25,14 @@ public:
         root->addChild(osg::makeNodeFor(osg::NodeCorePtr(reference)));
         return _picture.draw(root.get());
     }
+    /// The colour at a place of z = 0.
+    static QColor at(const QImage& image, double x, double y)
+    {
+        return image.pixelColor(qRound((x + 5) * 20), qRound((5 - y) * 20));
+    }
     QColor at(const CoreScene& scene, double x, double y, bool headlight = true)
     {
-        return draw(scene, headlight).pixelColor(qRound((x + 5) * 20), qRound((5 - y) * 20));
+        return at(draw(scene, headlight), x, y);
     }
     QColor middleOf(const CoreScene& scene, bool headlight = true) { return at(scene, 0, 0, headlight); }
 

@@ -1,14 +1,10 @@
-#include "../opensg/GLPicture.h"
-#include "CoreScene.h"
-#include <OpenSG/OSGDirectionalLight.h>
-#include <OpenSG/OSGVisitSubTree.h>
+#include "SceneDrawing.h"
 #include <QtTest>
 #include <memory>
 
 using namespace Orvane;
 
-/// What scenes look like: the pieces that make up a surface, drawn together. At z = 0 the picture shows x and
-/// y from -5 to 5.
+/// What scenes look like: the pieces that make up a surface, drawn together.
 class tst_ScenePicture : public QObject
 {
     Q_OBJECT
@@ -35,13 +31,6 @@ private slots:
     void materialEditIsDrawn();
 
 private:
-    /// Draws a scene with or without a head light.
-    QImage draw(const CoreScene& scene, bool headlight = true);
-    /// The colour at a place of z = 0.
-    static QColor at(const QImage& image, double x, double y)
-    {
-        return image.pixelColor(qRound((x + 5) * 20), qRound((5 - y) * 20));
-    }
     /// Leaves room for the blend of texels beside their centres.
     static bool isNear(const QColor& a, const QColor& b)
     {
@@ -50,7 +39,7 @@ private:
                qAbs(a.blue() - b.blue()) < Tolerance;
     }
 
-    std::unique_ptr<GLPicture> _picture;
+    std::unique_ptr<SceneDrawing> _drawing;
 };
 
 namespace {
@@ -75,62 +64,50 @@ const std::string Red = "material Material { diffuseColor 1 0 0 }";
 
 void tst_ScenePicture::initTestCase()
 {
-    _picture = std::make_unique<GLPicture>();
-    QVERIFY(_picture->context.isValid());
-}
-
-QImage tst_ScenePicture::draw(const CoreScene& scene, bool headlight)
-{
-    const osg::DirectionalLightPtr light = osg::DirectionalLight::create();
-    light->setBeacon(_picture->eye.get());
-    light->setOn(headlight);
-    const osg::VisitSubTreePtr reference = osg::VisitSubTree::create();
-    reference->setSubTreeRoot(scene.proc().root());
-    const osg::RefPtr<osg::NodePtr> root(osg::makeNodeFor(osg::NodeCorePtr(light)));
-    root->addChild(osg::makeNodeFor(osg::NodeCorePtr(reference)));
-    return _picture->draw(root.get());
+    _drawing = std::make_unique<SceneDrawing>();
+    QVERIFY(_drawing->isValid());
 }
 
 void tst_ScenePicture::unlitShapeIsWhite()
 {
     CoreScene scene(("Shape { " + std::string(Square) + " } }").c_str());
-    const QImage image = draw(scene, false);
-    QVERIFY(isNear(at(image, 0, 0), Qt::white));
-    QVERIFY(isNear(at(image, 2, 0), Qt::black));
+    const QImage image = _drawing->draw(scene, false);
+    QVERIFY(isNear(SceneDrawing::at(image, 0, 0), Qt::white));
+    QVERIFY(isNear(SceneDrawing::at(image, 2, 0), Qt::black));
 }
 
 void tst_ScenePicture::litShapeTakesTheHeadLight()
 {
     CoreScene scene(square(Red).c_str());
-    QVERIFY(isNear(at(draw(scene), 0, 0), Qt::red));
-    QVERIFY(isNear(at(draw(scene, false), 0, 0), Qt::black));
+    QVERIFY(isNear(_drawing->middleOf(scene), Qt::red));
+    QVERIFY(isNear(_drawing->middleOf(scene, false), Qt::black));
 }
 
 void tst_ScenePicture::backOfASolidFaceIsNotSeen()
 {
     CoreScene scene(square(Red, "ccw FALSE").c_str());
-    QVERIFY(isNear(at(draw(scene), 0, 0), Qt::black));
+    QVERIFY(isNear(_drawing->middleOf(scene), Qt::black));
 }
 
 void tst_ScenePicture::backOfAnOpenFaceIsLit()
 {
     CoreScene scene(square(Red, "ccw FALSE solid FALSE").c_str());
-    QVERIFY(isNear(at(draw(scene), 0, 0), Qt::red));
+    QVERIFY(isNear(_drawing->middleOf(scene), Qt::red));
 }
 
 void tst_ScenePicture::mirroredSolidIsSeenFromOutside()
 {
     CoreScene scene(("Transform { scale -1 1 1 children " + square(Red) + " }").c_str());
-    QVERIFY(isNear(at(draw(scene), 0, 0), Qt::red));
+    QVERIFY(isNear(_drawing->middleOf(scene), Qt::red));
 }
 
 void tst_ScenePicture::sharedShapeIsDrawnInBothPlaces()
 {
     CoreScene scene((moved("-3 0 0", "DEF S " + square(Red)) + moved("3 0 0", "USE S")).c_str());
-    const QImage image = draw(scene);
-    QVERIFY(isNear(at(image, -3, 0), Qt::red));
-    QVERIFY(isNear(at(image, 3, 0), Qt::red));
-    QVERIFY(isNear(at(image, 0, 0), Qt::black));
+    const QImage image = _drawing->draw(scene);
+    QVERIFY(isNear(SceneDrawing::at(image, -3, 0), Qt::red));
+    QVERIFY(isNear(SceneDrawing::at(image, 3, 0), Qt::red));
+    QVERIFY(isNear(SceneDrawing::at(image, 0, 0), Qt::black));
 }
 
 void tst_ScenePicture::scopedLightLightsOnlyItsGroup()
@@ -138,9 +115,9 @@ void tst_ScenePicture::scopedLightLightsOnlyItsGroup()
     CoreScene scene(("Group { children [ DirectionalLight { } " + moved("-3 0 0", square(Red)) + " ] } " +
                      moved("3 0 0", square(Red)))
                         .c_str());
-    const QImage image = draw(scene, false);
-    QVERIFY(isNear(at(image, -3, 0), Qt::red));
-    QVERIFY(isNear(at(image, 3, 0), Qt::black));
+    const QImage image = _drawing->draw(scene, false);
+    QVERIFY(isNear(SceneDrawing::at(image, -3, 0), Qt::red));
+    QVERIFY(isNear(SceneDrawing::at(image, 3, 0), Qt::black));
 }
 
 void tst_ScenePicture::scopedLightFollowsTheUsesOfItsGroup()
@@ -151,14 +128,14 @@ void tst_ScenePicture::scopedLightFollowsTheUsesOfItsGroup()
          "DirectionalLight { direction 0 0 -1 } " +
          square(Red) + " ] } } Transform { translation 3 0 0 children USE G }")
             .c_str());
-    QVERIFY(isNear(at(draw(scene, false), 3, 0), Qt::red));
+    QVERIFY(isNear(_drawing->at(scene, 3, 0, false), Qt::red));
 }
 
 void tst_ScenePicture::globalLightLightsAll()
 {
     CoreScene scene(
         ("Group { children DirectionalLight { global TRUE } } " + moved("3 0 0", square(Red))).c_str());
-    QVERIFY(isNear(at(draw(scene, false), 3, 0), Qt::red));
+    QVERIFY(isNear(_drawing->at(scene, 3, 0, false), Qt::red));
 }
 
 void tst_ScenePicture::pointLightEndsAtItsRadius()
@@ -166,20 +143,20 @@ void tst_ScenePicture::pointLightEndsAtItsRadius()
     CoreScene scene((moved("-3 0 0", square(Red)) + moved("3 0 0", square(Red)) +
                      "PointLight { location -3 0 3 radius 3.5 }")
                         .c_str());
-    const QImage image = draw(scene, false);
-    QVERIFY(at(image, -3, 0).red() > 200);
-    QVERIFY(isNear(at(image, 3, 0), Qt::black));
+    const QImage image = _drawing->draw(scene, false);
+    QVERIFY(SceneDrawing::at(image, -3, 0).red() > 200);
+    QVERIFY(isNear(SceneDrawing::at(image, 3, 0), Qt::black));
 }
 
 void tst_ScenePicture::colorsOfVerticesAreDrawn()
 {
     const std::string colors = "color Color { color [ 0 1 0, 0 1 0, 0 0 1, 0 0 1 ] }";
     CoreScene scene((moved("-3 0 0", square(Red, colors)) + moved("3 0 0", square("", colors))).c_str());
-    const QImage image = draw(scene);
+    const QImage image = _drawing->draw(scene);
     for (const double x : {-3.0, 3.0}) {
-        QVERIFY(at(image, x, -0.9).green() > 200);
-        QVERIFY(at(image, x, 0.9).blue() > 200);
-        QVERIFY(at(image, x, 0.0).red() < 8);
+        QVERIFY(SceneDrawing::at(image, x, -0.9).green() > 200);
+        QVERIFY(SceneDrawing::at(image, x, 0.9).blue() > 200);
+        QVERIFY(SceneDrawing::at(image, x, 0.0).red() < 8);
     }
 }
 
@@ -188,7 +165,7 @@ void tst_ScenePicture::transparencyShowsWhatIsBehind()
     CoreScene scene(
         (square("material Material { diffuseColor 0 1 0 transparency 0.5 }") + moved("0 0 -0.1", square(Red)))
             .c_str());
-    QVERIFY(isNear(at(draw(scene), 0, 0), QColor(128, 128, 0)));
+    QVERIFY(isNear(_drawing->middleOf(scene), QColor(128, 128, 0)));
 }
 
 void tst_ScenePicture::textureStandsOnItsFace()
@@ -196,11 +173,11 @@ void tst_ScenePicture::textureStandsOnItsFace()
     // Two rows of two pixels, the lower row first: red, green; blue, white.
     CoreScene scene(
         square("texture PixelTexture { image 2 2 3 0xFF0000 0x00FF00 0x0000FF 0xFFFFFF }").c_str());
-    const QImage image = draw(scene);
-    QVERIFY(isNear(at(image, -0.5, -0.5), Qt::red));
-    QVERIFY(isNear(at(image, 0.5, -0.5), Qt::green));
-    QVERIFY(isNear(at(image, -0.5, 0.5), Qt::blue));
-    QVERIFY(isNear(at(image, 0.5, 0.5), Qt::white));
+    const QImage image = _drawing->draw(scene);
+    QVERIFY(isNear(SceneDrawing::at(image, -0.5, -0.5), Qt::red));
+    QVERIFY(isNear(SceneDrawing::at(image, 0.5, -0.5), Qt::green));
+    QVERIFY(isNear(SceneDrawing::at(image, -0.5, 0.5), Qt::blue));
+    QVERIFY(isNear(SceneDrawing::at(image, 0.5, 0.5), Qt::white));
 }
 
 void tst_ScenePicture::greyTextureTakesTheColorOfTheMaterial()
@@ -208,9 +185,9 @@ void tst_ScenePicture::greyTextureTakesTheColorOfTheMaterial()
     CoreScene scene((moved("-3 0 0", square(Red + " texture PixelTexture { image 1 1 1 0x80 }")) +
                      moved("3 0 0", square(Red + " texture PixelTexture { image 1 1 3 0x00FF00 }")))
                         .c_str());
-    const QImage image = draw(scene);
-    QVERIFY(isNear(at(image, -3, 0), QColor(128, 0, 0)));
-    QVERIFY(isNear(at(image, 3, 0), Qt::green));
+    const QImage image = _drawing->draw(scene);
+    QVERIFY(isNear(SceneDrawing::at(image, -3, 0), QColor(128, 0, 0)));
+    QVERIFY(isNear(SceneDrawing::at(image, 3, 0), Qt::green));
 }
 
 void tst_ScenePicture::textureTransformMovesTheTexture()
@@ -218,9 +195,9 @@ void tst_ScenePicture::textureTransformMovesTheTexture()
     CoreScene scene(square("texture PixelTexture { image 2 1 3 0xFF0000 0x00FF00 } "
                            "textureTransform TextureTransform { translation 0.5 0 }")
                         .c_str());
-    const QImage image = draw(scene);
-    QVERIFY(isNear(at(image, -0.5, 0), Qt::green));
-    QVERIFY(isNear(at(image, 0.5, 0), Qt::red));
+    const QImage image = _drawing->draw(scene);
+    QVERIFY(isNear(SceneDrawing::at(image, -0.5, 0), Qt::green));
+    QVERIFY(isNear(SceneDrawing::at(image, 0.5, 0), Qt::red));
 }
 
 void tst_ScenePicture::linesAndPointsAreUnlit()
@@ -228,7 +205,7 @@ void tst_ScenePicture::linesAndPointsAreUnlit()
     CoreScene scene(
         "Shape { appearance Appearance { material Material { emissiveColor 0 1 0 } } geometry "
         "IndexedLineSet { coordIndex [ 0 1 ] coord Coordinate { point [ -4 0.025 0, 4 0.025 0 ] } } }");
-    const QImage image = draw(scene, false);
+    const QImage image = _drawing->draw(scene, false);
     bool seen = false;
     for (int y = 95; y < 105; ++y)
         seen = seen || isNear(image.pixelColor(100, y), Qt::green);
@@ -240,24 +217,24 @@ void tst_ScenePicture::switchAndVisibleHide()
     CoreScene scene(("DEF W Switch { children " + moved("-3 0 0", square(Red)) +
                      " } DEF G Group { visible FALSE children " + moved("3 0 0", square(Red)) + " }")
                         .c_str());
-    const QImage hidden = draw(scene);
-    QVERIFY(isNear(at(hidden, -3, 0), Qt::black));
-    QVERIFY(isNear(at(hidden, 3, 0), Qt::black));
+    const QImage hidden = _drawing->draw(scene);
+    QVERIFY(isNear(SceneDrawing::at(hidden, -3, 0), Qt::black));
+    QVERIFY(isNear(SceneDrawing::at(hidden, 3, 0), Qt::black));
     scene.set("W", "whichChoice", "0");
     scene.set("G", "visible", "TRUE");
-    const QImage shown = draw(scene);
-    QVERIFY(isNear(at(shown, -3, 0), Qt::red));
-    QVERIFY(isNear(at(shown, 3, 0), Qt::red));
+    const QImage shown = _drawing->draw(scene);
+    QVERIFY(isNear(SceneDrawing::at(shown, -3, 0), Qt::red));
+    QVERIFY(isNear(SceneDrawing::at(shown, 3, 0), Qt::red));
 }
 
 void tst_ScenePicture::materialEditIsDrawn()
 {
     CoreScene scene(square("material DEF M Material { }").c_str());
-    draw(scene);
+    _drawing->draw(scene);
     scene.set("M", "diffuseColor", "0 0 1");
-    QVERIFY(isNear(at(draw(scene), 0, 0), Qt::blue));
+    QVERIFY(isNear(_drawing->middleOf(scene), Qt::blue));
     scene.set("M", "emissiveColor", "0 1 0");
-    QVERIFY(isNear(at(draw(scene, false), 0, 0), Qt::green));
+    QVERIFY(isNear(_drawing->middleOf(scene, false), Qt::green));
 }
 
 QTEST_MAIN(tst_ScenePicture)

@@ -1,21 +1,17 @@
-#include "../opensg/GLPicture.h"
-#include "CoreScene.h"
 #include "MediaFiles.h"
+#include "SceneDrawing.h"
 #include "core/CubeImage.h"
 #include "core/ShapeProc.h"
 #include <OpenSG/OSGChunkMaterial.h>
-#include <OpenSG/OSGDirectionalLight.h>
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGMaterialGroup.h>
 #include <OpenSG/OSGTextureChunk.h>
-#include <OpenSG/OSGVisitSubTree.h>
 #include <QtTest>
 #include <memory>
 
 using namespace Orvane;
 
-/// What several textures, made coordinates, cube maps and other looks of surfaces show. At z = 0 the picture
-/// shows x and y from -5 to 5.
+/// What several textures, made coordinates, cube maps and other looks of surfaces show.
 class tst_TexturePicture : public QObject
 {
     Q_OBJECT
@@ -53,39 +49,10 @@ private slots:
     void backHasItsColor();
 
 private:
-    QImage draw(const CoreScene& scene, bool headlight = true);
-    static QColor at(const QImage& image, double x, double y)
-    {
-        return image.pixelColor(qRound((x + 5) * 20), qRound((5 - y) * 20));
-    }
-    static bool isNear(const QColor& a, const QColor& b)
-    {
-        constexpr int Tolerance = 6;
-        return qAbs(a.red() - b.red()) < Tolerance && qAbs(a.green() - b.green()) < Tolerance &&
-               qAbs(a.blue() - b.blue()) < Tolerance;
-    }
-    QColor middleOf(const CoreScene& scene) { return at(draw(scene), 0, 0); }
-
-    std::unique_ptr<GLPicture> _picture;
+    std::unique_ptr<SceneDrawing> _drawing;
 };
 
-#define COMPARE_COLOR(actual, expected)                                                                      \
-    do {                                                                                                     \
-        const QColor found = (actual);                                                                       \
-        QVERIFY2(isNear(found, expected),                                                                    \
-                 qPrintable(found.name() + QStringLiteral(" for ") + QColor(expected).name()));              \
-    } while (false)
-
 namespace {
-
-/// A square of side 2 in the plane z = 0 that faces the viewer, as shape S.
-std::string square(const std::string& appearance, const std::string& fields = std::string())
-{
-    return "DEF S Shape { appearance DEF A Appearance { " + appearance +
-           " } geometry DEF G IndexedFaceSet { solid FALSE coordIndex [ 0 1 2 3 ] coord Coordinate { "
-           "point [ -1 -1 0, 1 -1 0, 1 1 0, -1 1 0 ] } " +
-           fields + " } }";
-}
 
 std::string pixel(const std::string& color)
 {
@@ -128,20 +95,8 @@ osg::GeometryPtr geometryOf(const CoreScene& scene)
 
 void tst_TexturePicture::initTestCase()
 {
-    _picture = std::make_unique<GLPicture>();
-    QVERIFY(_picture->context.isValid());
-}
-
-QImage tst_TexturePicture::draw(const CoreScene& scene, bool headlight)
-{
-    const osg::DirectionalLightPtr light = osg::DirectionalLight::create();
-    light->setBeacon(_picture->eye.get());
-    light->setOn(headlight);
-    const osg::VisitSubTreePtr reference = osg::VisitSubTree::create();
-    reference->setSubTreeRoot(scene.proc().root());
-    const osg::RefPtr<osg::NodePtr> root(osg::makeNodeFor(osg::NodeCorePtr(light)));
-    root->addChild(osg::makeNodeFor(osg::NodeCorePtr(reference)));
-    return _picture->draw(root.get());
+    _drawing = std::make_unique<SceneDrawing>();
+    QVERIFY(_drawing->isValid());
 }
 
 void tst_TexturePicture::modesJoinTwoTextures_data()
@@ -175,45 +130,46 @@ void tst_TexturePicture::modesJoinTwoTextures()
 {
     QFETCH(QByteArray, mode);
     QFETCH(QColor, expected);
-    CoreScene scene(square("texture DEF M MultiTexture { alpha 0.25 texture [ " + pixel("804020") +
-                           pixel("6080C0") + " ] }")
+    CoreScene scene(squareWith("texture DEF M MultiTexture { alpha 0.25 texture [ " + pixel("804020") +
+                               pixel("6080C0") + " ] }")
                         .c_str());
     scene.set("M", "mode", QByteArray("\"REPLACE\" \"" + mode + "\"").constData());
-    COMPARE_COLOR(middleOf(scene), expected);
+    COMPARE_DRAWN(_drawing->middleOf(scene), expected);
     QCOMPARE(scene.messageCount(), std::size_t(0));
 }
 
 void tst_TexturePicture::unknownModeIsReported()
 {
-    CoreScene scene(square("texture DEF M MultiTexture { texture [ " + pixel("804020") + " ] }").c_str());
+    CoreScene scene(squareWith("texture DEF M MultiTexture { texture [ " + pixel("804020") + " ] }").c_str());
     scene.set("M", "mode", "\"SHINE\"");
     scene.set("M", "source", "\"NOWHERE\"");
-    COMPARE_COLOR(middleOf(scene), QColor(0x80, 0x40, 0x20));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x80, 0x40, 0x20));
     QCOMPARE(scene.messageCount(), std::size_t(1));
 }
 
 void tst_TexturePicture::factorAndFunctionCount()
 {
     CoreScene scene(
-        square("texture DEF M MultiTexture { color 1 0.5 0 texture [ " + pixel("FF8040") + " ] }").c_str());
+        squareWith("texture DEF M MultiTexture { color 1 0.5 0 texture [ " + pixel("FF8040") + " ] }")
+            .c_str());
     scene.set("M", "source", "\"FACTOR\"");
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x40, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0x40, 0x00));
     scene.set("M", "function", "\"COMPLEMENT\"");
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0xBF, 0xFF));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0xBF, 0xFF));
     scene.set("M", "function", "\"ALPHAREPLICATE\"");
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0xFF, 0xFF));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0xFF, 0xFF));
     scene.set("M", "color", "0 1 0");
     scene.set("M", "function", "\"\"");
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0x80, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0x80, 0x00));
 }
 
 void tst_TexturePicture::stageThatIsOffIsLeftOut()
 {
-    CoreScene scene(square("texture DEF M MultiTexture { texture [ " + pixel("FF0000") + pixel("00FF00") +
-                           pixel("0000FF") + " ] }")
+    CoreScene scene(squareWith("texture DEF M MultiTexture { texture [ " + pixel("FF0000") + pixel("00FF00") +
+                               pixel("0000FF") + " ] }")
                         .c_str());
     scene.set("M", "mode", "\"REPLACE\" \"OFF\" \"ADD\"");
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x00, 0xFF));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0x00, 0xFF));
 }
 
 void tst_TexturePicture::tooManyTexturesAreReported()
@@ -221,19 +177,19 @@ void tst_TexturePicture::tooManyTexturesAreReported()
     std::string list;
     for (int i = 0; i < 20; ++i)
         list += pixel("FFFFFF");
-    CoreScene scene(square("texture MultiTexture { texture [ " + list + " ] }").c_str());
+    CoreScene scene(squareWith("texture MultiTexture { texture [ " + list + " ] }").c_str());
     QCOMPARE(scene.messageCount(), std::size_t(1));
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0xFF, 0xFF));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0xFF, 0xFF));
 }
 
 void tst_TexturePicture::texturesTakeTheirSets()
 {
-    CoreScene scene(square("texture DEF M MultiTexture { texture [ " + Halves + Halves + " ] }",
-                           "texCoord MultiTextureCoordinate { texCoord [ " + everywhere("0.25 0.5") +
-                               everywhere("0.75 0.5") + " ] }")
+    CoreScene scene(squareWith("texture DEF M MultiTexture { texture [ " + Halves + Halves + " ] }",
+                               "texCoord MultiTextureCoordinate { texCoord [ " + everywhere("0.25 0.5") +
+                                   everywhere("0.75 0.5") + " ] }")
                         .c_str());
     scene.set("M", "mode", "\"REPLACE\" \"ADD\"");
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0xFF, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0xFF, 0x00));
 }
 
 void tst_TexturePicture::setsAreFoundByTheirNames()
@@ -243,28 +199,29 @@ void tst_TexturePicture::setsAreFoundByTheirNames()
                ", " + place + ", " + place + " ] } ";
     };
     CoreScene scene(
-        square("material DEF M UnlitMaterial { emissiveTextureMapping right emissiveTexture " + Halves + " }",
-               "texCoord MultiTextureCoordinate { texCoord [ " + named("0.25 0.5", "left") +
-                   named("0.75 0.5", "right") + " ] }")
+        squareWith("material DEF M UnlitMaterial { emissiveTextureMapping right emissiveTexture " + Halves +
+                       " }",
+                   "texCoord MultiTextureCoordinate { texCoord [ " + named("0.25 0.5", "left") +
+                       named("0.75 0.5", "right") + " ] }")
             .c_str());
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0xFF, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0xFF, 0x00));
     scene.set("M", "emissiveTextureMapping", "left");
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x00, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0x00, 0x00));
     scene.set("M", "emissiveTextureMapping", "nowhere");
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x00, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0x00, 0x00));
 }
 
 void tst_TexturePicture::transformsMoveTheirTextures()
 {
-    CoreScene scene(square("texture DEF M MultiTexture { texture [ " + Halves + Halves +
-                               " ] } textureTransform MultiTextureTransform { textureTransform [ "
-                               "TextureTransform { } DEF T TextureTransform { translation 0.5 0 } ] }",
-                           "texCoord " + everywhere("0.25 0.5"))
+    CoreScene scene(squareWith("texture DEF M MultiTexture { texture [ " + Halves + Halves +
+                                   " ] } textureTransform MultiTextureTransform { textureTransform [ "
+                                   "TextureTransform { } DEF T TextureTransform { translation 0.5 0 } ] }",
+                               "texCoord " + everywhere("0.25 0.5"))
                         .c_str());
     scene.set("M", "mode", "\"REPLACE\" \"ADD\"");
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0xFF, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0xFF, 0x00));
     scene.set("T", "translation", "0 0");
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x00, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0x00, 0x00));
 }
 
 void tst_TexturePicture::coordinatesAreMade_data()
@@ -292,59 +249,62 @@ void tst_TexturePicture::coordinatesAreMade()
     QFETCH(QByteArray, mode);
     QFETCH(QByteArray, normal);
     QFETCH(QColor, expected);
-    CoreScene scene(square("texture " + Halves,
-                           "texCoord DEF T TextureCoordinateGenerator { } " + normals(normal.constData()))
+    CoreScene scene(squareWith("texture " + Halves,
+                               "texCoord DEF T TextureCoordinateGenerator { } " + normals(normal.constData()))
                         .c_str());
     scene.set("T", "mode", mode.constData());
-    COMPARE_COLOR(middleOf(scene), expected);
+    COMPARE_DRAWN(_drawing->middleOf(scene), expected);
     QCOMPARE(scene.messageCount(), std::size_t(0));
 }
 
 void tst_TexturePicture::coordinatesOfTheMeshAreMade()
 {
-    CoreScene scene(("DEF P Transform { children " +
-                     square("texture " + Halves, "texCoord DEF T TextureCoordinateGenerator { mode COORD }") +
-                     " }")
-                        .c_str());
-    QImage image = draw(scene);
-    COMPARE_COLOR(at(image, 0.25, 0), QColor(0xFF, 0x00, 0x00));
-    COMPARE_COLOR(at(image, 0.75, 0), QColor(0x00, 0xFF, 0x00));
+    CoreScene scene(
+        ("DEF P Transform { children " +
+         squareWith("texture " + Halves, "texCoord DEF T TextureCoordinateGenerator { mode COORD }") + " }")
+            .c_str());
+    QImage image = _drawing->draw(scene);
+    COMPARE_DRAWN(SceneDrawing::at(image, 0.25, 0), QColor(0xFF, 0x00, 0x00));
+    COMPARE_DRAWN(SceneDrawing::at(image, 0.75, 0), QColor(0x00, 0xFF, 0x00));
     // The place in the shape counts, not that in the picture, unless the camera is asked for.
     scene.set("P", "translation", "0.5 0 0");
-    COMPARE_COLOR(at(draw(scene), 0.75, 0), QColor(0xFF, 0x00, 0x00));
+    COMPARE_DRAWN(_drawing->at(scene, 0.75, 0), QColor(0xFF, 0x00, 0x00));
     scene.set("T", "mode", "CAMERASPACEPOSITION");
-    COMPARE_COLOR(at(draw(scene), 0.75, 0), QColor(0x00, 0xFF, 0x00));
+    COMPARE_DRAWN(_drawing->at(scene, 0.75, 0), QColor(0x00, 0xFF, 0x00));
 }
 
 void tst_TexturePicture::unknownGeneratorIsReported()
 {
-    CoreScene scene(square("texture " + Halves,
-                           "texCoord DEF T TextureCoordinateGenerator { mode NOISE } " + normals("0.6 0 0.8"))
-                        .c_str());
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0xFF, 0x00));
+    CoreScene scene(
+        squareWith("texture " + Halves,
+                   "texCoord DEF T TextureCoordinateGenerator { mode NOISE } " + normals("0.6 0 0.8"))
+            .c_str());
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0xFF, 0x00));
     scene.set("T", "mode", "MAGIC");
     QCOMPARE(scene.messageCount(), std::size_t(1));
 }
 
 void tst_TexturePicture::setsFollowTheirNodes()
 {
-    CoreScene scene(square("texture " + Halves, "texCoord DEF C MultiTextureCoordinate { texCoord [ DEF T " +
-                                                    everywhere("0.25 0.5") + " ] }")
-                        .c_str());
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x00, 0x00));
+    CoreScene scene(
+        squareWith("texture " + Halves, "texCoord DEF C MultiTextureCoordinate { texCoord [ DEF T " +
+                                            everywhere("0.25 0.5") + " ] }")
+            .c_str());
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0x00, 0x00));
     scene.set("T", "point", "0.75 0.5, 0.75 0.5, 0.75 0.5, 0.75 0.5");
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0xFF, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0xFF, 0x00));
     scene.set("C", "texCoord", "");
-    QVERIFY(!draw(scene).isNull());
+    QVERIFY(!_drawing->draw(scene).isNull());
 }
 
 void tst_TexturePicture::shortSetsAreHarmless()
 {
-    CoreScene scene(square("texture MultiTexture { texture [ " + Halves + Halves + " ] }",
-                           "texCoord MultiTextureCoordinate { texCoord [ TextureCoordinate { point [ 0 0 ] } "
-                           "TextureCoordinate { } TextureCoordinate3D { point [ 1 2 3, 4 5 6, 7 8 9, 0 0 0, "
-                           "1 1 1 ] } TextureCoordinate4D { point [ 1 2 3 4, 1 2 3 4 ] } ] }")
-                        .c_str());
+    CoreScene scene(
+        squareWith("texture MultiTexture { texture [ " + Halves + Halves + " ] }",
+                   "texCoord MultiTextureCoordinate { texCoord [ TextureCoordinate { point [ 0 0 ] } "
+                   "TextureCoordinate { } TextureCoordinate3D { point [ 1 2 3, 4 5 6, 7 8 9, 0 0 0, "
+                   "1 1 1 ] } TextureCoordinate4D { point [ 1 2 3 4, 1 2 3 4 ] } ] }")
+            .c_str());
     const osg::GeometryPtr geometry = geometryOf(scene);
     const osg::UInt32 count = geometry->getPositions()->getSize();
     QCOMPARE(geometry->getTexCoords(0)->getSize(), count);
@@ -354,7 +314,7 @@ void tst_TexturePicture::shortSetsAreHarmless()
     QVERIFY(geometry->getTexCoords(2)->getValue4(1) == osg::Vec4f(4, 5, 6, 1));
     QVERIFY(geometry->getTexCoords(3)->getValue4(0) == osg::Vec4f(1, 2, 3, 4));
     QVERIFY(geometry->getTexCoords(3)->getValue4(3) == osg::Vec4f(0, 0, 0, 0));
-    QVERIFY(!draw(scene).isNull());
+    QVERIFY(!_drawing->draw(scene).isNull());
 }
 
 void tst_TexturePicture::cubeShowsWhatANormalLeadsTo()
@@ -369,14 +329,14 @@ void tst_TexturePicture::cubeShowsWhatANormalLeadsTo()
                  {"0 -1 0.1", QColor(0xFF, 0xFF, 0x00)},
                  {"0 0 1", QColor(0x00, 0xFF, 0xFF)}};
     for (const auto& side : cases) {
-        CoreScene scene(
-            square("texture ComposedCubeMapTexture { rightTexture " + pixel("FF0000") + "leftTexture " +
-                       pixel("00FF00") + "topTexture " + pixel("0000FF") + "bottomTexture " +
-                       pixel("FFFF00") + "backTexture " + pixel("00FFFF") + "frontTexture " +
-                       pixel("FF00FF") + "}",
-                   "texCoord TextureCoordinateGenerator { mode CAMERASPACENORMAL } " + normals(side.normal))
-                .c_str());
-        COMPARE_COLOR(middleOf(scene), side.color);
+        CoreScene scene(squareWith("texture ComposedCubeMapTexture { rightTexture " + pixel("FF0000") +
+                                       "leftTexture " + pixel("00FF00") + "topTexture " + pixel("0000FF") +
+                                       "bottomTexture " + pixel("FFFF00") + "backTexture " + pixel("00FFFF") +
+                                       "frontTexture " + pixel("FF00FF") + "}",
+                                   "texCoord TextureCoordinateGenerator { mode CAMERASPACENORMAL } " +
+                                       normals(side.normal))
+                            .c_str());
+        COMPARE_DRAWN(_drawing->middleOf(scene), side.color);
         QCOMPARE(scene.messageCount(), std::size_t(0));
     }
 }
@@ -384,13 +344,13 @@ void tst_TexturePicture::cubeShowsWhatANormalLeadsTo()
 void tst_TexturePicture::cubeFollowsItsSides()
 {
     CoreScene scene(
-        square("texture DEF C ComposedCubeMapTexture { backTexture DEF B " + pixel("00FFFF") + "}",
-               "texCoord TextureCoordinateGenerator { mode CAMERASPACENORMAL }")
+        squareWith("texture DEF C ComposedCubeMapTexture { backTexture DEF B " + pixel("00FFFF") + "}",
+                   "texCoord TextureCoordinateGenerator { mode CAMERASPACENORMAL }")
             .c_str());
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0xFF, 0xFF));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0xFF, 0xFF));
     QCOMPARE(scene.messageCount(), std::size_t(1));
     scene.set("B", "image", "1 1 3 0x804020");
-    COMPARE_COLOR(middleOf(scene), QColor(0x80, 0x40, 0x20));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x80, 0x40, 0x20));
     scene.set("C", "backTexture", "NULL");
     QVERIFY(!textureOf(scene));
 }
@@ -418,10 +378,10 @@ void tst_TexturePicture::sidesStandAsOpenGLWantsThem()
 
 void tst_TexturePicture::propertiesReachTheTexture()
 {
-    CoreScene scene(square("texture DEF T PixelTexture { image 1 1 3 0xFFFFFF textureProperties DEF P "
-                           "TextureProperties { boundaryModeS CLAMP boundaryModeT MIRRORED_REPEAT "
-                           "anisotropicDegree 4 borderColor 1 0.5 0 1 magnificationFilter AVG_PIXEL "
-                           "minificationFilter AVG_PIXEL_AVG_MIPMAP generateMipMaps TRUE } }")
+    CoreScene scene(squareWith("texture DEF T PixelTexture { image 1 1 3 0xFFFFFF textureProperties DEF P "
+                               "TextureProperties { boundaryModeS CLAMP boundaryModeT MIRRORED_REPEAT "
+                               "anisotropicDegree 4 borderColor 1 0.5 0 1 magnificationFilter AVG_PIXEL "
+                               "minificationFilter AVG_PIXEL_AVG_MIPMAP generateMipMaps TRUE } }")
                         .c_str());
     QCOMPARE(textureOf(scene)->getWrapS(), osg::UInt32(osg::TextureChunk::CLAMP));
     QCOMPARE(textureOf(scene)->getWrapT(), osg::UInt32(osg::TextureChunk::MIRRORED_REPEAT));
@@ -438,8 +398,8 @@ void tst_TexturePicture::propertiesReachTheTexture()
 
 void tst_TexturePicture::badPropertiesAreHarmless()
 {
-    CoreScene scene(square("texture PixelTexture { image 1 1 3 0xFFFFFF textureProperties DEF P "
-                           "TextureProperties { boundaryModeS ROUND minificationFilter BEST } }")
+    CoreScene scene(squareWith("texture PixelTexture { image 1 1 3 0xFFFFFF textureProperties DEF P "
+                               "TextureProperties { boundaryModeS ROUND minificationFilter BEST } }")
                         .c_str());
     scene.set("P", "anisotropicDegree", "nan");
     scene.set("P", "borderColor", "nan 7 -3 inf");
@@ -453,17 +413,21 @@ void tst_TexturePicture::colorsThatAreNoneAreHarmless()
 {
     const std::size_t before = surfaceCount();
     {
-        CoreScene scene(
-            square(
-                "material Material { } fillProperties DEF F FillProperties { hatchColor 0 1 0 } texture "
-                "DEF M MultiTexture { mode BLENDFACTORALPHA texture PixelTexture { image 1 1 3 0xFFFFFF } }")
-                .c_str());
+        const std::string appearance =
+            "material Material { } fillProperties DEF F FillProperties { hatchColor 0 1 0 } texture "
+            "DEF M MultiTexture { mode BLENDFACTORALPHA texture PixelTexture { image 1 1 3 0xFFFFFF } }";
+        CoreScene scene((squareWith(appearance) + " Shape { appearance USE A geometry USE G }").c_str());
+        // A number that is none equals not even itself: shapes of one look would no longer share it.
         scene.set("F", "hatchColor", "nan 1 inf");
+        QCOMPARE(surfaceCount(), before + 1);
         scene.set("M", "color", "nan nan nan");
+        QCOMPARE(surfaceCount(), before + 1);
         scene.set("M", "alpha", "nan");
-        draw(scene);
+        QCOMPARE(surfaceCount(), before + 1);
+        _drawing->draw(scene);
         scene.set("M", "color", "inf 0 1");
-        draw(scene);
+        QCOMPARE(surfaceCount(), before + 1);
+        _drawing->draw(scene);
     }
     QCOMPARE(surfaceCount(), before);
 }
@@ -471,61 +435,61 @@ void tst_TexturePicture::colorsThatAreNoneAreHarmless()
 void tst_TexturePicture::movieShowsItsPictures()
 {
     CoreScene scene(
-        square("texture MovieTexture { url \"data:image/x-portable-pixmap,P3 1 1 255 255 128 0 \" }")
+        squareWith("texture MovieTexture { url \"data:image/x-portable-pixmap,P3 1 1 255 255 128 0 \" }")
             .c_str());
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x80, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0x80, 0x00));
     const QByteArray film = mediafiles::dataAddress(mediafiles::gif(2, 50));
     CoreScene moving(
-        square("texture MovieTexture { startTime 1000 url \"" + film.toStdString() + "\" }").c_str());
-    COMPARE_COLOR(middleOf(moving), QColor(0xFF, 0x00, 0x00));
+        squareWith("texture MovieTexture { startTime 1000 url \"" + film.toStdString() + "\" }").c_str());
+    COMPARE_DRAWN(_drawing->middleOf(moving), QColor(0xFF, 0x00, 0x00));
     moving.runTo(0.75);
-    COMPARE_COLOR(middleOf(moving), QColor(0x00, 0xFF, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(moving), QColor(0x00, 0xFF, 0x00));
 }
 
 void tst_TexturePicture::emissionTextureShines()
 {
     CoreScene scene(
-        square("material DEF M Material { diffuseColor 0 0 0 ambientIntensity 0 emissiveColor 1 0.5 0 "
-               "emissiveTexture " +
-               pixel("80FFFF") + " }")
+        squareWith("material DEF M Material { diffuseColor 0 0 0 ambientIntensity 0 emissiveColor 1 0.5 0 "
+                   "emissiveTexture " +
+                   pixel("80FFFF") + " }")
             .c_str());
-    COMPARE_COLOR(at(draw(scene, false), 0, 0), QColor(0x80, 0x80, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene, false), QColor(0x80, 0x80, 0x00));
     scene.set("M", "diffuseColor", "0 0 1");
-    COMPARE_COLOR(middleOf(scene), QColor(0x80, 0x80, 0xFF));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x80, 0x80, 0xFF));
 }
 
 void tst_TexturePicture::maskCutsHoles()
 {
-    CoreScene scene(square("alphaMode MASK alphaCutoff 0.4 texture PixelTexture { image 2 1 4 0xFF000080 "
-                           "0x00FF0040 }",
-                           "texCoord DEF T " + everywhere("0.25 0.5"))
+    CoreScene scene(squareWith("alphaMode MASK alphaCutoff 0.4 texture PixelTexture { image 2 1 4 0xFF000080 "
+                               "0x00FF0040 }",
+                               "texCoord DEF T " + everywhere("0.25 0.5"))
                         .c_str());
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x00, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0x00, 0x00));
     scene.set("T", "point", "0.75 0.5, 0.75 0.5, 0.75 0.5, 0.75 0.5");
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0x00, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0x00, 0x00));
     scene.set("A", "alphaCutoff", "0.1");
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0xFF, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0xFF, 0x00));
 }
 
 void tst_TexturePicture::opaqueHasNoHoles()
 {
-    CoreScene scene(square("alphaMode OPAQUE texture PixelTexture { image 1 1 4 0xFF000000 }").c_str());
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x00, 0x00));
+    CoreScene scene(squareWith("alphaMode OPAQUE texture PixelTexture { image 1 1 4 0xFF000000 }").c_str());
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0x00, 0x00));
     scene.set("A", "alphaMode", "AUTO");
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0x00, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0x00, 0x00));
 }
 
 void tst_TexturePicture::hatchLiesOverTheFace()
 {
     CoreScene scene(
-        square("material UnlitMaterial { emissiveColor 0 0 1 } fillProperties DEF F FillProperties { "
-               "hatchStyle 2 hatchColor 1 1 0 }")
+        squareWith("material UnlitMaterial { emissiveColor 0 0 1 } fillProperties DEF F FillProperties { "
+                   "hatchStyle 2 hatchColor 1 1 0 }")
             .c_str());
     const auto count = [this, &scene](const QColor& color) {
-        const QImage image = draw(scene);
+        const QImage image = _drawing->draw(scene);
         int result = 0;
         for (int x = 84; x < 116; ++x)
-            result += isNear(image.pixelColor(x, 100), color) ? 1 : 0;
+            result += SceneDrawing::isNear(image.pixelColor(x, 100), color) ? 1 : 0;
         return result;
     };
     QCOMPARE(count(QColor(0xFF, 0xFF, 0x00)), 4);
@@ -539,10 +503,10 @@ void tst_TexturePicture::hatchLiesOverTheFace()
 
 void tst_TexturePicture::facesThatAreNotFilledAreNotSeen()
 {
-    CoreScene scene(square("fillProperties DEF F FillProperties { filled FALSE hatched FALSE }").c_str());
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0x00, 0x00));
+    CoreScene scene(squareWith("fillProperties DEF F FillProperties { filled FALSE hatched FALSE }").c_str());
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0x00, 0x00));
     scene.set("F", "filled", "TRUE");
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0xFF, 0xFF));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0xFF, 0xFF));
 }
 
 void tst_TexturePicture::backHasItsColor_data()
@@ -557,10 +521,10 @@ void tst_TexturePicture::backHasItsColor_data()
 void tst_TexturePicture::backHasItsColor()
 {
     QFETCH(QByteArray, materials);
-    CoreScene scene(("DEF P Transform { children " + square(materials.toStdString()) + " }").c_str());
-    COMPARE_COLOR(middleOf(scene), QColor(0xFF, 0x00, 0x00));
+    CoreScene scene(("DEF P Transform { children " + squareWith(materials.toStdString()) + " }").c_str());
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0xFF, 0x00, 0x00));
     scene.set("P", "rotation", "0 1 0 3.14159265");
-    COMPARE_COLOR(middleOf(scene), QColor(0x00, 0xFF, 0x00));
+    COMPARE_DRAWN(_drawing->middleOf(scene), QColor(0x00, 0xFF, 0x00));
     QCOMPARE(scene.messageCount(), std::size_t(0));
 }
 
