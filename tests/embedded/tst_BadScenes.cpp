@@ -1,9 +1,9 @@
 #include "LoadedText.h"
+#include "ScatteredBytes.h"
 #include <Orvane/MFInt32.h>
 #include <Orvane/System.h>
 #include <QTemporaryDir>
 #include <QtTest>
-#include <random>
 #include <sys/stat.h>
 
 using namespace Orvane;
@@ -166,15 +166,7 @@ void tst_BadScenes::scatteredBytesNeverCrash()
                            21);
     LoadedText scene;
     for (int round = 0; round < 3000; ++round) {
-        QByteArray text = whole;
-        const unsigned int changes = 1 + random() % 4;
-        for (unsigned int i = 0; i < changes; ++i) {
-            const int at = static_cast<int>(random() % static_cast<unsigned int>(text.size()));
-            if (random() % 4 == 0)
-                text.remove(at, static_cast<int>(random() % 20));
-            else
-                text[at] = bytes[static_cast<int>(random() % static_cast<unsigned int>(bytes.size()))];
-        }
+        const QByteArray text = withScatteredBytes(whole, bytes, 4, random);
         const bool ok = scene.load(text.toStdString());
         QCOMPARE(scene.report().ok, ok);
         QVERIFY(ok || !scene.report().messages.empty());

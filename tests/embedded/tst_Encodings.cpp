@@ -1,11 +1,11 @@
 #include "GraphCompare.h"
 #include "LoadedText.h"
+#include "ScatteredBytes.h"
 #include <Orvane/MFInt32.h>
 #include <Orvane/System.h>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
-#include <random>
 #include <zlib.h>
 
 using namespace Orvane;
@@ -148,15 +148,7 @@ void tst_Encodings::scatteredBytesNeverCrash()
                            21);
     LoadedText scene;
     for (int round = 0; round < 400; ++round) {
-        QByteArray text = whole;
-        const unsigned int changes = 1 + random() % 6;
-        for (unsigned int i = 0; i < changes; ++i) {
-            const int at = static_cast<int>(random() % static_cast<unsigned int>(text.size()));
-            if (random() % 4 == 0)
-                text.remove(at, static_cast<int>(random() % 20));
-            else
-                text[at] = bytes[static_cast<int>(random() % static_cast<unsigned int>(bytes.size()))];
-        }
+        const QByteArray text = withScatteredBytes(whole, bytes, 6, random);
         const bool ok = scene.load(text.toStdString());
         QCOMPARE(scene.report().ok, ok);
         QVERIFY(ok || !scene.report().messages.empty());

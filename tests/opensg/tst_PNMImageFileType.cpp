@@ -1,3 +1,4 @@
+#include "ImageFormats.h"
 #include "ImageTestTools.h"
 
 #include <QtTest>
@@ -76,18 +77,13 @@ void tst_PNMImageFileType::allKindsAreRead()
 
 void tst_PNMImageFileType::everyFormatComesBack_data()
 {
-    QTest::addColumn<uint>("format");
-    QTest::addColumn<int>("type");
-    QTest::addColumn<uint>("result");
-    const auto row = [](const char* name, uint format, int type, uint result) {
-        QTest::newRow(name) << format << type << result;
-    };
-    row("L", Image::OSG_L_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_L_PF);
-    row("LA", Image::OSG_LA_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_L_PF);
-    row("RGB", Image::OSG_RGB_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_RGB_PF);
-    row("RGBA", Image::OSG_RGBA_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_RGB_PF);
-    row("BGRA 16", Image::OSG_BGRA_PF, Image::OSG_UINT16_IMAGEDATA, Image::OSG_RGB_PF);
-    row("L 16", Image::OSG_L_PF, Image::OSG_UINT16_IMAGEDATA, Image::OSG_L_PF);
+    imageFormats::addColumns();
+    imageFormats::addRow("L", Image::OSG_L_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_L_PF);
+    imageFormats::addRow("LA", Image::OSG_LA_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_L_PF);
+    imageFormats::addRow("RGB", Image::OSG_RGB_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_RGB_PF);
+    imageFormats::addRow("RGBA", Image::OSG_RGBA_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_RGB_PF);
+    imageFormats::addRow("BGRA 16", Image::OSG_BGRA_PF, Image::OSG_UINT16_IMAGEDATA, Image::OSG_RGB_PF);
+    imageFormats::addRow("L 16", Image::OSG_L_PF, Image::OSG_UINT16_IMAGEDATA, Image::OSG_L_PF);
 }
 
 void tst_PNMImageFileType::everyFormatComesBack()

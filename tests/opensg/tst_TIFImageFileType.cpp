@@ -1,3 +1,4 @@
+#include "ImageFormats.h"
 #include "ImageTestTools.h"
 
 #include <QtTest>
@@ -115,37 +116,23 @@ private slots:
 
 void tst_TIFImageFileType::everyFormatComesBack_data()
 {
-    QTest::addColumn<uint>("format");
-    QTest::addColumn<int>("type");
-    QTest::addColumn<uint>("result");
-    const auto row = [](const char* name, uint format, int type, uint result) {
-        QTest::newRow(name) << format << type << result;
-    };
-    row("L", Image::OSG_L_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_L_PF);
-    row("A", Image::OSG_A_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_L_PF);
-    row("LA", Image::OSG_LA_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_LA_PF);
-    row("RGB", Image::OSG_RGB_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_RGB_PF);
-    row("RGBA", Image::OSG_RGBA_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_RGBA_PF);
-    row("RGBA uint16", Image::OSG_RGBA_PF, Image::OSG_UINT16_IMAGEDATA, Image::OSG_RGBA_PF);
-    row("L int16", Image::OSG_L_PF, Image::OSG_INT16_IMAGEDATA, Image::OSG_L_PF);
-    row("L uint32", Image::OSG_L_PF, Image::OSG_UINT32_IMAGEDATA, Image::OSG_L_PF);
-    row("LA int32", Image::OSG_LA_PF, Image::OSG_INT32_IMAGEDATA, Image::OSG_LA_PF);
-    row("RGB float32", Image::OSG_RGB_PF, Image::OSG_FLOAT32_IMAGEDATA, Image::OSG_RGB_PF);
-    row("L float16", Image::OSG_L_PF, Image::OSG_FLOAT16_IMAGEDATA, Image::OSG_L_PF);
+    imageFormats::addColumns();
+    imageFormats::addRow("L", Image::OSG_L_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_L_PF);
+    imageFormats::addRow("A", Image::OSG_A_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_L_PF);
+    imageFormats::addRow("LA", Image::OSG_LA_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_LA_PF);
+    imageFormats::addRow("RGB", Image::OSG_RGB_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_RGB_PF);
+    imageFormats::addRow("RGBA", Image::OSG_RGBA_PF, Image::OSG_UINT8_IMAGEDATA, Image::OSG_RGBA_PF);
+    imageFormats::addRow("RGBA uint16", Image::OSG_RGBA_PF, Image::OSG_UINT16_IMAGEDATA, Image::OSG_RGBA_PF);
+    imageFormats::addRow("L int16", Image::OSG_L_PF, Image::OSG_INT16_IMAGEDATA, Image::OSG_L_PF);
+    imageFormats::addRow("L uint32", Image::OSG_L_PF, Image::OSG_UINT32_IMAGEDATA, Image::OSG_L_PF);
+    imageFormats::addRow("LA int32", Image::OSG_LA_PF, Image::OSG_INT32_IMAGEDATA, Image::OSG_LA_PF);
+    imageFormats::addRow("RGB float32", Image::OSG_RGB_PF, Image::OSG_FLOAT32_IMAGEDATA, Image::OSG_RGB_PF);
+    imageFormats::addRow("L float16", Image::OSG_L_PF, Image::OSG_FLOAT16_IMAGEDATA, Image::OSG_L_PF);
 }
 
 void tst_TIFImageFileType::everyFormatComesBack()
 {
-    QFETCH(uint, format);
-    QFETCH(int, type);
-    const ImageRefPtr image = rampImage(format, 5, 3, type);
-    const ImageRefPtr back = decoded(encoded(image, Mime), Mime);
-    QVERIFY(back);
-    QTEST(back->getPixelFormat(), "result");
-    QCOMPARE(back->getDataType(), type);
-    QCOMPARE(back->getWidth(), 5);
-    QCOMPARE(back->getHeight(), 3);
-    QCOMPARE(pixels(back), pixels(image));
+    imageFormats::comeBack(Mime);
 }
 
 void tst_TIFImageFileType::blueFirstIsWrittenRedFirst()

@@ -74,6 +74,12 @@ public:
     {
         return mover->findField("translation", Node::EXACT_FSO)->inRouteCount(true, false);
     }
+    /// Puts what a route is drawn between on a canvas.
+    void addRouteEnds(QorGraphView& canvas) const
+    {
+        canvas.add(path, QPoint(200, 100));
+        canvas.add(mover, QPoint(380, 200));
+    }
     Context* operator->() const { return _context; }
 
 private:
@@ -93,6 +99,13 @@ void showAt(QWidget& widget)
     widget.show();
     widget.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&widget));
+}
+
+/// Has the path move the mover.
+void drawRoute(MouseOnGraph& mouse, const World& world)
+{
+    mouse.chooseField(mouse.outputOf(world.path), "value_changed");
+    mouse.chooseField(mouse.inputOf(world.mover), "translation");
 }
 
 } // namespace
@@ -131,8 +144,7 @@ void tst_RouteGraphInScene::drawnRouteMovesTheScene()
     World world;
     QorGraphView canvas;
     showAt(canvas);
-    canvas.add(world.path, QPoint(200, 100));
-    canvas.add(world.mover, QPoint(380, 200));
+    world.addRouteEnds(canvas);
     QVERIFY(!world.moves());
 
     MouseOnGraph mouse(canvas);
@@ -151,11 +163,9 @@ void tst_RouteGraphInScene::deletedRouteStopsTheScene()
     World world;
     QorGraphView canvas;
     showAt(canvas);
-    canvas.add(world.path, QPoint(200, 100));
-    canvas.add(world.mover, QPoint(380, 200));
+    world.addRouteEnds(canvas);
     MouseOnGraph mouse(canvas);
-    mouse.chooseField(mouse.outputOf(world.path), "value_changed");
-    mouse.chooseField(mouse.inputOf(world.mover), "translation");
+    drawRoute(mouse, world);
     QTRY_VERIFY(world.moves());
 
     mouse.click(mouse.between(world.path, world.mover));
@@ -170,8 +180,7 @@ void tst_RouteGraphInScene::unfitFieldsMakeNoRoute()
     World world;
     QorGraphView canvas;
     showAt(canvas);
-    canvas.add(world.path, QPoint(200, 100));
-    canvas.add(world.mover, QPoint(380, 200));
+    world.addRouteEnds(canvas);
     MouseOnGraph mouse(canvas);
     mouse.chooseField(mouse.outputOf(world.path), "value_changed");
     mouse.chooseField(mouse.inputOf(world.mover), "rotation");
@@ -187,11 +196,9 @@ void tst_RouteGraphInScene::drawnRouteIsAStep()
     Steps steps(nullptr);
     RouteCanvas canvas(&steps);
     showAt(canvas);
-    canvas.add(world.path, QPoint(200, 100));
-    canvas.add(world.mover, QPoint(380, 200));
+    world.addRouteEnds(canvas);
     MouseOnGraph mouse(canvas);
-    mouse.chooseField(mouse.outputOf(world.path), "value_changed");
-    mouse.chooseField(mouse.inputOf(world.mover), "translation");
+    drawRoute(mouse, world);
     QCOMPARE(canvas.mode(), QorGraphView::DEFAULT_M);
     QCOMPARE(steps.count(), 1);
     QCOMPARE(steps.undoText(), QStringLiteral("route value_changed to translation"));
@@ -212,11 +219,9 @@ void tst_RouteGraphInScene::deletedRoutesAreOneStep()
     RouteCanvas canvas(&steps);
     showAt(canvas);
     canvas.add(world.clock, QPoint(40, 40));
-    canvas.add(world.path, QPoint(200, 100));
-    canvas.add(world.mover, QPoint(380, 200));
+    world.addRouteEnds(canvas);
     MouseOnGraph mouse(canvas);
-    mouse.chooseField(mouse.outputOf(world.path), "value_changed");
-    mouse.chooseField(mouse.inputOf(world.mover), "translation");
+    drawRoute(mouse, world);
     mouse.click(mouse.between(world.path, world.mover));
     mouse.click(mouse.between(world.clock, world.path));
     QTest::keyClick(canvas.windowHandle(), Qt::Key_Delete);
@@ -238,11 +243,9 @@ void tst_RouteGraphInScene::stepsOutliveNothingThatIsGone()
     Steps steps(nullptr);
     RouteCanvas canvas(&steps);
     showAt(canvas);
-    canvas.add(world.path, QPoint(200, 100));
-    canvas.add(world.mover, QPoint(380, 200));
+    world.addRouteEnds(canvas);
     MouseOnGraph mouse(canvas);
-    mouse.chooseField(mouse.outputOf(world.path), "value_changed");
-    mouse.chooseField(mouse.inputOf(world.mover), "translation");
+    drawRoute(mouse, world);
     auto& children = static_cast<MFNode&>(*world.root->findField("children", Node::EXACT_FSO));
     children.clear();
     world.run(2);
@@ -258,8 +261,7 @@ void tst_RouteGraphInScene::refusedRouteIsNoStep()
     RouteCanvas canvas(&steps);
     showAt(canvas);
     QSignalSpy told(&canvas, &RouteCanvas::told);
-    canvas.add(world.path, QPoint(200, 100));
-    canvas.add(world.mover, QPoint(380, 200));
+    world.addRouteEnds(canvas);
     MouseOnGraph mouse(canvas);
     mouse.chooseField(mouse.outputOf(world.path), "value_changed");
     mouse.chooseField(mouse.inputOf(world.mover), "rotation");
