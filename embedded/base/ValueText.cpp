@@ -162,44 +162,33 @@ bool Reader::read(bool& value)
     return fail("TRUE or FALSE");
 }
 
-bool Reader::read(int& value)
+bool Reader::takeNumber(const char* end, std::string_view expected)
 {
-    const char* end = parseInteger(_rest, value);
     if (!end || (end != _rest.end() && !endsWord(*end)))
-        return fail("a whole number of 32 bits");
+        return fail(expected);
     _rest.remove_prefix(static_cast<std::size_t>(end - _rest.data()));
     skipDividers();
     return true;
+}
+
+bool Reader::read(int& value)
+{
+    return takeNumber(parseInteger(_rest, value), "a whole number of 32 bits");
 }
 
 bool Reader::read(unsigned int& value)
 {
-    const char* end = parseInteger(_rest, value);
-    if (!end || (end != _rest.end() && !endsWord(*end)))
-        return fail("a whole number from 0");
-    _rest.remove_prefix(static_cast<std::size_t>(end - _rest.data()));
-    skipDividers();
-    return true;
+    return takeNumber(parseInteger(_rest, value), "a whole number from 0");
 }
 
 bool Reader::read(float& value)
 {
-    const char* end = parseReal(_rest, value);
-    if (!end || (end != _rest.end() && !endsWord(*end)))
-        return fail("a number");
-    _rest.remove_prefix(static_cast<std::size_t>(end - _rest.data()));
-    skipDividers();
-    return true;
+    return takeNumber(parseReal(_rest, value), "a number");
 }
 
 bool Reader::read(double& value)
 {
-    const char* end = parseReal(_rest, value);
-    if (!end || (end != _rest.end() && !endsWord(*end)))
-        return fail("a number");
-    _rest.remove_prefix(static_cast<std::size_t>(end - _rest.data()));
-    skipDividers();
-    return true;
+    return takeNumber(parseReal(_rest, value), "a number");
 }
 
 bool Reader::read(std::string& value)

@@ -50,6 +50,8 @@ public:
 private:
     void skipDividers();
     std::string_view takeWord();
+    /// Goes on behind a number, unless it does not end at \a end or there is none (null).
+    bool takeNumber(const char* end, std::string_view expected);
 
     std::string_view _rest;
     bool _inBrackets = false;

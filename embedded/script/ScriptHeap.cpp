@@ -86,6 +86,16 @@ void addFunction(duk_context* engine, const char* name, duk_c_function function,
     duk_put_prop_string(engine, -2, name);
 }
 
+void pushProxyHandler(duk_context* engine, const ProxyTraps& traps)
+{
+    duk_push_object(engine);
+    addFunction(engine, "get", traps.get, 3);
+    addFunction(engine, "set", traps.set, 4);
+    addFunction(engine, "has", traps.has, 2);
+    addFunction(engine, "deleteProperty", traps.remove, 2);
+    addFunction(engine, "ownKeys", traps.list, 1);
+}
+
 // ---- Life
 
 std::shared_ptr<ScriptHeap> ScriptHeap::of(Context& context)

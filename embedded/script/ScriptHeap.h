@@ -139,6 +139,19 @@ private:
 void addFunction(duk_context* engine, const char* name, duk_c_function function, duk_idx_t arguments,
                  int magic = 0);
 
+/// What a proxy answers with.
+struct ProxyTraps
+{
+    duk_c_function get;
+    duk_c_function set;
+    duk_c_function has;
+    duk_c_function remove;
+    duk_c_function list;
+};
+
+/// Pushes the handler of proxies with those traps.
+void pushProxyHandler(duk_context* engine, const ProxyTraps& traps);
+
 /// The node at work; raises an error when it has gone.
 Node& runningScript(duk_context* engine);
 

@@ -230,12 +230,7 @@ const View& pushNewList(duk_context* engine, NodePartDataType type)
 
 void makeListHandler(duk_context* engine)
 {
-    duk_push_object(engine);
-    addFunction(engine, "get", getProperty, 3);
-    addFunction(engine, "set", setProperty, 4);
-    addFunction(engine, "has", hasProperty, 2);
-    addFunction(engine, "deleteProperty", deleteProperty, 2);
-    addFunction(engine, "ownKeys", listProperties, 1);
+    pushProxyHandler(engine, {getProperty, setProperty, hasProperty, deleteProperty, listProperties});
 }
 
 void addListClasses(duk_context* engine)

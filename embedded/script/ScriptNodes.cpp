@@ -279,12 +279,7 @@ Node* takeScene(duk_context* engine, duk_idx_t index)
 
 void makeNodeHandler(duk_context* engine)
 {
-    duk_push_object(engine);
-    addFunction(engine, "get", getProperty, 3);
-    addFunction(engine, "set", setProperty, 4);
-    addFunction(engine, "has", hasProperty, 2);
-    addFunction(engine, "deleteProperty", deleteProperty, 2);
-    addFunction(engine, "ownKeys", listProperties, 1);
+    pushProxyHandler(engine, {getProperty, setProperty, hasProperty, deleteProperty, listProperties});
 }
 
 void addNodeClass(duk_context* engine)

@@ -164,7 +164,8 @@ protected:
 private:
     void restartTimer();
     void stopTimer();
-    bool ignoresMouse() const;
+    /// Notes where the mouse is. False while its events are not for the scene; \a event is ignored then.
+    bool takesMouse(QMouseEvent* event);
     /// What goes out for a key, 0 for nothing. A key without a code of its own gives its text, and is ignored
     /// so that the parent gets it too. \a operation is named in the log.
     int codeToForward(QKeyEvent* event, const char* operation) const;

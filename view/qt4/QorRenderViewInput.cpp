@@ -63,20 +63,21 @@ const std::map<int, unsigned int> QorRenderView::_keyMap = {
     {Qt::Key_Tab, 281},    {Qt::Key_Backspace, 282}, {Qt::Key_Space, 288},
 };
 
-bool QorRenderView::ignoresMouse() const
+bool QorRenderView::takesMouse(QMouseEvent* event)
 {
-    return !_windowProc || (_glWidget && _glWidget->isTouchActive());
+    if (!_windowProc || (_glWidget && _glWidget->isTouchActive())) {
+        event->ignore();
+        return false;
+    }
+    _lastMouseX = event->x();
+    _lastMouseY = event->y();
+    return true;
 }
 
 void QorRenderView::mousePressEvent(QMouseEvent* event)
 {
-    if (ignoresMouse()) {
-        event->ignore();
+    if (!takesMouse(event))
         return;
-    }
-    _lastMouseX = event->x();
-    _lastMouseY = event->y();
-
     const int button = runtimeButton(event->button());
     if (button == 0) {
         QOR_WARNING("Invalid mouse button PressEvent: %d\n", static_cast<int>(event->button()));
@@ -95,13 +96,8 @@ void QorRenderView::mousePressEvent(QMouseEvent* event)
 
 void QorRenderView::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (ignoresMouse()) {
-        event->ignore();
+    if (!takesMouse(event))
         return;
-    }
-    _lastMouseX = event->x();
-    _lastMouseY = event->y();
-
     const int button = runtimeButton(event->button());
     if (button == 0) {
         QOR_WARNING("Invalid mouse button ReleaseEvent: %d\n", static_cast<int>(event->button()));
@@ -115,13 +111,8 @@ void QorRenderView::mouseReleaseEvent(QMouseEvent* event)
 
 void QorRenderView::mouseMoveEvent(QMouseEvent* event)
 {
-    if (ignoresMouse()) {
-        event->ignore();
+    if (!takesMouse(event))
         return;
-    }
-    _lastMouseX = event->x();
-    _lastMouseY = event->y();
-
     if (_mouseMode == NavigationMode && _windowProc->winPtr() == _winPtr)
         _windowProc->mouseMove(event->x(), event->y());
     event->accept();
