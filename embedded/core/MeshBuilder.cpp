@@ -1,94 +1,17 @@
 #include "core/MeshBuilder.h"
+#include "core/MeshChannel.h"
 #include "core/NormalGenerator.h"
 #include "core/Triangulator.h"
 #include <algorithm>
 #include <array>
-#include <limits>
 #include <memory>
 
 namespace Orvane {
 
 namespace {
 
-constexpr std::uint32_t None = std::numeric_limits<std::uint32_t>::max();
-
 /// A corner is looked for among so many vertices of its point before it becomes one of its own.
 constexpr int MaxSearch = 16;
-
-/// Where the values of one property come from, once normals are made where they were missing.
-template <class Value>
-class Channel
-{
-public:
-    void bind(const MeshAttribute<Value>& attribute, const std::vector<int>& coordIndex)
-    {
-        if (!attribute.isGiven())
-            return;
-        _values = attribute.values;
-        bindIndex(attribute, coordIndex, _values->size());
-    }
-    /// Binds indices of \a count values that stand elsewhere.
-    void bindIndex(const MeshAttribute<Value>& attribute, const std::vector<int>& coordIndex,
-                   std::size_t count)
-    {
-        _isGiven = true;
-        _count = count;
-        const bool indexed = attribute.index && !attribute.index->empty();
-        if (indexed && !(attribute.perVertex && *attribute.index == coordIndex))
-            _index = attribute.index;
-        _kind = attribute.perVertex ? (_index ? Kind::Corner : Kind::Point) : Kind::Face;
-    }
-    void bindPoints(std::vector<Value> values) { own(std::move(values), Kind::Point); }
-    void bindCorners(std::vector<Value> values, std::vector<std::uint32_t> places)
-    {
-        own(std::move(values), Kind::Made);
-        _made = std::move(places);
-    }
-
-    bool isGiven() const { return _isGiven; }
-    bool isPerPoint() const { return !_isGiven || _kind == Kind::Point; }
-    bool isPerFace() const { return _isGiven && _kind == Kind::Face; }
-
-    /// Index of the value of a corner; `None` when the scene names one that does not exist.
-    std::uint32_t at(std::uint32_t place, std::uint32_t point, std::uint32_t face, MeshFaults& faults) const
-    {
-        if (!_isGiven)
-            return None;
-        std::uint32_t i = point;
-        if (_kind == Kind::Made)
-            i = _made[place];
-        else if (_kind != Kind::Point) {
-            i = _kind == Kind::Face ? face : place;
-            if (_index)
-                i = i < _index->size() ? static_cast<std::uint32_t>((*_index)[i]) : None;
-        }
-        if (i < _count)
-            return i;
-        faults.add(MeshFaults::ATTRIBUTE_OUT_OF_RANGE, place);
-        return None;
-    }
-    Value value(std::uint32_t i, const Value& fallback) const { return i == None ? fallback : (*_values)[i]; }
-
-private:
-    enum class Kind { Point, Face, Corner, Made };
-
-    void own(std::vector<Value> values, Kind kind)
-    {
-        _owned = std::move(values);
-        _values = &_owned;
-        _isGiven = true;
-        _count = _owned.size();
-        _kind = kind;
-    }
-
-    const std::vector<Value>* _values = nullptr;
-    const std::vector<int>* _index = nullptr;
-    std::vector<Value> _owned;
-    std::vector<std::uint32_t> _made;
-    Kind _kind = Kind::Point;
-    std::size_t _count = 0;
-    bool _isGiven = false;
-};
 
 class Builder
 {
@@ -111,7 +34,7 @@ public:
         _sequential = perFace && _faces.triangleCount() * 3 == _faces.cornerCount();
         reserve(sharesPoints ? std::min(_faces.points().size(), _faces.cornerCount()) : _faces.cornerCount());
         if (_merge)
-            _firstVertex.assign(_faces.points().size(), None);
+            _firstVertex.assign(_faces.points().size(), NoIndex);
         if (_sequential && _flat && !_source.wantsPoints && !_colors.isGiven() && !_colorsRGBA.isGiven() &&
             !_texCoords.isGiven())
             addPlainTriangles();
@@ -273,7 +196,7 @@ private:
         const std::uint32_t point = _faces.pointAt(place);
         const Key key = keyOf(place, point, face);
         std::uint32_t* link = &_firstVertex[point];
-        for (int i = 0; *link != None && i < MaxSearch; ++i) {
+        for (int i = 0; *link != NoIndex && i < MaxSearch; ++i) {
             if (_keys[*link] == key)
                 return *link;
             link = &_nextVertex[*link];
@@ -382,7 +305,7 @@ private:
         }
         _mesh.positions.emplace_back(crossing.position);
         if (_source.wantsPoints)
-            _mesh.points.push_back(None);
+            _mesh.points.push_back(NoIndex);
         _mesh.normals.push_back(unitVector(normal));
         if (_colors.isGiven() || _colorsRGBA.isGiven())
             _mesh.colors.emplace_back(color[0], color[1], color[2], color[3]);
@@ -392,8 +315,8 @@ private:
             addTexCoord(texCoord);
         // No corner is ever merged with a crossing.
         if (_merge) {
-            _keys.push_back({None, None, None});
-            _nextVertex.push_back(None);
+            _keys.push_back({NoIndex, NoIndex, NoIndex});
+            _nextVertex.push_back(NoIndex);
         }
         return vertex;
     }
@@ -404,10 +327,10 @@ private:
     const FaceList& _faces;
     MeshFaults& _faults;
     std::unique_ptr<Triangulator> _triangulator;
-    Channel<osg::Vec3f> _normals;
-    Channel<osg::Color3f> _colors;
-    Channel<osg::Color4f> _colorsRGBA;
-    Channel<osg::Vec2f> _texCoords;
+    MeshChannel<osg::Vec3f> _normals;
+    MeshChannel<osg::Color3f> _colors;
+    MeshChannel<osg::Color4f> _colorsRGBA;
+    MeshChannel<osg::Vec2f> _texCoords;
     MeshData _mesh;
     std::vector<std::uint32_t> _firstVertex; ///< by point
     std::vector<std::uint32_t> _nextVertex;  ///< by vertex: another one of the same point
