@@ -20,7 +20,7 @@ std::string number(double value)
 std::string boxes(int count, bool resting)
 {
     std::string shapes = "<CollidableShape DEF='F' translation='0 -0.5 0'><Shape containerField='shape'>"
-                         "<Box size='60 1 60'/></Shape></CollidableShape>";
+                         "<Box size='90 1 90'/></Shape></CollidableShape>";
     std::string collidables = "<CollidableShape USE='F' containerField='collidables'/>";
     std::string bodies;
     const int side = 10;

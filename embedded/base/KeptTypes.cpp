@@ -66,12 +66,13 @@ void tellOfKept(const Node& node)
     if (!hasBehaviours() || !type.data()->entry || serviceOf(type) != TypeService::TOLD ||
         !contextData(node).toldTypes.insert(&type).second)
         return;
-    const bool isSound = type.data()->entry->component == "Sound";
+    const std::string_view component = type.data()->entry->component;
     reportMessage(node, LoadMessage::WARNING_LM,
                   type.name + ": nodes of this type are kept and " +
-                      (isSound            ? "not heard"
-                       : isOfEvents(type) ? "do nothing"
-                                          : "not drawn"));
+                      (component == "Sound"     ? "not heard"
+                       : component == "Shaders" ? "not run"
+                       : isOfEvents(type)       ? "do nothing"
+                                                : "not drawn"));
 }
 
 } // namespace Orvane

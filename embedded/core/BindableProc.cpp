@@ -42,10 +42,23 @@ BindableProc::~BindableProc()
 
 void BindableProc::start(double time)
 {
-    _scene = SceneState::of(node());
-    if (_scene)
-        _scene->stack(_kind).add(*this, !isInlined(node()), time);
+    join(!isInlined(node()), time);
     requestUpdate();
+}
+
+void BindableProc::join(bool candidate, double time)
+{
+    _scene.take(node(), [this](SceneState& former) {
+        // It leaves the other stack as if it had been taken out of the scene, and comes as if it were new.
+        const double now = context().timeStamp();
+        BindableStack& stack = former.stack(_kind);
+        stack.unbind(*this, now);
+        stack.remove(*this, now);
+        _scene->stack(_kind).add(*this, !isInlined(node()), now);
+        requestUpdate();
+    });
+    if (_scene)
+        _scene->stack(_kind).add(*this, candidate, time);
 }
 
 void BindableProc::fieldChanged(Field& field, double time)
@@ -67,16 +80,14 @@ bool BindableProc::rest(double time)
     if (_scene) {
         _scene->stack(_kind).unbind(*this, time);
         _scene->stack(_kind).remove(*this, time);
+        _scene.leave();
     }
     return true;
 }
 
 void BindableProc::resume(double time)
 {
-    _scene = SceneState::of(node());
-    if (!_scene)
-        return;
-    _scene->stack(_kind).add(*this, false, time);
+    join(false, time);
     if (_wasBound)
         bind(true, time);
     requestUpdate();

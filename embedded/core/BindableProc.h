@@ -1,9 +1,8 @@
 #pragma once
 
 #include "core/ElementProc.h"
-#include "core/SceneState.h"
+#include "core/LayerSeat.h"
 #include <Orvane/Export.h>
-#include <memory>
 
 namespace Orvane {
 
@@ -38,7 +37,9 @@ protected:
     SceneState* scene() const { return _scene.get(); }
 
 private:
-    std::shared_ptr<SceneState> _scene;
+    void join(bool candidate, double time);
+
+    LayerSeat _scene;
     BindableKind _kind;
     bool _wasBound = false; ///< before it was put to rest
 };

@@ -1,6 +1,8 @@
 #include "base/ValueFields.h"
+#include "core/DoubleMatrix.h"
 #include "core/GeoSystem.h"
 #include "core/GroupProc.h"
+#include "core/LayerSeat.h"
 #include "core/Places.h"
 #include "core/SceneState.h"
 #include "core/UsableValues.h"
@@ -54,7 +56,7 @@ public:
 
     void start(double) override
     {
-        _scene = SceneState::of(node());
+        _scene.take(node(), [this](SceneState&) { _seenVersion = 0; });
         setTicking(true);
     }
 
@@ -82,7 +84,7 @@ public:
         bool active = false;
         if (enabledPart.read<SFBool>(node()).value() && readBox()) {
             for (const osg::Matrix& place : placesOf(*this)) {
-                active = isInside(place);
+                active = placeBox(place) && isInside(place);
                 if (active)
                     break;
             }
@@ -95,14 +97,18 @@ protected:
     virtual bool isInside(const osg::Matrix& toWorld) = 0;
     /// Sends what the last `isInside` noted; \a entered is true for the first time.
     virtual void send(bool /*entered*/, double /*time*/) {}
-    virtual osg::Vec3f readCenter() const { return centerPart.read<SFVec3f>(node()).value(); }
+    /// The centre of the box, in the system of a place.
+    virtual osg::Vec3f centerAt(const osg::Matrix& /*toWorld*/) const
+    {
+        return centerPart.read<SFVec3f>(node()).value();
+    }
     /// The smallest size that makes a box.
     virtual bool isBox(const osg::Vec3f& size) const
     {
         return size[0] > 0.0F && size[1] > 0.0F && size[2] > 0.0F;
     }
 
-    SceneState& scene() const { return *_scene; }
+    SceneState& scene() const { return *_scene.get(); }
     const osg::Matrix& viewer() const { return _viewer; }
     const osg::Vec3f& center() const { return _center; }
     const osg::Vec3f& size() const { return _size; }
@@ -130,9 +136,14 @@ private:
 
     bool readBox()
     {
-        _center = readCenter();
         _size = sizePart.read<SFVec3f>(node()).value();
-        return isUsable(_center) && isUsable(_size) && isBox(_size);
+        return isUsable(_size) && isBox(_size);
+    }
+
+    bool placeBox(const osg::Matrix& toWorld)
+    {
+        _center = centerAt(toWorld);
+        return isUsable(_center);
     }
 
     void setActive(bool active, double time)
@@ -149,7 +160,7 @@ private:
             send(changed, time);
     }
 
-    std::shared_ptr<SceneState> _scene;
+    LayerSeat _scene;
     osg::Matrix _viewer;
     osg::Vec3f _center;
     osg::Vec3f _size;
@@ -184,9 +195,6 @@ protected:
             report<SFVec3f>(centerOfRotationChangedPart, *center, entered, time);
     }
 
-    /// Where the viewer is, in the system of the sensor.
-    osg::Vec3f place() const { return translationOf(_local); }
-
 private:
     std::optional<osg::Vec3f> centerOfRotation() const
     {
@@ -206,25 +214,30 @@ private:
     osg::Matrix _local;   ///< from the viewer
 };
 
-/// Senses the viewer in a box about a geographic place.
+/// Senses the viewer in a box about a geographic place. Places are those of the world, in whatever groups the
+/// sensor stands; the box lies along the axes of its own group.
 class GeoProximitySensorProc : public ProximitySensorProc
 {
 public:
     using ProximitySensorProc::ProximitySensorProc;
 
 protected:
-    osg::Vec3f readCenter() const override
+    osg::Vec3f centerAt(const osg::Matrix& toWorld) const override
     {
         // The field has had two names.
         const osg::Vec3d& named = geoCenterPart.read<SFVec3d>(node()).value();
         const osg::Vec3d& center = named == osg::Vec3d() ? centerPart.read<SFVec3d>(node()).value() : named;
-        return osg::Vec3f(GeoSystem::of(node()).toScene(center));
+        osg::Matrix4d toLocal;
+        if (!toDouble(toWorld).inverse(toLocal))
+            return osg::Vec3f(osg::Inf, osg::Inf, osg::Inf); // nowhere
+        return osg::Vec3f(transformed(toLocal, GeoSystem::of(node()).toScene(center)));
     }
 
     void send(bool entered, double time) override
     {
         ProximitySensorProc::send(entered, time);
-        report<SFVec3d>(geoCoordPart, GeoSystem::of(node()).fromScene(osg::Vec3d(place())), entered, time);
+        const osg::Vec3d eye(translationOf(viewer()));
+        report<SFVec3d>(geoCoordPart, GeoSystem::of(node()).fromScene(eye), entered, time);
     }
 };
 

@@ -12,7 +12,10 @@ FollowedLayer::~FollowedLayer()
 void FollowedLayer::join(Node& node, ViewFollower& follower)
 {
     leave();
-    _layer = SceneState::of(node);
+    _layer.take(node, [this](SceneState& former) {
+        former.removeViewFollower(*_follower);
+        _layer->addViewFollower(*_follower);
+    });
     if (!_layer)
         return;
     _follower = &follower;
@@ -24,7 +27,7 @@ void FollowedLayer::leave()
     if (_follower)
         _layer->removeViewFollower(*_follower);
     _follower = nullptr;
-    _layer.reset();
+    _layer.leave();
 }
 
 } // namespace Orvane

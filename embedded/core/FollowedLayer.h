@@ -1,13 +1,13 @@
 #pragma once
 
-#include "core/SceneState.h"
+#include "core/LayerSeat.h"
 #include "core/ViewFollower.h"
 #include <Orvane/Export.h>
-#include <memory>
 
 namespace Orvane {
 
-/// Keeps a follower of views on the list of the layer in which its node stands, as long as both live.
+/// Keeps a follower of views on the list of the layer in which its node stands, as long as both live and
+/// wherever it is moved.
 class ORVANE_API FollowedLayer
 {
 public:
@@ -21,7 +21,7 @@ public:
     bool isJoined() const { return _follower; }
 
 private:
-    std::shared_ptr<SceneState> _layer;
+    LayerSeat _layer;
     ViewFollower* _follower = nullptr;
 };
 

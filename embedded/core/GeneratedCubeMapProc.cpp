@@ -1,8 +1,8 @@
 #include "core/AppearanceProcs.h"
 #include "core/InnerPicture.h"
+#include "core/LayerSeat.h"
 #include "core/Part.h"
 #include "core/RayTarget.h"
-#include "core/SceneState.h"
 #include "core/ShapeProc.h"
 #include "core/TextureProcs.h"
 #include <OpenSG/OSGCubeView.h>
@@ -81,7 +81,10 @@ public:
     void start(double time) override
     {
         PictureTextureProc::start(time);
-        _scene = SceneState::of(node());
+        _scene.take(node(), [this](SceneState& former) {
+            former.removeInnerPicture(*this);
+            _scene->addInnerPicture(*this);
+        });
         if (_scene)
             _scene->addInnerPicture(*this);
     }
@@ -166,7 +169,7 @@ private:
     }
 
     const osg::UInt32 _target;
-    std::shared_ptr<SceneState> _scene;
+    LayerSeat _scene;
     osg::RefPtr<osg::ImagePtr> _image;
 };
 

@@ -4,8 +4,8 @@
 #include "base/ValueFields.h"
 #include "core/GeoSystem.h"
 #include "core/GroupProc.h"
+#include "core/LayerSeat.h"
 #include "core/SceneFiles.h"
-#include "core/SceneState.h"
 #include "core/UsableValues.h"
 #include <Orvane/Context.h>
 #include <Orvane/MFNode.h>
@@ -43,7 +43,7 @@ public:
     void start(double time) override
     {
         GroupProc::start(time);
-        _scene = SceneState::of(node());
+        _scene.take(node());
         setTicking(true);
     }
 
@@ -147,7 +147,7 @@ private:
         return false;
     }
 
-    std::shared_ptr<SceneState> _scene;
+    LayerSeat _scene;
     int _level = None;
     bool _isPlaced = false;
 };

@@ -1,7 +1,8 @@
 #include "core/GroupProc.h"
 #include "core/ListEdit.h"
 #include "core/PointingSensorProc.h"
-#include "core/SceneState.h"
+#include "core/RayTarget.h"
+#include "core/SceneLayer.h"
 #include "core/ScopedProc.h"
 #include <OpenSG/OSGGroup.h>
 #include <OpenSG/OSGVisitSubTree.h>
@@ -44,12 +45,13 @@ void GroupProc::fieldChanged(Field& field, double time)
     if (takeListEvent(node(), field, addChildrenPart, removeChildrenPart, childrenPart, time))
         return;
     if (field.dataType() == MFNODE_DT || field.dataType() == SFNODE_DT)
-        _childrenChanged = true;
+        childrenChanged(field);
     requestUpdate();
 }
 
 void GroupProc::childrenChanged(Field&)
 {
+    SceneLayer::nodesMayMove(node());
     _childrenChanged = true;
     requestUpdate();
 }
@@ -121,6 +123,25 @@ void GroupProc::collectSensors(std::vector<PointingSensorProc*>& sensors) const
         --left;
         if (auto* const sensor = dynamic_cast<PointingSensorProc*>(entry->use.element()))
             sensors.push_back(sensor);
+    }
+}
+
+void GroupProc::collectShown(std::vector<ElementProc*>& shown) const
+{
+    const auto isSeen = [](const osg::NodePtr& root) { return (root->getTravMask() & PictureTarget) != 0; };
+    if (!isSeen(_tree))
+        return;
+    const osg::NodePtr& parent = content();
+    const osg::NodeCore::ChildRange range = parent->getCore()->getActiveChildren(parent->getNChildren());
+    osg::UInt32 place = 0;
+    for (const Entry& entry : _entries) {
+        if (!entry.shown)
+            continue;
+        ElementProc* const element = entry.use.element();
+        if (place >= range.first && place < range.last && element && element->tree() &&
+            isSeen(element->tree()))
+            shown.push_back(element);
+        ++place;
     }
 }
 
@@ -238,8 +259,22 @@ const osg::NodePtr& GroupProc::content() const
 GroupProc::Lighting& GroupProc::lighting()
 {
     if (!_lighting)
-        _lighting = std::make_unique<Lighting>();
+        _lighting = std::make_unique<Lighting>(*this);
     return *_lighting;
+}
+
+void GroupProc::Lighting::nodesMoved()
+{
+    if (layers.empty())
+        return;
+    const std::vector<std::shared_ptr<SceneState>> present = SceneState::allOf(group.node());
+    if (present == layers)
+        return;
+    for (const std::shared_ptr<SceneState>& layer : layers)
+        layer->setGlobalLights(group, {});
+    // Those that it lights now are found when the lights are looked at.
+    layers.clear();
+    group.askForLights();
 }
 
 void GroupProc::hangBelow(const std::vector<osg::NodeCorePtr>& lights)

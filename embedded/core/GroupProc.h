@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/ElementProc.h"
+#include "core/LayerWatcher.h"
 #include "core/Part.h"
 #include <OpenSG/OSGNode.h>
 #include <OpenSG/OSGRefPtr.h>
@@ -41,6 +42,8 @@ public:
 
     /// Adds the sensors among the children, which sense the pointer over all of them.
     void collectSensors(std::vector<PointingSensorProc*>& sensors) const;
+    /// Adds those children that are drawn at present, in order.
+    void collectShown(std::vector<ElementProc*>& shown) const;
 
 protected:
     void elementChanged(ElementProc& element) override;
@@ -85,8 +88,15 @@ private:
     bool isUpToDate(const Entry& entry, Node* node) const;
 
     /// What a group has that holds lights.
-    struct Lighting
+    struct Lighting : LayerWatcher
     {
+        explicit Lighting(GroupProc& owner)
+            : group(owner)
+        {
+        }
+        void nodesMoved() override;
+
+        GroupProc& group;
         osg::RefPtr<osg::NodePtr> content; ///< below the lights; null when all of them are global
         /// What the global ones light up: the layers where the group stands. Empty when there were none.
         std::vector<std::shared_ptr<SceneState>> layers;

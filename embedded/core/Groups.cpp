@@ -94,7 +94,6 @@ const ProcRegistration cadLayer("CADLayer", makeProc<GroupProc>);
 const ProcRegistration face("CADFace", makeProc<FaceProc>);
 const ProcRegistration group("Group", makeProc<GroupProc>);
 const ProcRegistration inlined("Inline", makeProc<InlineProc>);
-const ProcRegistration pickableGroup("PickableGroup", makeProc<GroupProc>);
 const ProcRegistration staticGroup("StaticGroup", makeProc<GroupProc>);
 const ProcRegistration switched("Switch", makeProc<SwitchProc>);
 

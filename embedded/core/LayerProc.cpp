@@ -1,4 +1,5 @@
 #include "core/LayerProc.h"
+#include "core/LayerWatcher.h"
 #include "core/ViewportProc.h"
 #include <OpenSG/OSGGroup.h>
 #include <Orvane/MFString.h>
@@ -24,6 +25,12 @@ LayerProc::LayerProc(Node& node)
 LayerProc::LayerProc(Node& node, const osg::NodeCorePtr& core)
     : SceneLayer(node, core)
 {
+    ++LayerWatcher::layerCount();
+}
+
+LayerProc::~LayerProc()
+{
+    --LayerWatcher::layerCount();
 }
 
 bool LayerProc::isVisible() const

@@ -12,6 +12,7 @@ public:
     explicit LayerProc(Node& node);
     /// A layer that is of another kind for OpenSG too.
     LayerProc(Node& node, const osg::NodeCorePtr& core);
+    ~LayerProc() override;
 
     /// None: a layer is no part of a group, wherever it stands.
     osg::NodePtr tree() const override { return osg::NullFC; }

@@ -31,4 +31,17 @@ void editList(MFNode& list, const MFNode& nodes, bool add, double time)
     }
 }
 
+bool setNodes(MFNode& list, const std::vector<Node*>& nodes, double time)
+{
+    const auto isSame = [](NodeLink& link, const Node* node) { return link.directNode() == node; };
+    if (std::equal(list.begin(), list.end(), nodes.begin(), nodes.end(), isSame))
+        return false;
+    list.clear();
+    for (Node* const node : nodes)
+        list.addNode(time, node, Field::EVENT_CT);
+    if (nodes.empty())
+        list.processValueChange(time, Field::EVENT_CT);
+    return true;
+}
+
 } // namespace Orvane

@@ -3,12 +3,16 @@
 #include "core/Part.h"
 #include <Orvane/Export.h>
 #include <Orvane/MFNode.h>
+#include <vector>
 
 namespace Orvane {
 
 /// Adds the nodes of an event such as `addChildren` to a list, those that it does not hold yet, or takes them
 /// out of it.
 ORVANE_API void editList(MFNode& list, const MFNode& nodes, bool add, double time);
+
+/// Replaces the links of a list, as an event. False when it has these already.
+ORVANE_API bool setNodes(MFNode& list, const std::vector<Node*>& nodes, double time);
 
 /// What a behaviour does with the event fields \a add and \a remove of its list. False when \a field is
 /// neither of them.

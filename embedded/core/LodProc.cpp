@@ -1,6 +1,6 @@
 #include "base/ValueFields.h"
 #include "core/GroupProc.h"
-#include "core/SceneState.h"
+#include "core/LayerSeat.h"
 #include "core/UsableValues.h"
 #include <OpenSG/OSGSwitch.h>
 #include <Orvane/Context.h>
@@ -30,7 +30,7 @@ public:
     void start(double time) override
     {
         GroupProc::start(time);
-        _scene = SceneState::of(node());
+        _scene.take(node());
         setTicking(true);
     }
 
@@ -96,7 +96,7 @@ private:
     }
 
     osg::SwitchPtr _switch; ///< the core of the tree's root
-    std::shared_ptr<SceneState> _scene;
+    LayerSeat _scene;
     int _level = -1;
     bool _isPlaced = false; ///< what stands above the node is known
 };

@@ -1,11 +1,6 @@
-#include "base/ValueFields.h"
 #include "core/ImageSource.h"
-#include "core/Part.h"
+#include "core/MediaProc.h"
 #include "core/TextureProcs.h"
-#include "core/TimedRun.h"
-#include <Orvane/MFString.h>
-#include <Orvane/SFBool.h>
-#include <Orvane/SFFloat.h>
 #include <algorithm>
 #include <cmath>
 
@@ -13,57 +8,48 @@ namespace Orvane {
 
 namespace {
 
-const Part durationPart("duration_changed");
-const Part loadPart("load");
 const Part speedPart("speed");
-const Part urlPart("url");
 
 /// Behaviour of a `MovieTexture`: shows the pictures of a file one after the other. A file of one picture has
 /// no duration and never runs.
-class MovieTextureProc : public PictureTextureProc, private TimedRun
+class MovieTextureProc : public MediaProc<PictureTextureProc>
 {
 public:
     explicit MovieTextureProc(Node& node)
-        : PictureTextureProc(node)
-        , TimedRun(node)
+        : MediaProc(node, speedPart)
     {
-    }
-
-    void start(double time) override
-    {
-        load(time, true);
-        setTicking(true);
-        PictureTextureProc::start(time);
-    }
-
-    void fieldChanged(Field& field, double time) override
-    {
-        const bool isLoad = urlPart.is(field) || loadPart.is(field);
-        if (isLoad) {
-            end(time);
-            load(time, false);
-        }
-        if (isLoad || concerns(field) || speedPart.is(field))
-            tick(time);
-        else
-            PictureTextureProc::fieldChanged(field, time);
-    }
-
-    void tick(double time) override
-    {
-        const double next = evaluate(time);
-        setTicking(next < Never);
-        if (next < Never)
-            requestFrame(next - time);
     }
 
     void describe(Surface& surface) override { put(_screen.get(), surface); }
 
+protected:
+    void takeFile(const MFString* urls, bool loaded) override
+    {
+        _source.clear();
+        if (urls) {
+            _source.read(*urls);
+            const std::string fault = _source.fault(*urls, loaded, "a film of the kind GIF, or an image,");
+            if (!fault.empty())
+                complain("url", fault);
+        }
+        prepareScreen();
+        changed();
+    }
+
+    double duration() const override
+    {
+        /// Of pictures whose file says nothing about it.
+        constexpr double UsualDelay = 0.1;
+        if (frameCount() < 2.0)
+            return 0.0;
+        const double delay = _source.image()->getFrameDelay();
+        return frameCount() * (delay > 0.0 ? delay : UsualDelay);
+    }
+
 private:
     double cycleInterval() override
     {
-        const float speed = speedPart.read<SFFloat>(node()).value();
-        _speed = std::isfinite(speed) ? static_cast<double>(speed) : 0.0;
+        _speed = speed();
         // At speed 0 the first picture stands.
         return _speed != 0.0 ? duration() / std::abs(_speed) : duration() > 0.0 ? Never : 0.0;
     }
@@ -85,37 +71,6 @@ private:
         return film ? film->getFrameCount() : 0.0;
     }
 
-    /// Seconds of the film at its usual speed; 0 while there is none.
-    double duration() const
-    {
-        /// Of pictures whose file says nothing about it.
-        constexpr double UsualDelay = 0.1;
-        if (frameCount() < 2.0)
-            return 0.0;
-        const double delay = _source.image()->getFrameDelay();
-        return frameCount() * (delay > 0.0 ? delay : UsualDelay);
-    }
-
-    /// Takes the first film of the addresses. The loader has told of files that are not there if they are
-    /// \a loaded.
-    void load(double time, bool loaded)
-    {
-        const auto& urls = urlPart.read<MFString>(node());
-        _source.clear();
-        if (loadPart.read<SFBool>(node()).value()) {
-            _source.read(urls);
-            const std::string fault = _source.fault(urls, loaded, "a film of the kind GIF, or an image,");
-            if (!fault.empty())
-                complain("url", fault);
-        }
-        prepareScreen();
-        const double told = duration() > 0.0 ? duration() : -1.0;
-        auto& field = durationPart.edit<SFTime>(node());
-        if (field.value() != told)
-            field.setValue(time, told, Field::EVENT_CT);
-        changed();
-    }
-
     /// Each film has a screen of its own, as others may show the same pictures at other times.
     void prepareScreen()
     {
@@ -127,7 +82,7 @@ private:
         _screen = osg::Image::create();
         _screen->set(film->getPixelFormat(), film->getWidth(), film->getHeight(), 1, 1, 1, 0.0,
                      film->getData(), film->getDataType());
-        if (speedPart.read<SFFloat>(node()).value() < 0.0F)
+        if (speed() < 0.0)
             show(frameCount() - 1.0);
     }
 

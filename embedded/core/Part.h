@@ -17,6 +17,8 @@ public:
     {
     }
 
+    const char* name() const { return _name; }
+
     /// Index of the part in \a node; past all parts when the node has none of that name.
     unsigned int in(const Node& node) const
     {

@@ -1,11 +1,11 @@
 #include "base/ValueFields.h"
 #include "core/AppearanceProcs.h"
+#include "core/FollowedLayer.h"
 #include "core/GeometryProc.h"
 #include "core/NormalGenerator.h"
 #include "core/Part.h"
 #include "core/ParticleLook.h"
 #include "core/ParticleProcs.h"
-#include "core/SceneState.h"
 #include "core/UsableValues.h"
 #include "core/ViewFollower.h"
 #include <OpenSG/OSGGeometry.h>
@@ -51,20 +51,12 @@ public:
         _tree->addChild(osg::makeNodeFor(osg::NodeCorePtr(osg::GeometryPtr(_geometry.get()))));
     }
 
-    ~ParticleSystemProc() override
-    {
-        if (_scene)
-            _scene->removeViewFollower(*this);
-    }
-
     osg::NodePtr tree() const override { return _tree; }
 
     void start(double time) override
     {
         _last = time;
-        _scene = SceneState::of(node());
-        if (_scene)
-            _scene->addViewFollower(*this);
+        _followed.join(node(), *this);
         ElementProc::start(time);
     }
 
@@ -242,7 +234,7 @@ private:
     osg::RefPtr<osg::NodePtr> _tree; ///< the surface over the geometry
     osg::RefPtr<osg::GeometryPtr> _geometry;
     std::shared_ptr<SurfaceCore> _surface;
-    std::shared_ptr<SceneState> _scene;
+    FollowedLayer _followed;
     Use _appearance;
     Use _color;
     Use _emitter;

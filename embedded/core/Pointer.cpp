@@ -1,5 +1,6 @@
 #include "core/Pointer.h"
 #include "core/AnchorProc.h"
+#include "core/DoubleMatrix.h"
 #include "core/NormalGenerator.h"
 #include "core/Part.h"
 #include "core/PointingSensorProc.h"
@@ -167,9 +168,7 @@ const osg::Line& Pointer::rayIn(UInt64 layerId) const
 PointerSpot Pointer::spotOf(const Place& place, bool isOver) const
 {
     PointerSpot spot;
-    osg::Matrix4d toWorld;
-    for (osg::UInt32 column = 0; column < 4; ++column)
-        toWorld[column] = osg::Vec4d(place.toWorld[column]);
+    const osg::Matrix4d toWorld = toDouble(place.toWorld);
     osg::Matrix4d toLocal;
     toWorld.inverse(toLocal);
     const osg::Line& ray = rayIn(place.layerId);
@@ -184,6 +183,7 @@ PointerSpot Pointer::spotOf(const Place& place, bool isOver) const
     osg::Pnt3d point;
     toLocal.multMatrixPnt(osg::Pnt3d(_point), point);
     spot.point = osg::Pnt3f(point);
+    spot.worldPoint = _point;
     // Normals go by the inverse of the inverse, transposed.
     osg::Vec3d normal;
     toWorld.multVecMatrix(osg::Vec3d(_normal), normal);

@@ -12,7 +12,8 @@ struct PointerSpot
     osg::Vec3d direction; ///< of the ray, of length 1
     bool isOver = false;  ///< the pointer is over geometry of the sensor, and what follows is known
     osg::Pnt3f point;
-    osg::Vec3f normal; ///< of length 1
+    osg::Pnt3f worldPoint; ///< the same in the world
+    osg::Vec3f normal;     ///< of length 1
     osg::Vec2f texCoord;
     bool hasTexCoord = false;
 };

@@ -2,6 +2,7 @@
 #include "base/NodeClimb.h"
 #include "core/CollisionProc.h"
 #include "core/EnvironmentProcs.h"
+#include "core/LayerWatcher.h"
 #include "core/SurfacePoint.h"
 #include "core/ViewpointProc.h"
 #include <OpenSG/OSGIntersectAction.h>
@@ -64,6 +65,20 @@ void SceneLayer::start(double time)
          {BindableKind::Viewpoint, BindableKind::NavigationInfo, BindableKind::Background, BindableKind::Fog})
         _state->stack(kind).open(time);
     askForLights();
+}
+
+void SceneLayer::nodesMayMove(Node& group)
+{
+    if (LayerWatcher::layerCount() == 0)
+        return;
+    const std::shared_ptr<SceneState> scene = SceneState::ofScene(group);
+    if (scene && scene->layer())
+        scene->layer()->requestSettle();
+}
+
+void SceneLayer::settle(double)
+{
+    LayerWatcher::tellAll();
 }
 
 void SceneLayer::collectLights(std::vector<osg::NodeCorePtr>& lights) const

@@ -43,6 +43,11 @@ public:
     ~SceneLayer() override;
 
     void start(double time) override;
+    void settle(double time) override;
+
+    /// Children of a group have come or gone: what stands below them may have been moved to another layer.
+    /// Cheap while no scene has layers.
+    static void nodesMayMove(Node& group);
 
     /// Root of all that is drawn, global lights included; the same object for the layer's life. Several
     /// viewports may draw it.

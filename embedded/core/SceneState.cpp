@@ -1,4 +1,5 @@
 #include "core/SceneState.h"
+#include "base/Graph.h"
 #include "base/NodeClimb.h"
 #include "core/GroupProc.h"
 #include "core/KeyDeviceProc.h"
@@ -46,12 +47,54 @@ bool isLayer(const Node& node)
     return type == "Layer" || type == "LayoutLayer";
 }
 
-/// The layer in which a node stands: itself, the lowest one above it, or the scene.
+bool isTop(const Node& node)
+{
+    return isLayer(node) || node.type()->isContextRoot();
+}
+
+/// True for a node that only knows those in its fields.
+bool onlyKnows(const Node& node)
+{
+    return isOfType(*node.type(), "X3DScriptNode") || isOfType(*node.type(), "X3DSensorNode");
+}
+
+/// The layer in which a node stands: itself, the lowest one above it, or the scene. Null when no way leads
+/// there but those by nodes that only know it.
+Node* seatedIn(Node& node)
+{
+    if (isTop(node))
+        return &node;
+    // Nearly always the oldest links lead there.
+    for (Node* const above : nodesAbove(node)) {
+        if (onlyKnows(*above))
+            break;
+        if (isTop(*above))
+            return above;
+    }
+    std::unordered_set<const Node*> seen{&node};
+    std::vector<Node*> open{&node};
+    while (!open.empty()) {
+        Node& next = *open.back();
+        open.pop_back();
+        if (isTop(next))
+            return &next;
+        const std::vector<Node*> parents = parentsOf(next);
+        for (auto parent = parents.rbegin(); parent != parents.rend(); ++parent) {
+            if (!onlyKnows(**parent) && seen.insert(*parent).second)
+                open.push_back(*parent);
+        }
+    }
+    return nullptr;
+}
+
+/// The layer in which a node stands, be it only known there.
 Node* layerOf(Node& node)
 {
     Node* const root = node.contextRoot();
-    if (!root || isLayer(node))
-        return root ? &node : nullptr;
+    if (!root)
+        return nullptr;
+    if (Node* const seat = seatedIn(node))
+        return seat;
     for (Node* const above : nodesAbove(node)) {
         if (isLayer(*above))
             return above;
@@ -81,6 +124,12 @@ bool mayShowBox(const osg::Matrix& toClip, const osg::Vec3f& center, const osg::
 std::shared_ptr<SceneState> SceneState::of(Node& node)
 {
     Node* const layer = layerOf(node);
+    return layer ? ofLayer(*layer) : nullptr;
+}
+
+std::shared_ptr<SceneState> SceneState::seatOf(Node& node)
+{
+    Node* const layer = node.contextRoot() ? seatedIn(node) : nullptr;
     return layer ? ofLayer(*layer) : nullptr;
 }
 

@@ -33,6 +33,9 @@ public:
     /// The state of the layer in which \a node stands, by the first place where it is used; null when it
     /// stands in no scene.
     static std::shared_ptr<SceneState> of(Node& node);
+    /// The same by those places alone where a node is more than known: scripts and sensors only know theirs.
+    /// Null when there are none.
+    static std::shared_ptr<SceneState> seatOf(Node& node);
     /// Those of all layers in which it stands, by whatever place.
     static std::vector<std::shared_ptr<SceneState>> allOf(Node& node);
     /// The state of the scene in which \a node stands, in whatever layer; null when it stands in none.

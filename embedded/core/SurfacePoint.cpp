@@ -2,7 +2,6 @@
 #include "core/NormalGenerator.h"
 #include "core/SceneHit.h"
 #include "core/UsableValues.h"
-#include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGTriangleIterator.h>
 
 namespace Orvane {
@@ -41,19 +40,25 @@ osg::Vec3f worldNormal(const osg::Vec3f& normal, const osg::Matrix& toWorld)
 
 SurfacePoint surfaceAt(const SceneHit& hit)
 {
-    SurfacePoint result;
-    result.normal = hit.normal;
     const osg::GeometryPtr geometry = osg::GeometryPtr::dcast(hit.geometry->getCore());
+    return surfaceAt(geometry, hit.triangle, hit.toWorld, hit.point, hit.normal);
+}
+
+SurfacePoint surfaceAt(const osg::GeometryPtr& geometry, osg::Int32 which, const osg::Matrix& toWorld,
+                       const osg::Pnt3f& point, const osg::Vec3f& flat)
+{
+    SurfacePoint result;
+    result.normal = flat;
     if (!geometry)
         return result;
     osg::TriangleIterator triangle(geometry);
-    triangle.seek(hit.triangle);
+    triangle.seek(which);
     if (triangle.isAtEnd())
         return result;
     osg::Matrix toLocal;
-    hit.toWorld.inverse(toLocal);
+    toWorld.inverse(toLocal);
     osg::Pnt3f place;
-    toLocal.multMatrixPnt(hit.point, place);
+    toLocal.multMatrixPnt(point, place);
     const osg::Vec3d weights = weightsAt(triangle, osg::Pnt3d(place));
     osg::Vec3d normal;
     osg::Vec2d texCoord;
@@ -62,7 +67,7 @@ SurfacePoint surfaceAt(const SceneHit& hit)
         normal += osg::Vec3d(triangle.getNormal(corner)) * weight;
         texCoord += osg::Vec2d(triangle.getTexCoords(corner)) * weight;
     }
-    const osg::Vec3f smooth = worldNormal(osg::Vec3f(normal), hit.toWorld);
+    const osg::Vec3f smooth = worldNormal(osg::Vec3f(normal), toWorld);
     if (triangle.getNormalIndex(0) >= 0 && isUsable(smooth) && !isNull(smooth))
         result.normal = smooth;
     result.hasTexCoord = triangle.getTexCoordsIndex(0) >= 0 && isDrawable(float(texCoord[0])) &&

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGMatrix.h>
 #include <OpenSG/OSGVector.h>
 
@@ -19,5 +20,9 @@ struct SurfacePoint
 osg::Vec3f worldNormal(const osg::Vec3f& normal, const osg::Matrix& toWorld);
 
 SurfacePoint surfaceAt(const SceneHit& hit);
+/// The same at a place of a triangle, both in the world; the geometry has its own system, and \a flat is the
+/// triangle's own normal in the world.
+SurfacePoint surfaceAt(const osg::GeometryPtr& geometry, osg::Int32 triangle, const osg::Matrix& toWorld,
+                       const osg::Pnt3f& point, const osg::Vec3f& flat);
 
 } // namespace Orvane

@@ -43,7 +43,7 @@ protected:
     }
 };
 
-/// Tells of geographic places too.
+/// Tells of geographic places too. They are those of the world, in whatever groups the sensor stands.
 class GeoTouchSensorProc : public TouchSensorProc
 {
 public:
@@ -52,7 +52,7 @@ public:
     void hover(const PointerSpot& spot, double time) override
     {
         TouchSensorProc::hover(spot, time);
-        const osg::Vec3d place(spot.point[0], spot.point[1], spot.point[2]);
+        const osg::Vec3d place(spot.worldPoint[0], spot.worldPoint[1], spot.worldPoint[2]);
         hitGeoCoordPart.edit<SFVec3d>(node()).setValue(time, GeoSystem::of(node()).fromScene(place),
                                                        Field::EVENT_CT);
     }

@@ -1,12 +1,12 @@
 #include "physics/CollisionSensorProc.h"
 #include "base/Graph.h"
 #include "base/ValueFields.h"
+#include "core/ListEdit.h"
 #include "core/Part.h"
 #include "physics/CollidableProcs.h"
 #include "physics/CollisionCollectionProc.h"
 #include "physics/RigidBodyProc.h"
 #include <Orvane/Context.h>
-#include <Orvane/MFNode.h>
 #include <Orvane/SFBool.h>
 #include <Orvane/SFFloat.h>
 #include <Orvane/SFNode.h>
@@ -44,20 +44,6 @@ const std::pair<Part, Part> SurfaceParts[] = {
     {Part("softnessConstantForceMix"), Part("softnessConstantForceMix")},
     {Part("softnessErrorCorrection"), Part("softnessErrorCorrection")},
     {Part("surfaceSpeed"), Part("surfaceSpeed")}};
-
-/// Replaces the links of a list. False when it has these already.
-bool setNodes(MFNode& field, const std::vector<Node*>& nodes, double time)
-{
-    const auto isSame = [](NodeLink& link, const Node* node) { return link.directNode() == node; };
-    if (std::equal(field.begin(), field.end(), nodes.begin(), nodes.end(), isSame))
-        return false;
-    field.clear();
-    for (Node* const node : nodes)
-        field.addNode(time, node, Field::EVENT_CT);
-    if (nodes.empty())
-        field.processValueChange(time, Field::EVENT_CT);
-    return true;
-}
 
 const ProcRegistration collisionSensor("CollisionSensor", makeProc<CollisionSensorProc>);
 

@@ -41,19 +41,7 @@ public:
 
 protected:
     /// A field that tells a value, when `forceOutput` names it.
-    class Output : public Part
-    {
-    public:
-        explicit Output(const char* name)
-            : Part(name)
-            , _name(name)
-        {
-        }
-        const char* name() const { return _name; }
-
-    private:
-        const char* _name;
-    };
+    using Output = Part;
 
     void elementChanged(ElementProc& element) override;
     void elementGone() override;

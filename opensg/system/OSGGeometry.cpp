@@ -4,10 +4,10 @@
 #include <OpenSG/OSGMaterial.h>
 #include <OpenSG/OSGRenderAction.h>
 #include <OpenSG/OSGTriangleIterator.h>
+#include <OpenSG/OSGTriangleTree.h>
 
 #include "OSGContainerType.h"
 #include "OSGSceneStamp.h"
-#include "OSGTriangleTree.h"
 
 #include <algorithm>
 #include <cmath>

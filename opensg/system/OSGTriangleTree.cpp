@@ -1,4 +1,4 @@
-#include "OSGTriangleTree.h"
+#include <OpenSG/OSGTriangleTree.h>
 
 #include <OpenSG/OSGGeometry.h>
 #include <OpenSG/OSGTriangleIterator.h>
@@ -225,29 +225,49 @@ bool TriangleTree::test(const Triangle& triangle, const Pnt3d& origin, const Vec
     return true;
 }
 
-bool TriangleTree::intersect(const Pnt3d& origin, const Vec3d& direction, Real64 nearest, Hit& hit) const
+/// A ray and the boxes of the hierarchy.
+class TriangleTree::RayBoxes
 {
-    if (_branches.empty())
-        return false;
-    const Real64 inverse[3] = {1 / direction[0], 1 / direction[1], 1 / direction[2]};
+public:
+    RayBoxes(const Pnt3d& origin, const Vec3d& direction)
+        : _origin(origin)
+        , _direction(direction)
+        , _inverse(1 / direction[0], 1 / direction[1], 1 / direction[2])
+    {
+    }
+
     // Where the ray enters a box; a value of `nearest` or more when it does not.
-    const auto entry = [&](const Branch& branch) {
+    Real64 entry(const Branch& branch, Real64 nearest) const
+    {
         Real64 enter = 0;
         Real64 exit = nearest;
-        for (int i = 0; i < 3; ++i) {
-            if (direction[i] == 0) {
-                if (origin[i] < branch.min[i] || origin[i] > branch.max[i])
+        for (UInt32 i = 0; i < 3; ++i) {
+            if (_direction[i] == 0) {
+                if (_origin[i] < branch.min[i] || _origin[i] > branch.max[i])
                     return nearest;
                 continue;
             }
-            const Real64 a = (branch.min[i] - origin[i]) * inverse[i];
-            const Real64 b = (branch.max[i] - origin[i]) * inverse[i];
+            const Real64 a = (branch.min[i] - _origin[i]) * _inverse[i];
+            const Real64 b = (branch.max[i] - _origin[i]) * _inverse[i];
             enter = std::max(enter, std::min(a, b));
             exit = std::min(exit, std::max(a, b));
         }
         // The products are rounded: flat boxes must not slip away between two of them.
         return enter <= exit + 1e-12 * std::abs(exit) ? enter : nearest;
-    };
+    }
+
+private:
+    Pnt3d _origin;
+    Vec3d _direction;
+    Vec3d _inverse;
+};
+
+bool TriangleTree::intersect(const Pnt3d& origin, const Vec3d& direction, Real64 nearest, Hit& hit) const
+{
+    if (_branches.empty())
+        return false;
+    const RayBoxes ray(origin, direction);
+    const auto entry = [&](const Branch& branch) { return ray.entry(branch, nearest); };
 
     struct Waiting
     {
@@ -292,6 +312,62 @@ bool TriangleTree::intersect(const Pnt3d& origin, const Vec3d& direction, Real64
     hit.triangle = found->number;
     hit.normal = length > 0 ? Vec3f(normal / length) : Vec3f();
     return true;
+}
+
+UInt32 TriangleTree::countHits(const Pnt3d& origin, const Vec3d& direction) const
+{
+    if (_branches.empty())
+        return 0;
+    const Real64 farthest = std::numeric_limits<Real64>::max();
+    const RayBoxes ray(origin, direction);
+    const Branch* waiting[mostDepth + 1];
+    UInt32 count = 0;
+    UInt32 hits = 0;
+    waiting[count++] = &_branches[0];
+    while (count > 0) {
+        const Branch& branch = *waiting[--count];
+        if (!(ray.entry(branch, farthest) < farthest))
+            continue;
+        for (UInt32 i = 0; i < branch.count; ++i) {
+            Real64 nearest = farthest;
+            hits += test(_triangles[branch.first + i], origin, direction, nearest) ? 1 : 0;
+        }
+        if (branch.count == 0) {
+            waiting[count++] = &_branches[branch.first + 1];
+            waiting[count++] = &_branches[branch.first];
+        }
+    }
+    return hits;
+}
+
+bool TriangleTree::anyIn(const BoxVolume& box, const TriangleTest& test) const
+{
+    if (_branches.empty() || box.isEmpty())
+        return false;
+    const std::vector<Pnt3f>& positions = _geometry.getPositions()->getField();
+    const bool isEverywhere = box.isInfinite();
+    const Branch* waiting[mostDepth + 1];
+    UInt32 count = 0;
+    waiting[count++] = &_branches[0];
+    while (count > 0) {
+        const Branch& branch = *waiting[--count];
+        bool meets = true;
+        for (UInt32 i = 0; i < 3; ++i)
+            meets = meets && branch.min[i] <= box.getMax()[i] && branch.max[i] >= box.getMin()[i];
+        if (!meets && !isEverywhere)
+            continue;
+        for (UInt32 i = 0; i < branch.count; ++i) {
+            const Triangle& triangle = _triangles[branch.first + i];
+            if (test(positions[triangle.positions[0]], positions[triangle.positions[1]],
+                     positions[triangle.positions[2]]))
+                return true;
+        }
+        if (branch.count == 0) {
+            waiting[count++] = &_branches[branch.first + 1];
+            waiting[count++] = &_branches[branch.first];
+        }
+    }
+    return false;
 }
 
 } // namespace osg

@@ -21,6 +21,9 @@ private slots:
     void interpolatorSurvivesBadKeys();
     void proximityTellsCoordinates();
     void touchTellsCoordinates();
+    void sensorsInAGroupTellThoseOfTheWorld_data();
+    void sensorsInAGroupTellThoseOfTheWorld();
+    void boxStandsWhereItsCoordinatesLead();
     void tilesComeNearBy();
     void rootMayBeAFile();
     void tileThatHoldsItselfIsTold();
@@ -132,6 +135,61 @@ void tst_GeoSensors::touchTellsCoordinates()
     QVERIFY(std::abs(coordinates.at(0) - (48.0 - 1.0 / 111200.0)) < 1e-7); // a metre to the south
     QVERIFY(std::abs(coordinates.at(1) - 11.0) < 1e-6);
     QVERIFY(std::abs(coordinates.at(2) - 1.0) < 0.05); // and one up
+}
+
+void tst_GeoSensors::sensorsInAGroupTellThoseOfTheWorld_data()
+{
+    QTest::addColumn<QString>("group");
+    QTest::addColumn<QString>("end");
+    QTest::newRow("moved") << QStringLiteral(
+                                  "<Transform translation='3 1 0' rotation='0 0 1 1' scale='2 1 1'>")
+                           << QStringLiteral("</Transform>");
+    QTest::newRow("on the earth") << QStringLiteral(
+                                         "<GeoLocation geoCoords='48.00001 11 0'><GeoOrigin USE='O'/>")
+                                  << QStringLiteral("</GeoLocation>");
+}
+
+void tst_GeoSensors::sensorsInAGroupTellThoseOfTheWorld()
+{
+    QFETCH(QString, group);
+    QFETCH(QString, end);
+    PointerScene scene(
+        QStringLiteral(
+            "<GeoLocation geoCoords='0 0 0'><GeoOrigin DEF='O' geoCoords='48 11 0' rotateYUp='true'/>"
+            "</GeoLocation>%1<GeoTouchSensor DEF='T'><GeoOrigin USE='O'/></GeoTouchSensor>"
+            "<GeoProximitySensor DEF='P' geoCenter='48 11 0' size='500 500 500'><GeoOrigin "
+            "USE='O'/></GeoProximitySensor><Shape><Box size='90 90 0.01'/></Shape>%2")
+            .arg(group, end)
+            .toStdString());
+    scene.move(0, 1, 1);
+    settle(scene);
+    QCOMPARE(scene.get("T.isOver"), std::string("TRUE"));
+    // What the pointer meets and the viewer lie above the origin, at other heights.
+    const GeoSystem geo = GeoSystem::of(*scene.find("T"));
+    const std::vector<double> touched = scene.numbers("T.hitGeoCoord_changed");
+    const osg::Vec3d place = geo.toScene(osg::Vec3d(touched.at(0), touched.at(1), touched.at(2)));
+    const osg::Vec3d line = osg::Vec3d(0, 1, 1) - osg::Vec3d(0, 0, 10); // that the pointer lies on
+    QVERIFY2(std::abs(place[1] * line[2] - (place[2] - 10.0) * line[1]) < 0.3 && std::abs(place[0]) < 0.1,
+             qPrintable(QStringLiteral("%1 %2 %3").arg(place[0]).arg(place[1]).arg(place[2])));
+    QCOMPARE(scene.get("P.isActive"), std::string("TRUE"));
+    const std::vector<double> seen = scene.numbers("P.geoCoord_changed");
+    const osg::Vec3d eye = geo.toScene(osg::Vec3d(seen.at(0), seen.at(1), seen.at(2)));
+    QVERIFY((eye - osg::Vec3d(0, 0, 10)).length() < 1e-3);
+}
+
+void tst_GeoSensors::boxStandsWhereItsCoordinatesLead()
+{
+    // The group stands a kilometre to the side, the box at the viewer.
+    PointerScene scene(
+        "<Transform translation='1000 0 0'><GeoProximitySensor DEF='P' geoCenter='48 11 0' "
+        "size='50 50 50'><GeoOrigin geoCoords='48 11 0' rotateYUp='true'/></GeoProximitySensor>"
+        "</Transform>");
+    settle(scene);
+    QCOMPARE(scene.get("P.isActive"), std::string("TRUE"));
+    QVERIFY(isClose(scene.numbers("P.position_changed"), {-1000, 0, 10}, 1e-2));
+    scene.set("P.geoCenter", "48 11.0134 0"); // at the group
+    settle(scene);
+    QCOMPARE(scene.get("P.isActive"), std::string("FALSE"));
 }
 
 namespace {

@@ -99,6 +99,7 @@ private slots:
     void nodeOfAnOldTypeIsAShader();
 
     void firstUsableShaderIsSelected();
+    void packagedShaderIsToldAndPassedOver();
     void selectionFollowsTheFirstGoodOne();
     void equalShadersShareTheProgram();
     void valuesOfSharedProgramsStayApart();
@@ -704,6 +705,19 @@ void tst_Shaders::firstUsableShaderIsSelected()
     QCOMPARE(get("S", "isSelected"), std::string("FALSE"));
     QCOMPARE(get("U", "isSelected"), std::string("TRUE"));
     QCOMPARE(messages(), QString());
+}
+
+void tst_Shaders::packagedShaderIsToldAndPassedOver()
+{
+    const std::string package =
+        "PackagedShader { language \"GLSL\" url \"void main() { gl_FragColor = vec4(1.0); }\" } ";
+    load(square("material Material { diffuseColor 0 0 1 } shaders [ " + package +
+                composed("", fragment("", "vec4(0.0, 1.0, 0.0, 1.0)")) + "]") +
+         square("shaders " + package));
+    QCOMPARE(color(), QColor(0, 255, 0));
+    QCOMPARE(get("S", "isSelected"), std::string("TRUE"));
+    QCOMPARE(messageCount(), 1);
+    QVERIFY(messages().contains(QStringLiteral("PackagedShader: nodes of this type are kept and not run")));
 }
 
 void tst_Shaders::selectionFollowsTheFirstGoodOne()

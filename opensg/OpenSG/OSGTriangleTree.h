@@ -1,17 +1,19 @@
 #pragma once
 
-#include <OpenSG/OSGVector.h>
+#include "OSGBoxVolume.h"
+#include "OSGVector.h"
 
+#include <functional>
 #include <vector>
 
 namespace osg {
 
 class Geometry;
 
-/// A hierarchy of boxes around the triangles of a geometry, for ray tests. Triangles with corners that are no
-/// numbers or do not exist are left out. Positions stay in the geometry, which drops the tree when it
-/// changes.
-class TriangleTree
+/// A hierarchy of boxes around the triangles of a geometry, for tests of rays and places. Triangles with
+/// corners that are no numbers or do not exist are left out. Positions stay in the geometry, which drops the
+/// tree when it changes.
+class OSG_SYSTEMLIB_DLLMAPPING TriangleTree
 {
 public:
     explicit TriangleTree(const Geometry& geometry);
@@ -25,6 +27,15 @@ public:
 
     /// Finds the first triangle at 0 <= t < `nearest`; direction need not have length 1.
     bool intersect(const Pnt3d& origin, const Vec3d& direction, Real64 nearest, Hit& hit) const;
+
+    /// How many triangles a ray meets, from either side.
+    UInt32 countHits(const Pnt3d& origin, const Vec3d& direction) const;
+
+    /// Asks about a triangle, by its corners.
+    using TriangleTest = std::function<bool(const Pnt3f& a, const Pnt3f& b, const Pnt3f& c)>;
+    /// True when the answer is yes for one of the triangles in or near a box, all those that reach into it
+    /// included. No others are asked about from then on.
+    bool anyIn(const BoxVolume& box, const TriangleTest& test) const;
 
 private:
     struct Branch
@@ -43,6 +54,7 @@ private:
 
     struct Bounded;
     struct Range;
+    class RayBoxes;
 
     void collect(std::vector<Bounded>& bounded);
     void build(std::vector<Bounded>& bounded);
