@@ -5,6 +5,7 @@
 #include "core/SceneLayer.h"
 #include "core/ScopedProc.h"
 #include <OpenSG/OSGGroup.h>
+#include <OpenSG/OSGSwitch.h>
 #include <OpenSG/OSGVisitSubTree.h>
 #include <Orvane/MFNode.h>
 #include <Orvane/SFBool.h>
@@ -159,8 +160,12 @@ std::size_t GroupProc::shownBefore(std::size_t index) const
 
 bool GroupProc::isUpToDate(const Entry& entry, Node* node) const
 {
+    const ElementProc* const element = entry.use.element();
     // A node without a behaviour of use may have got one, or be another node at the place of a dead one.
-    return entry.node == node && (entry.use.element() || !elementOf(node));
+    if (entry.node != node || (!element && elementOf(node)))
+        return false;
+    // What only refers to a tree takes it in when the tree has lost its first place.
+    return !element || !entry.shown || entry.shown == element->tree() || element->tree()->getParent();
 }
 
 void GroupProc::syncChildren()
@@ -288,7 +293,11 @@ void GroupProc::hangBelow(const std::vector<osg::NodeCorePtr>& lights)
         return;
     osg::RefPtr<osg::NodePtr>& content = lighting().content;
     if (!content) {
-        content = osg::makeNodeFor(osg::Group::create());
+        // What chooses among the children goes down with them.
+        const osg::NodeCorePtr chooser(osg::SwitchPtr::dcast(_tree->getCore()));
+        content = osg::makeNodeFor(chooser ? chooser : osg::NodeCorePtr(osg::Group::create()));
+        if (chooser)
+            _tree->setCore(osg::NodeCorePtr(osg::Group::create()));
         while (_tree->getNChildren() > 0)
             content->addChild(_tree->getChild(0));
     } else {
@@ -307,6 +316,7 @@ void GroupProc::hangBelow(const std::vector<osg::NodeCorePtr>& lights)
 
 void GroupProc::removeEntries(std::size_t first, std::size_t last)
 {
+    std::vector<ElementProc*> homeless;
     std::size_t place = shownBefore(last);
     for (std::size_t i = last; i-- > first;) {
         const Entry& entry = _entries[i];
@@ -314,11 +324,23 @@ void GroupProc::removeEntries(std::size_t first, std::size_t last)
             _lightsChanged = true;
         else if (entry.unseen)
             --_sensorCount;
-        if (entry.shown)
-            content()->subChild(static_cast<osg::UInt32>(--place));
+        if (!entry.shown)
+            continue;
+        content()->subChild(static_cast<osg::UInt32>(--place));
+        ElementProc* const element = entry.use.element();
+        if (element && entry.shown == element->tree())
+            homeless.push_back(element);
     }
     _entries.erase(_entries.begin() + static_cast<std::ptrdiff_t>(first),
                    _entries.begin() + static_cast<std::ptrdiff_t>(last));
+    for (const ElementProc* const element : homeless) {
+        for (const Use* use = element->uses(); use; use = use->next()) {
+            if (auto* const group = dynamic_cast<GroupProc*>(use->user())) {
+                group->_childrenChanged = true;
+                group->requestUpdate();
+            }
+        }
+    }
 }
 
 GroupProc* groupOf(const ElementProc& element)

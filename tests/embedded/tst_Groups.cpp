@@ -60,6 +60,8 @@ private slots:
     void groupInsideItselfIsHarmless();
     void switchShowsItsChoice();
     void switchChoiceCountsAllChildren();
+    void movedGroupStandsWhereItIs();
+    void switchChoosesBesideLights();
     void switchOutOfRangeShowsNothing();
     void lodShowsTheLevelOfItsDistance();
     void lodWithoutRangeShowsTheFirst();
@@ -259,6 +261,34 @@ void tst_Groups::switchChoiceCountsAllChildren()
                     "Shape { geometry Box { size 8 8 8 } } ] }");
     QCOMPARE(boundsOf(scene).second, osg::Pnt3f(4, 4, 4));
     scene.set("S", "whichChoice", "0"); // a node that shows nothing
+    QVERIFY(scene.proc().root()->getVolume(true).isEmpty());
+}
+
+void tst_Groups::movedGroupStandsWhereItIs()
+{
+    CoreScene scene(
+        "DEF S Transform { translation 1 0 0 children DEF G Group { children Shape { geometry Box { } "
+        "} } } DEF T Transform { translation 5 0 0 }");
+    auto& from = static_cast<MFNode&>(scene.field("S", "children"));
+    auto& to = static_cast<MFNode&>(scene.field("T", "children"));
+    // The second place first refers to it.
+    to.addNode(0.0, &scene.node("G"), Field::EXTERNAL_CT);
+    scene.runTo(0.1);
+    QCOMPARE(scene.procOf<GroupProc>("G").toWorld()[3][0], 1.0F);
+    from.removeNode(0.0, 0, Field::EXTERNAL_CT);
+    scene.runTo(0.2);
+    QCOMPARE(scene.procOf<GroupProc>("G").toWorld()[3][0], 5.0F);
+    QCOMPARE(boundsOf(scene).second, osg::Pnt3f(6, 1, 1));
+}
+
+void tst_Groups::switchChoosesBesideLights()
+{
+    CoreScene scene("DEF S Switch { whichChoice 2 children [ DirectionalLight { } Shape { geometry Box { } } "
+                    "Shape { geometry Box { size 8 8 8 } } ] }");
+    QCOMPARE(boundsOf(scene).second, osg::Pnt3f(4, 4, 4));
+    scene.set("S", "whichChoice", "1");
+    QCOMPARE(boundsOf(scene).second, osg::Pnt3f(1, 1, 1));
+    scene.set("S", "whichChoice", "0");
     QVERIFY(scene.proc().root()->getVolume(true).isEmpty());
 }
 

@@ -212,6 +212,8 @@ void tst_LayerMoves::nodeInBothStaysInTheFirst()
 void tst_LayerMoves::restedViewpointComesBackToItsLayer()
 {
     LayerScene scene(layers("<Viewpoint DEF='A'/><Viewpoint DEF='B'/>", "<Viewpoint DEF='C'/>"));
+    scene.set("B", "set_bind", "TRUE");
+    scene.set("A", "set_bind", "TRUE");
     BindableProc& viewpoint = *procAs<BindableProc>(&scene.node("A"));
     QVERIFY(viewpoint.rest(0.0));
     QCOMPARE(bound(scene, "A B"), std::string("-B"));

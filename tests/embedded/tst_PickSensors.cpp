@@ -577,7 +577,7 @@ void tst_PickSensors::badScenesAreHarmless_data()
     const auto row = [](const char* name, const std::string& body) {
         QTest::newRow(name) << QString::fromStdString(body);
     };
-    const std::string target = all(shape("A", "<Sphere/>", "0 50 0"));
+    const std::string target = all(shape("A", "<Sphere/>", "50 0 0"));
     row("nothing at all",
         "<PointPickSensor DEF='P'/><LinePickSensor/><PrimitivePickSensor/><VolumePickSensor/>");
     row("no target", sensor("PrimitivePickSensor", exact(), ball, ""));
