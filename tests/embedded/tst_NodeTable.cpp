@@ -89,7 +89,7 @@ void tst_NodeTable::keptTypeIsToldOnce()
     CoreScene scene("PackagedShader { } Group { children [ PackagedShader { } PackagedShader { } ] } "
                     "DISEntityManager { }");
     const QStringList expected = {
-        QStringLiteral("PackagedShader: nodes of this type are kept and not drawn"),
+        QStringLiteral("PackagedShader: nodes of this type are kept and not run"),
         QStringLiteral("DISEntityManager: nodes of this type are kept and do nothing")};
     QCOMPARE(messagesOf(*scene.context), expected);
 }
