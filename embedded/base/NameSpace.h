@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/SmallBlocks.h"
+#include <Orvane/Export.h>
 #include <Orvane/NodeNameSpace.h>
 #include <list>
 #include <memory>
@@ -12,7 +13,7 @@ namespace Orvane {
 
 /// A name space as the runtime makes it. It closes when its root dies, and is then found no more; it goes
 /// when it is closed and no node stands in it.
-class SceneNames final : public NodeNameSpace
+class ORVANE_API SceneNames final : public NodeNameSpace
 {
 public:
     SceneNames(Context& context, NodeNameSpace* parent, std::string_view name, Node* rootNode,

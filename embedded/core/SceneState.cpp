@@ -286,21 +286,23 @@ void SceneState::releaseKey(int code, double time)
     }
 }
 
-void SceneState::setGlobalLights(const GroupProc& group, std::vector<osg::NodeCorePtr> lights)
+void SceneState::setGlobalLights(const GroupProc& group, const std::vector<osg::NodeCorePtr>& lights)
 {
     const auto found = std::find_if(_lights.begin(), _lights.end(),
                                     [&](const GroupLights& entry) { return entry.group == &group; });
     // What has not changed must not be asked for again: the scene itself is such a group.
-    if (found == _lights.end() ? lights.empty() : found->lights == lights)
+    if (found == _lights.end()
+            ? lights.empty()
+            : std::equal(found->lights.begin(), found->lights.end(), lights.begin(), lights.end()))
         return;
     if (lights.empty()) {
         _lights.erase(found);
         --lightingGroups;
     } else if (found == _lights.end()) {
-        _lights.push_back({&group, std::move(lights)});
+        _lights.push_back({&group, {lights.begin(), lights.end()}});
         ++lightingGroups;
     } else
-        found->lights = std::move(lights);
+        found->lights.assign(lights.begin(), lights.end());
     askForLights();
 }
 

@@ -3,6 +3,7 @@
 #include "core/BindableStack.h"
 #include <OpenSG/OSGMatrix.h>
 #include <OpenSG/OSGNodeCore.h>
+#include <OpenSG/OSGRefPtr.h>
 #include <OpenSG/OSGVector.h>
 #include <Orvane/Export.h>
 #include <array>
@@ -98,7 +99,7 @@ public:
     unsigned long sensorVersion() const { return _sensorVersion; }
 
     /// Sets the lights with which a group lights the whole layer, in place of those that it had.
-    void setGlobalLights(const GroupProc& group, std::vector<osg::NodeCorePtr> lights);
+    void setGlobalLights(const GroupProc& group, const std::vector<osg::NodeCorePtr>& lights);
     /// Has the layer in which \a node stands look anew at which lights are to be seen. Cheap while no node at
     /// all lights a whole scene.
     static void askForGlobalLights(Node& node);
@@ -115,7 +116,7 @@ private:
     struct GroupLights
     {
         const GroupProc* group;
-        std::vector<osg::NodeCorePtr> lights;
+        std::vector<osg::RefPtr<osg::NodeCorePtr>> lights; ///< a light may die before its group tells
     };
 
     std::array<BindableStack, 4> _stacks;

@@ -41,6 +41,7 @@ private slots:
     void spotLightHasItsCone();
     void badFieldsAreHarmless();
     void lightLeavesWithItsNode();
+    void lightMayDieAmongOthersThatChange();
     void lightOfAnUnchosenChildIsDark();
     void childrenStayInOrderBelowALight();
     void globalLightStandsWhereItsGroupIs();
@@ -143,6 +144,21 @@ void tst_Lights::lightLeavesWithItsNode()
     osg::Pnt3f low, high;
     scene.proc().root()->getVolume(true).getBounds(low, high);
     QCOMPARE(high, osg::Pnt3f(1, 1, 1));
+}
+
+void tst_Lights::lightMayDieAmongOthersThatChange()
+{
+    // The lights over the scene are hung anew before the group of the dead one has told that it is gone.
+    CoreScene scene("DEF G Group { children SpotLight { global TRUE } } "
+                    "Switch { whichChoice -1 children DEF D DirectionalLight { global FALSE } }");
+    QCOMPARE(lightsOf(scene.proc().root()).size(), std::size_t(1));
+    auto& children = static_cast<MFNode&>(*scene.root()->findField("children", Node::DECLARED_FSO));
+    children.addNode(0.0, &scene.node("D"), Field::EXTERNAL_CT);
+    static_cast<MFNode&>(scene.field("G", "children")).removeNode(0.0, 0, Field::EXTERNAL_CT);
+    scene.context->runFrame();
+    const std::vector<osg::LightPtr> lights = lightsOf(scene.proc().root());
+    QCOMPARE(lights.size(), std::size_t(1));
+    QVERIFY(osg::DirectionalLightPtr::dcast(lights[0]));
 }
 
 void tst_Lights::lightOfAnUnchosenChildIsDark()
