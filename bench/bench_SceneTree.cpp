@@ -213,6 +213,41 @@ void expandEager(benchmark::State& state, int count)
     }
 }
 
+/// From the scene to the open root. Rows of ours are made when it opens; the other model has made them all.
+void makeAndExpand(benchmark::State& state, int count)
+{
+    const World world(count, 0);
+    Shown<SceneView> view;
+    for (auto _ : state) {
+        std::unique_ptr<QorObservingScenegraphModel> model;
+        state.SetIterationTime(secondsOf([&] {
+            model = std::make_unique<QorObservingScenegraphModel>(&world.scene(), nullptr);
+            view.setModel(model.get());
+            view.expand(model->index(0, 0));
+            view.layOut();
+        }));
+        if (model->rowCount(model->index(0, 0)) != count)
+            state.SkipWithError("rows are missing");
+        view.setModel(nullptr);
+    }
+}
+
+void makeAndExpandEager(benchmark::State& state, int count)
+{
+    const World world(count, 0);
+    Shown<QTreeView> view;
+    for (auto _ : state) {
+        QStandardItemModel model;
+        state.SetIterationTime(secondsOf([&] {
+            fill(model.invisibleRootItem(), 0, world.scene());
+            view.setModel(&model);
+            view.expand(model.index(0, 0));
+            view.layOut();
+        }));
+        view.setModel(nullptr);
+    }
+}
+
 /// A thousand children come and go in one group, with a frame and a picture sixty times: a second of a
 /// lively scene.
 template <class Change, class Draw>
@@ -394,6 +429,12 @@ int main(int argc, char** argv)
     add(
         "expand_100k/QStandardItemModel", [](benchmark::State& state) { expandEager(state, 100000); },
         benchmark::kMillisecond);
+    add(
+        "make_and_expand_100k", [](benchmark::State& state) { makeAndExpand(state, 100000); },
+        benchmark::kMillisecond);
+    add(
+        "make_and_expand_100k/QStandardItemModel",
+        [](benchmark::State& state) { makeAndExpandEager(state, 100000); }, benchmark::kMillisecond);
     add(
         "changes_1k_in_1k_rows", [](benchmark::State& state) { liveChanges(state, 1, 0, false); },
         benchmark::kMillisecond);
