@@ -11,6 +11,7 @@
 #include "Selection.h"
 #include "Steps.h"
 #include "TextColors.h"
+#include "ValueKeys.h"
 #include <Orvane/MFString.h>
 #include <Orvane/Node.h>
 #include <QAction>
@@ -22,6 +23,7 @@
 #include <QVBoxLayout>
 #include <QorLog.h>
 #include <QorNodeEditor.h>
+#include <QorNodeEditorTreeView.h>
 #include <QorTools.h>
 #include <algorithm>
 
@@ -197,6 +199,7 @@ void CodeDock::record(QorCodeWidget* widget)
     auto* const fields = widget->findChild<QorNodeEditor*>();
     auto* const delegate = new RecordingDelegate(_steps, widget);
     fields->setItemDelegate(delegate);
+    new ValueKeys(fields->treeView()); // which owns it
     widget->updateFieldList();
     delegate->watch(fields->model());
 

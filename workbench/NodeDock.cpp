@@ -2,6 +2,7 @@
 
 #include "Selection.h"
 #include "Steps.h"
+#include "ValueKeys.h"
 #include <QDropEvent>
 #include <QHeaderView>
 #include <QScrollBar>
@@ -46,6 +47,7 @@ NodeDock::NodeDock(Selection* selection, Steps* steps, QWidget* parent)
     setAcceptDrops(true);
     _editor->setItemDelegate(&_delegate);
     _editor->setDescriptionVisible(true);
+    new ValueKeys(_editor->treeView()); // which owns it
     _editor->treeView()->header()->setDefaultSectionSize(fontMetrics().averageCharWidth() * 21);
 
     connect(_selection, &Selection::changed, this,

@@ -1,6 +1,7 @@
 #include "RecordingDelegate.h"
 
 #include "FieldCommands.h"
+#include <Orvane/SFNode.h>
 #include <QorFieldItem.h>
 #include <QorNodeModel.h>
 
@@ -10,7 +11,7 @@ namespace {
 
 constexpr char editProperty[] = "edit"; ///< of an editor: the number of its edit
 
-const Orvane::Field* fieldOf(const QModelIndex& index)
+Orvane::Field* fieldOf(const QModelIndex& index)
 {
     const auto* const item = static_cast<QorFieldItem*>(index.internalPointer());
     return item ? item->field() : nullptr;
@@ -22,6 +23,8 @@ RecordingDelegate::RecordingDelegate(Steps* steps, QObject* parent)
     : QorNodeItemDelegate(parent)
     , _steps(steps)
 {
+    // An author sets what a scene only reads once, such as the size of a box.
+    setInitOnlyEditorEnabled(true);
 }
 
 RecordingDelegate::~RecordingDelegate() = default;
@@ -45,6 +48,10 @@ void RecordingDelegate::watch(QorNodeModel* model)
 QWidget* RecordingDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                                          const QModelIndex& index) const
 {
+    // An editor of a node leads to it, and has nothing to show without one.
+    auto* const single = dynamic_cast<Orvane::SFNode*>(fieldOf(index));
+    if (single && !single->link().node())
+        return nullptr;
     QWidget* const editor = QorNodeItemDelegate::createEditor(parent, option, index);
     if (editor)
         editor->setProperty(editProperty, FieldRecorder::newEdit());
