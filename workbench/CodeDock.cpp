@@ -105,8 +105,11 @@ CodeDock::CodeDock(Selection* selection, Steps* steps, QWidget* parent)
     setWidget(content);
     connect(_findBar, &FindBar::wanted, this, &CodeDock::find);
     // Who asks for the panel wants to write.
-    connect(_stack, &QStackedWidget::currentChanged, this,
-            [this] { _stack->setFocusProxy(editOf(codeWidget())); });
+    connect(_stack, &QStackedWidget::currentChanged, this, [this] {
+        _stack->setFocusProxy(editOf(codeWidget()));
+        _applyAction->setEnabled(codeWidget() != _nothing);
+    });
+    _applyAction->setEnabled(false);
     _nothing->setCodeNode(nullptr);
     _stack->addWidget(_nothing);
     _applyAction->setShortcut(Qt::CTRL | Qt::Key_Return);

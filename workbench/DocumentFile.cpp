@@ -306,9 +306,10 @@ bool DocumentFile::tellSaved(const SavedScene& saved)
 void DocumentFile::askForFile()
 {
     const QString last = _file.isEmpty() ? RecentFiles::files().value(0) : _file;
-    const QString file =
-        QFileDialog::getOpenFileName(_window, tr("Open scene"), QFileInfo(last).path(),
-                                     QorFileDialog::buildFileFilters().join(QStringLiteral(";;")));
+    const QStringList filters = QorFileDialog::buildFileFilters();
+    QString scenes = filters.value(1); // behind the one for all files
+    const QString file = QFileDialog::getOpenFileName(_window, tr("Open scene"), QFileInfo(last).path(),
+                                                      filters.join(QStringLiteral(";;")), &scenes);
     if (!file.isEmpty())
         openByUser(file);
 }

@@ -15,13 +15,15 @@ class Node;
 class FieldCommand : public QUndoCommand
 {
 public:
+    static constexpr int Id = 1;
+
     /// The field has the value \a after already. Writes with the same \a edit are one; 0 is an edit alone.
     FieldCommand(Steps& steps, const Orvane::Field& field, const FieldState& before, const FieldState& after,
                  int edit);
 
     void redo() override;
     void undo() override;
-    int id() const override { return 1; }
+    int id() const override { return Id; }
     bool mergeWith(const QUndoCommand* later) override;
 
 private:

@@ -3,9 +3,15 @@
 #include <Orvane/Context.h>
 #include <Orvane/ContextSetup.h>
 #include <Orvane/Engine.h>
+#include <Orvane/Field.h>
 #include <Orvane/Node.h>
+#include <Orvane/NodeLink.h>
+#include <Orvane/NodePartDesc.h>
+#include <Orvane/NodePath.h>
 #include <Orvane/Scene.h>
 #include <QSet>
+#include <algorithm>
+#include <list>
 
 std::vector<Orvane::Node*> nodesBelow(const std::vector<Orvane::Node*>& roots)
 {
@@ -39,4 +45,12 @@ std::vector<Orvane::Node*> strandedNodes(Orvane::Node& node)
             stranded.push_back(below);
     }
     return stranded;
+}
+
+bool isForeign(const Orvane::NodePath& path)
+{
+    std::list<Orvane::NodeLink*> links;
+    path.nodeLinks(links);
+    return std::any_of(links.begin(), links.end(),
+                       [](const Orvane::NodeLink* link) { return link->field()->_desc->privateAccess(); });
 }

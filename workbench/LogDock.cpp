@@ -60,6 +60,7 @@ LogDock::LogDock(QWidget* parent)
     _pane->installEventFilter(this);
     _pane->viewport()->installEventFilter(this);
     connect(_findBar, &FindBar::wanted, this, &LogDock::find);
+    connect(_pane->document(), &QTextDocument::contentsChange, this, &LogDock::tellUnseen);
     _colors = new LogColors(_pane->document());
     _colors->setDark(isDark());
 }
@@ -83,8 +84,25 @@ bool LogDock::eventFilter(QObject* object, QEvent* event)
     } else {
         return QDockWidget::eventFilter(object, event);
     }
-    emit lineChosen(place.block().text());
+    if (!place.block().text().trimmed().isEmpty())
+        emit lineChosen(place.block().text());
     return true;
+}
+
+void LogDock::tellUnseen(int position, int, int added)
+{
+    if (added == 0 || !_pane->visibleRegion().isEmpty())
+        return;
+    QString grave;
+    for (QTextBlock block = _pane->document()->findBlock(position);
+         block.isValid() && block.position() < position + added; block = block.next())
+    {
+        if (LogColors::levelOf(block.text()) == osg::LOG_FATAL)
+            grave = block.text();
+    }
+    const QString text = grave.section(QLatin1Char(':'), 1).trimmed();
+    if (!text.isEmpty())
+        emit told(tr("%1 (see the log)").arg(text));
 }
 
 void LogDock::showLine(const QString& text)

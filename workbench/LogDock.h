@@ -23,6 +23,8 @@ public:
 signals:
     /// The user wants to see what a line speaks of: a double click on it, or Enter.
     void lineChosen(const QString& text);
+    /// A grave line that nobody sees, as the panel is behind another one or put away.
+    void told(const QString& text);
 
 protected:
     /// Another palette asks for other colours of lines.
@@ -31,6 +33,7 @@ protected:
 
 private:
     void find(FindBar::Step step);
+    void tellUnseen(int position, int removed, int added);
 
     QTextEdit* _pane;
     FindBar* _findBar;

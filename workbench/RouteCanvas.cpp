@@ -6,13 +6,19 @@
 #include <Orvane/EventOutSlot.h>
 #include <Orvane/Field.h>
 #include <Orvane/Node.h>
+#include <Orvane/NodeType.h>
 #include <QDropEvent>
+#include <QFontMetricsF>
+#include <QHelpEvent>
 #include <QSet>
+#include <QToolTip>
 #include <QUndoStack>
 #include <QorGraphEdge.h>
 #include <QorGraphNodeView.h>
 #include <QorNodePathMimeData.h>
+#include <QorTools.h>
 #include <algorithm>
+#include <cmath>
 
 using namespace Orvane::Qt4;
 
@@ -25,6 +31,14 @@ constexpr QSizeF boxSize(80, 20);
 const QorNodePathMimeData* draggedNode(const QDropEvent* event)
 {
     return qobject_cast<const QorNodePathMimeData*>(event->mimeData());
+}
+
+/// What the name on a box asks for, beside the strips at both ends.
+double nameWidth(const QorGraphNodeView& box)
+{
+    constexpr double strips = 0.16;
+    const QString name = fromRuntime(box.node()->getIDStr());
+    return (QFontMetricsF(box.font()).horizontalAdvance(name) + 4.0) / (1.0 - strips);
 }
 
 bool hasLine(const Orvane::Route& route)
@@ -175,12 +189,43 @@ void RouteCanvas::layOut()
     constexpr double statusLine = 24.0;
     const QSizeF room(width() - 2.0 * margin, height() - 2.0 * margin - statusLine);
     setScale(std::clamp(std::min(room.width() / extent.width(), room.height() / extent.height()), 0.6, 1.0));
-    const QSizeF free = room - extent * scale();
-    const QPointF origin(margin + std::max(0.0, free.width() / 2.0),
-                         margin + std::max(0.0, free.height() / 2.0));
-    for (std::size_t i = 0; i < all.size(); ++i)
-        all[i]->move(origin + corners[i] * scale());
+
+    // Names have the room that is left beside each other.
+    const double columns = std::round((extent.width() - boxSize.width()) / cell.width()) + 1.0;
+    const double gap = (cell.width() - boxSize.width()) * scale();
+    const double widest = (room.width() + gap) / columns - gap;
+    double boxWidth = boxSize.width() * scale();
+    for (const QorGraphNodeView* const box : all)
+        boxWidth = std::max(boxWidth, std::min(widest, nameWidth(*box)));
+    const double step = boxWidth + gap;
+
+    const QSizeF used(columns * step - gap, extent.height() * scale());
+    const QPointF origin(margin + std::max(0.0, (room.width() - used.width()) / 2.0),
+                         margin + std::max(0.0, (room.height() - used.height()) / 2.0));
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        all[i]->resize(QSizeF(boxWidth, boxSize.height() * scale()));
+        all[i]->move(origin + QPointF(corners[i].x() / cell.width() * step, corners[i].y() * scale()));
+    }
     update();
+}
+
+bool RouteCanvas::event(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QorGraphView::event(event);
+    const auto* const help = static_cast<QHelpEvent*>(event);
+    const std::vector<QorGraphNodeView*> all = boxes();
+    const auto box = std::find_if(all.begin(), all.end(), [&](const QorGraphNodeView* each) {
+        return each->rect().contains(help->pos());
+    });
+    if (box == all.end()) {
+        QToolTip::hideText();
+        return true;
+    }
+    const Orvane::Node& node = *(*box)->node();
+    QToolTip::showText(help->globalPos(), fromRuntime(node.type()->name + ' ' + node.getIDStr()), this,
+                       (*box)->rect().toAlignedRect());
+    return true;
 }
 
 void RouteCanvas::dragEnterEvent(QDragEnterEvent* event)

@@ -26,7 +26,8 @@ public:
 
     /// Adds a box for each node at or below \a root that has routes, and spreads them.
     void showRoutesBelow(Orvane::Node* root);
-    /// Spreads the boxes by their routes from left to right, and zooms out as far as labels can be read.
+    /// Spreads the boxes by their routes from left to right, and zooms out as far as labels can be read. They
+    /// become as wide as their names ask, where there is room.
     void layOut();
 
 signals:
@@ -36,6 +37,8 @@ signals:
     void told(const QString& text);
 
 protected:
+    /// The tip of a box is its node's type and whole name.
+    bool event(QEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dropEvent(QDropEvent* event) override;

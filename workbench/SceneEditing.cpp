@@ -1,12 +1,14 @@
 #include "SceneEditing.h"
 
 #include "AddNodeDialog.h"
+#include "FieldCommands.h"
 #include "GraphReach.h"
 #include "NameEdit.h"
 #include "NodeCommands.h"
 #include "SceneTreeView.h"
 #include "Selection.h"
 #include "Steps.h"
+#include <OpenSG/OSGLog.h>
 #include <Orvane/Authoring.h>
 #include <Orvane/Field.h>
 #include <Orvane/Node.h>
@@ -27,15 +29,6 @@
 using namespace Orvane::Qt4;
 
 namespace {
-
-/// True for a place in the body of a prototype's instance or in an inlined file, which the scene only shows.
-bool isForeign(const Orvane::NodePath& path)
-{
-    std::list<Orvane::NodeLink*> links;
-    path.nodeLinks(links);
-    return std::any_of(links.begin(), links.end(),
-                       [](const Orvane::NodeLink* link) { return link->field()->_desc->privateAccess(); });
-}
 
 bool isRootPath(const Orvane::NodePath& path)
 {
@@ -103,6 +96,7 @@ SceneEditing::SceneEditing(Selection* selection, Steps* steps, SceneTreeView* tr
     connect(_steps, &Steps::childTaken, this, &SceneEditing::leaveNode);
     connect(_steps, &Steps::nodePlaced, _selection, &Selection::selectNode);
     connect(_tree, &SceneTreeView::nodeDropped, this, &SceneEditing::moveTo);
+    connect(_steps, &Steps::indexChanged, this, &SceneEditing::tellOfLoss);
     updateActions();
 }
 
@@ -151,6 +145,21 @@ void SceneEditing::updateActions()
         action->setEnabled(root());
     for (QAction* const action : _onSelected)
         action->setEnabled(mayEdit);
+}
+
+/// Bodies and inlined files can be tried with other values, which no file of the scene keeps.
+void SceneEditing::tellOfLoss(int steps)
+{
+    const int before = std::exchange(_stepCount, steps);
+    const QUndoCommand* const last = steps > before ? _steps->command(steps - 1) : nullptr;
+    // When steps end, the selection may have done so.
+    if (!last || last->id() != FieldCommand::Id || !isForeign(_selection->path()))
+        return;
+    const QString text =
+        tr("%1 belongs to a prototype or to an inlined file: its new value will not be saved.")
+            .arg(fromRuntime(nodeName(_selection->node())));
+    FWARNING(("%s\n", toRuntime(text).c_str()));
+    emit told(text);
 }
 
 /// A selected node that has left the scene is no longer shown.
@@ -389,6 +398,8 @@ void SceneEditing::moveSelected(int rows)
     const bool isInList = field && field->cardinality() == 1 && !isForeign(_selection->path());
     if (isInList && to.index >= 0 && to.index < static_cast<int>(field->size()))
         _steps->push(new MoveNodeCommand(*_steps, from, to));
+    else if (from.node())
+        emit told(tr("This node has no neighbour on that side with which it could change places."));
 }
 
 /// \a side is 0 for below the target, else the side of it on which the node is to stand.

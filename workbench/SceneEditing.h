@@ -69,6 +69,7 @@ private:
 
     QAction* makeAction(const QString& text, const QKeySequence& keys, void (SceneEditing::*command)());
     void updateActions();
+    void tellOfLoss(int steps);
     void leaveNode(Orvane::Node* parent);
     Orvane::Node* root() const;
     QString nameFault(const QString& name, const Orvane::Node* bearer) const;
@@ -84,6 +85,7 @@ private:
     QWidget* _window;
     std::function<bool(Orvane::Node&)> _guard;
     unsigned long long _rootId = 0;
+    int _stepCount = 0; ///< that were done when steps changed last
     std::vector<QAction*> _actions;
     std::vector<QAction*> _onSelected; ///< those that need a selected node
 };

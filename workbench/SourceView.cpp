@@ -4,8 +4,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFontDatabase>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextEdit>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
@@ -73,10 +75,24 @@ bool SourceView::showLine(const QString& file, int line, int column)
     mark.format.setBackground(palette().highlight());
     mark.format.setForeground(palette().highlightedText());
     _text->setExtraSelections({mark});
-    // Some lines of what follows are seen, too.
-    QTextCursor below(_text->document()->findBlockByNumber(qMin(shown + 8, int(lines.size()) - 1)));
-    _text->setTextCursor(below);
     cursor.setPosition(block.position() + qMin(offset, block.length() - 1));
     _text->setTextCursor(cursor);
+    centreLine();
     return true;
+}
+
+/// The line stands among those around it, with its number where the column leaves room for that.
+void SourceView::centreLine()
+{
+    const int half = _text->viewport()->height() / 2;
+    QScrollBar* const down = _text->verticalScrollBar();
+    down->setValue(down->value() + _text->cursorRect().center().y() - half);
+    _text->horizontalScrollBar()->setValue(0);
+    _text->ensureCursorVisible();
+}
+
+void SourceView::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    QTimer::singleShot(0, this, &SourceView::centreLine);
 }

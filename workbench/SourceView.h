@@ -16,6 +16,12 @@ public:
     /// text.
     bool showLine(const QString& file, int line, int column);
 
+protected:
+    /// Only now the text knows its room.
+    void showEvent(QShowEvent* event) override;
+
 private:
+    void centreLine();
+
     QTextEdit* _text;
 };

@@ -234,6 +234,16 @@ void TableDock::write()
     _value = std::move(after);
 }
 
+void TableDock::showEvent(QShowEvent* event)
+{
+    // Before a user has put it anywhere it stands over the window, not in some corner of the screen.
+    if (isFloating() && !testAttribute(Qt::WA_Moved) && parentWidget()) {
+        const QPoint middle = parentWidget()->mapToGlobal(parentWidget()->rect().center());
+        move(middle - QPoint(width() / 2, height() / 2));
+    }
+    QDockWidget::showEvent(event);
+}
+
 bool TableDock::eventFilter(QObject* watched, QEvent* event)
 {
     const QEvent::Type type = event->type();

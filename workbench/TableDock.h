@@ -46,6 +46,7 @@ public:
 
 protected:
     /// A press or a key begins a stroke.
+    void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

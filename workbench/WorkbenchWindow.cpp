@@ -45,6 +45,7 @@ namespace {
 const QString geometryKey = QStringLiteral("window/geometry");
 const QString stateKey = QStringLiteral("window/state");
 const QString filterKey = QStringLiteral("scene/filter");
+const QString toolBarName = QStringLiteral("ToolBar");
 const QString darkKey = QStringLiteral("window/dark");
 
 } // namespace
@@ -78,6 +79,7 @@ WorkbenchWindow::WorkbenchWindow(bool interactive)
     connect(_graphDock->canvas(), &RouteCanvas::told, this, &WorkbenchWindow::tell);
     connect(_editing, &SceneEditing::told, this, &WorkbenchWindow::tell);
     connect(_document, &DocumentFile::told, this, &WorkbenchWindow::tell);
+    connect(_logDock, &LogDock::told, this, &WorkbenchWindow::tell);
     connect(_document, &DocumentFile::logWanted, _logDock, &LogDock::showLine);
     _document->setCode(_codeDock);
     connect(_codeDock, &CodeDock::fileDropped, _document, &DocumentFile::openByUser);
@@ -152,10 +154,25 @@ void WorkbenchWindow::makeMenus()
 
     makeToolBar({undo, redo});
     view->addSeparator();
-    view->addAction(findChild<QToolBar*>()->toggleViewAction());
+    view->addAction(findChild<QToolBar*>(toolBarName)->toggleViewAction());
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(
         tr("&Commands and keys..."), this, [this] { showKeys(*menuBar(), this); }, Qt::Key_F1);
+}
+
+std::vector<QDockWidget*> WorkbenchWindow::panels() const
+{
+    return {_sceneDock, _nodeDock, _codeDock, _logDock, _graphDock, _tableDock};
+}
+
+QMenu* WorkbenchWindow::createPopupMenu()
+{
+    auto* const menu = new QMenu(this); // the window deletes it once it was shown
+    for (const QDockWidget* const dock : panels())
+        menu->addAction(dock->toggleViewAction());
+    menu->addSeparator();
+    menu->addAction(findChild<QToolBar*>(toolBarName)->toggleViewAction());
+    return menu;
 }
 
 QMenu* WorkbenchWindow::makeViewMenu()
@@ -172,10 +189,9 @@ QMenu* WorkbenchWindow::makeViewMenu()
         Qt::CTRL | Qt::Key_0);
     view->addSeparator();
     view->addAction(_attendant->buttonsAction());
+    view->addSeparator();
     int number = 0;
-    for (QDockWidget* dock : std::initializer_list<QDockWidget*>{_sceneDock, _nodeDock, _codeDock, _logDock,
-                                                                 _graphDock, _tableDock})
-    {
+    for (QDockWidget* const dock : panels()) {
         // A panel behind another one is shown by the tick as well.
         QAction* toggle = dock->toggleViewAction();
         toggle->setShortcut(Qt::CTRL | (Qt::Key_1 + number++));
@@ -190,7 +206,8 @@ QMenu* WorkbenchWindow::makeViewMenu()
         });
         view->addAction(toggle);
     }
-    _graphDock->addTo(view->addMenu(tr("&Routes")));
+    view->addSeparator();
+    _graphDock->addTo(view->addMenu(tr("Route bo&xes")));
     view->addSeparator();
     _dark = view->addAction(tr("&Dark colours"), this, &WorkbenchWindow::setDark);
     _dark->setCheckable(true);
@@ -200,7 +217,7 @@ QMenu* WorkbenchWindow::makeViewMenu()
 void WorkbenchWindow::makeToolBar(const QList<QAction*>& edits)
 {
     QToolBar* bar = addToolBar(tr("&Tool bar"));
-    bar->setObjectName(QStringLiteral("ToolBar"));
+    bar->setObjectName(toolBarName);
     bar->setMovable(false);
     const int size = style()->pixelMetric(QStyle::PM_SmallIconSize);
     bar->setIconSize(QSize(size, size));

@@ -3,12 +3,14 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <memory>
+#include <vector>
 
 class CodeDock;
 class DocumentFile;
 class GraphDock;
 class LogDock;
 class NodeDock;
+class QDockWidget;
 class QLabel;
 class SceneDock;
 class SceneEditing;
@@ -64,6 +66,9 @@ public:
 
     Orvane::Qt4::QorViewManager* viewManager() const { return _manager; }
 
+    /// The panels, in the order of the menu View.
+    QMenu* createPopupMenu() override;
+
     /// Shows or hides the strip of buttons in each view.
     void showButtons(bool visible);
 
@@ -82,6 +87,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    std::vector<QDockWidget*> panels() const;
     void makeDocks();
     void makeMenus();
     QMenu* makeViewMenu();

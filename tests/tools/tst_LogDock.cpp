@@ -5,6 +5,7 @@
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <QStatusBar>
 #include <QTextEdit>
 #include <QorLogView.h>
 #include <QtTest>
@@ -17,11 +18,13 @@ private slots:
     void init();
     void linesOfTheProcessAreShown();
     void levelOfThePanelIsThatOfTheProcess();
+    void graveLinesThatAreNotSeenAreTold();
     void menuHidesAndShowsThePanel();
     void logGoesToTheTerminalAfterwards();
 
 private:
-    static void warn(const char* text);
+    static void warn(const char* text) { say(osg::LOG_WARNING, text); }
+    static void say(osg::LogLevel level, const char* text);
     QTextEdit* pane() const { return _window->findChild<LogDock*>()->findChild<QTextEdit*>(); }
 
     std::unique_ptr<WorkbenchWindow> _window;
@@ -35,10 +38,10 @@ void tst_LogDock::init()
     QVERIFY(QTest::qWaitForWindowExposed(_window.get()));
 }
 
-void tst_LogDock::warn(const char* text)
+void tst_LogDock::say(osg::LogLevel level, const char* text)
 {
     const osg::LogLock lock;
-    osg::osgLog().doHeader(osg::LOG_WARNING, "Test", __FILE__, __LINE__);
+    osg::osgLog().doHeader(level, "Test", __FILE__, __LINE__);
     osg::osgLog().doLog("%s", text);
 }
 
@@ -59,6 +62,19 @@ void tst_LogDock::levelOfThePanelIsThatOfTheProcess()
     QCOMPARE(osg::osgLog().getLogLevel(), osg::LOG_INFO);
     view->setLevel(before);
     QCOMPARE(static_cast<int>(osg::osgLog().getLogLevel()), before);
+}
+
+void tst_LogDock::graveLinesThatAreNotSeenAreTold()
+{
+    const auto told = [this] { return _window->statusBar()->currentMessage(); };
+    say(osg::LOG_FATAL, "a seen mistake\n");
+    QTRY_VERIFY(pane()->toPlainText().contains(QStringLiteral("a seen mistake")));
+    QVERIFY2(!told().contains(QStringLiteral("a seen mistake")), qPrintable(told()));
+
+    _window->findChild<LogDock*>()->hide();
+    say(osg::LOG_FATAL, "a hidden mistake\n");
+    warn("a small thing\n");
+    QTRY_COMPARE(told(), QStringLiteral("a hidden mistake (see the log)"));
 }
 
 void tst_LogDock::menuHidesAndShowsThePanel()

@@ -20,6 +20,7 @@ private slots:
     void aTruthIsChosenFromItsList();
     void whatIsReadOnceIsEditedToo();
     void aFieldWithoutANodeHasNoEditor();
+    void whatIsNotSavedIsTold();
 
 private:
     QTreeView* fields() const
@@ -27,6 +28,7 @@ private:
         return _author->window.findChild<NodeDock*>()->findChild<QorNodeEditorTreeView*>();
     }
     void goTo(const char* node, const QString& name);
+    void goToField(const QString& name);
     bool isEditing() const { return fields()->findChild<QorFieldEditor*>(); }
 
     std::unique_ptr<Author> _author;
@@ -35,14 +37,21 @@ private:
 void tst_ValuesByKeys::init()
 {
     _author = std::make_unique<Author>();
-    QVERIFY(_author->open(QStringLiteral("scene.x3d"), R"(<X3D version='4.0'><Scene><Group DEF='Empty'/>
+    QVERIFY(_author->open(QStringLiteral("scene.x3d"), R"(<X3D version='4.0'><Scene>
+<ProtoDeclare name='Light'><ProtoInterface/><ProtoBody><Transform/></ProtoBody></ProtoDeclare>
+<ProtoInstance DEF='Lamp' name='Light'/><Group DEF='Empty'/>
 <Shape DEF='Body'><Box DEF='Box' size='2 2 2'/></Shape></Scene></X3D>)"));
 }
 
 /// To the first cell of the row of a field, as the keys that go from row to row do.
 void tst_ValuesByKeys::goTo(const char* node, const QString& name)
 {
-    _author->select(node);
+    QVERIFY(_author->select(node));
+    goToField(name);
+}
+
+void tst_ValuesByKeys::goToField(const QString& name)
+{
     fields()->setFocus();
     const QModelIndexList rows =
         fields()->model()->match(fields()->model()->index(0, 0), Qt::DisplayRole, name);
@@ -63,8 +72,9 @@ void tst_ValuesByKeys::aTruthIsChosenFromItsList()
     goTo("Body", QStringLiteral("visible"));
     QTest::keyClick(fields(), Qt::Key_F2);
     QTRY_VERIFY(QApplication::activePopupWidget());
-    QTest::keyClick(QApplication::activePopupWidget()->findChild<QAbstractItemView*>(), Qt::Key_Up);
-    QTest::keyClick(QApplication::activePopupWidget()->findChild<QAbstractItemView*>(), Qt::Key_Return);
+    auto* const list = QApplication::activePopupWidget()->findChild<QAbstractItemView*>();
+    QTest::keyClick(list, Qt::Key_Up);
+    QTest::keyClick(list, Qt::Key_Return);
     _author->run();
     QCOMPARE(_author->value("Body", "visible"), std::string("FALSE"));
     _author->steps().undo();
@@ -96,6 +106,34 @@ void tst_ValuesByKeys::aFieldWithoutANodeHasNoEditor()
     goTo("Body", QStringLiteral("geometry"));
     QTest::keyClick(fields(), Qt::Key_F2);
     QVERIFY(isEditing());
+}
+
+void tst_ValuesByKeys::whatIsNotSavedIsTold()
+{
+    const auto edit = [this](const QString& text) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // of the last editor
+        fields()->setFocus();
+        QTest::keyClick(fields(), Qt::Key_F2);
+        auto* const line = fields()->findChild<QLineEdit*>();
+        QVERIFY(line);
+        line->selectAll();
+        QTest::keyClicks(line, text);
+        QTest::keyClick(line, Qt::Key_Return);
+        _author->run();
+    };
+    goTo("Box", QStringLiteral("size"));
+    edit(QStringLiteral("1 1 1"));
+    QVERIFY2(!_author->told().contains(QStringLiteral("not be saved")), qPrintable(_author->told()));
+
+    _author->select("Lamp");
+    std::vector<Orvane::Node*> body;
+    _author->find("Lamp")->collectAllChildren(body, 0);
+    QVERIFY(!body.empty());
+    _author->window.selection()->selectNode(body.front());
+    goToField(QStringLiteral("translation"));
+    edit(QStringLiteral("1 1 1"));
+    QVERIFY2(_author->told().contains(QStringLiteral("not be saved")), qPrintable(_author->told()));
+    QVERIFY(!_author->saved().contains("translation 1 1 1"));
 }
 
 QTEST_MAIN(tst_ValuesByKeys)

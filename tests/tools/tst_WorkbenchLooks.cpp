@@ -43,6 +43,8 @@ private slots:
     void aKeyGoesToAPanelBeforeItPutsItAway();
     void theTickPutsAPanelAway();
     void theKeyOfTheViewLeadsToIt();
+    void theMenuOfTitleBarsHasTheOrderOfTheView();
+    void commandsThatCannotWorkAreGrey();
     void codeCanBeRead_data();
     void codeCanBeRead();
     void logCanBeRead_data();
@@ -203,9 +205,9 @@ void tst_WorkbenchLooks::theDocumentHasEveryCommand()
     forEachCommand(_window->menuBar(), [&](const QMenu* menu, QAction* action) {
         if (action->menu() && !action->menu()->property("isListOfFiles").toBool())
             return;
-        const bool isBelow = menu->menuAction() && menu->title() == QLatin1String("&Routes");
+        const bool isBelow = menu->menuAction() && menu->title() == QLatin1String("Route bo&xes");
         const QString start = QStringLiteral("| %1%2 | %3")
-                                  .arg(isBelow ? QStringLiteral("Routes: ") : QString(), plain(action),
+                                  .arg(isBelow ? QStringLiteral("Route boxes: ") : QString(), plain(action),
                                        action->shortcut().toString());
         QVERIFY2(std::any_of(lines.begin(), lines.end(),
                              [&](const QString& line) { return line.startsWith(start); }),
@@ -310,6 +312,34 @@ void tst_WorkbenchLooks::theKeyOfTheViewLeadsToIt()
     QTest::keyClick(code(), Qt::Key_0, Qt::ControlModifier);
     QVERIFY(QApplication::focusWidget());
     QVERIFY(_window->centralWidget()->isAncestorOf(QApplication::focusWidget()));
+}
+
+void tst_WorkbenchLooks::theMenuOfTitleBarsHasTheOrderOfTheView()
+{
+    QStringList panels;
+    forEachCommand(_window->menuBar(), [&](const QMenu*, QAction* action) {
+        for (const QDockWidget* const dock : _window->findChildren<QDockWidget*>()) {
+            if (dock->toggleViewAction() == action)
+                panels << plain(action);
+        }
+    });
+    QCOMPARE(panels.size(), 6);
+    const std::unique_ptr<QMenu> menu(_window->createPopupMenu());
+    QStringList shown;
+    const auto actions = menu->actions();
+    for (const QAction* const action : actions) {
+        if (!action->isSeparator())
+            shown << plain(action);
+    }
+    QCOMPARE(shown, panels + QStringList{QStringLiteral("Tool bar")});
+}
+
+void tst_WorkbenchLooks::commandsThatCannotWorkAreGrey()
+{
+    const QAction* const apply = _window->findChild<CodeDock*>()->applyAction();
+    QVERIFY(!apply->isEnabled());
+    open();
+    QVERIFY(apply->isEnabled());
 }
 
 void tst_WorkbenchLooks::codeCanBeRead_data()
