@@ -1,5 +1,4 @@
 #include "core/PickTargets.h"
-#include "base/NodeClimb.h"
 #include "core/Convex.h"
 #include "core/DoubleMatrix.h"
 #include "core/GeometryProc.h"
@@ -73,19 +72,20 @@ osg::BoxVolume boxIn(const osg::Matrix4d& matrix, const osg::BoxVolume& box)
 PickTargets::PickTargets(const MFNode& targets, const PickFilter& filter)
     : _filter(filter)
 {
-    std::vector<Node*> open;
+    std::vector<const ElementProc*> open;
     for (NodeLink& link : targets) {
-        Node* const target = resolved(link.node());
+        const ElementProc* const target = elementOf(link.node());
         if (target && _targets.insert(target).second)
             open.push_back(target);
     }
     _above = _targets;
     while (!open.empty()) {
-        const Node& next = *open.back();
+        const ElementProc& next = *open.back();
         open.pop_back();
-        for (Node* const parent : parentsOf(next)) {
-            if (_above.insert(parent).second)
-                open.push_back(parent);
+        for (const Use* use = next.uses(); use; use = use->next()) {
+            const auto* const group = dynamic_cast<const GroupProc*>(use->user());
+            if (group && _above.insert(group).second)
+                open.push_back(group);
         }
     }
 }
@@ -115,8 +115,9 @@ bool PickTargets::collect(SceneLayer& layer, const osg::Matrix4d& toSensor, cons
             continue;
         }
         const Node& node = current.element->node();
-        const bool isTarget = current.isTarget || _targets.count(&node) > 0;
-        if ((!isTarget && _above.count(&node) == 0) || !reaches(current.root, current.toSensor, region))
+        const bool isTarget = current.isTarget || _targets.count(current.element) > 0;
+        if ((!isTarget && _above.count(current.element) == 0) ||
+            !reaches(current.root, current.toSensor, region))
             continue;
         if (const auto* const group = dynamic_cast<const GroupProc*>(current.element)) {
             if ((isPickable(*group) && !_filter.takes(node)) || !way.insert(group).second)

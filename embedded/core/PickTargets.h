@@ -40,8 +40,8 @@ public:
 
 private:
     const PickFilter& _filter;
-    std::unordered_set<const Node*> _targets;
-    std::unordered_set<const Node*> _above; ///< and the targets themselves
+    std::unordered_set<const ElementProc*> _targets;
+    std::unordered_set<const ElementProc*> _above; ///< and the targets themselves
 };
 
 /// The box round a box in another system.
