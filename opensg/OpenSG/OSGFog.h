@@ -34,8 +34,9 @@ public:
     const NodePtr& getBeacon() const { return _beacon; }
     void setBeacon(const NodePtr& beacon) { _beacon = beacon; }
 
-    /// Sets GL's fog; \a toWorld leads from the fog's system to the world. False when there is none to set.
-    bool activate(const Matrix& toWorld) const;
+    /// Sets GL's fog; \a toWorld leads from the fog's system to the world. With \a byDepth GL is told depths
+    /// from 0 to 1, of which 1 stands for the range. False when there is none to set.
+    bool activate(const Matrix& toWorld, bool byDepth = false) const;
 
     void renderEnter(RenderAction& action) override;
     void renderLeave(RenderAction& action) override;

@@ -113,6 +113,12 @@ public:
     const std::vector<VertexAttribute>& getAttributes() const;
     void setAttributes(std::vector<VertexAttribute> attributes);
 
+    /// How deep in fog each position lies, from 0 to 1, in place of its distance from the viewer; null when
+    /// the distance counts. Picked like positions; missing ones are 0.
+    const std::vector<Real32>* getFogDepths() const { return _fogDepths.get(); }
+    /// An empty list has the distance count.
+    void setFogDepths(std::vector<Real32> depths);
+
     TriangleIterator beginTriangles() const;
     TriangleIterator endTriangles() const;
 
@@ -152,6 +158,7 @@ private:
     GeoIndicesPtr _indices;
     std::vector<UInt16> _indexMapping;
     std::unique_ptr<std::vector<VertexAttribute>> _attributes; ///< null for the many without
+    std::unique_ptr<std::vector<Real32>> _fogDepths;           ///< likewise
 
     mutable BoxVolume _box;
     mutable bool _boxValid = false;

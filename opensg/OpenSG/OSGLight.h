@@ -45,7 +45,8 @@ public:
     virtual Real32 getRange() const { return Inf; }
 
     /// What programs that compute light get of it, beside GL's own values: its kind (1 from far away, 2 from
-    /// a point, 3 a cone by GL's exponent, 4 a cone by angles, 5 a projector), how far it reaches, its beam
+    /// a point, 3 a cone by GL's exponent, 4 a cone by angles, 5 a projector, 6 the
+    /// surroundings), how far it reaches, its beam
     /// width and its cut-off angle. \a range is `getRange` in the units of the world.
     virtual Vec4f getShape(Real32 range) const;
 

@@ -51,6 +51,7 @@ void VertexArrays::enable(const VertexLayout* layout, const TexCoordSets& wanted
 {
     const bool needNormals = layout && layout->normal != VertexLayout::none;
     const bool needColors = layout && layout->color != VertexLayout::none;
+    const bool needDepths = layout && layout->fogDepth != VertexLayout::none;
     UInt32 needUnits = 0;
     for (UInt32 unit = 0; layout && unit < Geometry::MaxTexCoords && unit < unitCount; ++unit)
         needUnits |= UInt32(layout->setFor(unit, wanted) != VertexLayout::none) << unit;
@@ -62,6 +63,8 @@ void VertexArrays::enable(const VertexLayout* layout, const TexCoordSets& wanted
     }
     if (needColors != colors)
         setClientState(GL_COLOR_ARRAY, needColors);
+    if (needDepths != fogDepths)
+        setClientState(GL_FOG_COORD_ARRAY, needDepths);
     for (UInt32 unit = 0; (needUnits ^ units) >> unit; ++unit) {
         if (((needUnits ^ units) >> unit & 1) == 0)
             continue;
@@ -70,6 +73,7 @@ void VertexArrays::enable(const VertexLayout* layout, const TexCoordSets& wanted
     }
     normals = needNormals;
     colors = needColors;
+    fogDepths = needDepths;
     units = needUnits;
 }
 
@@ -121,6 +125,8 @@ void GLGeometry::bind(VertexArrays& arrays, const TexCoordSets& wanted, UInt32 u
         glNormalPointer(GL_FLOAT, stride, at(_layout.normal));
     if (arrays.colors)
         glColorPointer(4, GL_UNSIGNED_BYTE, stride, at(_layout.color));
+    if (arrays.fogDepths)
+        glFogCoordPointer(GL_FLOAT, stride, at(_layout.fogDepth));
     for (UInt32 unit = 0; arrays.units >> unit; ++unit) {
         if ((arrays.units >> unit & 1) == 0)
             continue;

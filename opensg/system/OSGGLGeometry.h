@@ -39,6 +39,7 @@ struct VertexLayout
     UInt32 stride = 0;
     UInt32 normal = none; ///< offsets in bytes
     UInt32 color = none;
+    UInt32 fogDepth = none;
     UInt32 texCoords[Geometry::MaxTexCoords];
     UInt32 dimensions[Geometry::MaxTexCoords] = {}; ///< 0 where there are no coordinates
     UInt32 units = 0;                               ///< up to the last one with coordinates
@@ -68,6 +69,7 @@ struct VertexArrays
 {
     bool normals = false;
     bool colors = false;
+    bool fogDepths = false;
     UInt32 units = 0; ///< a bit for each unit
 
     /// Switches arrays on and off so that those of `layout` are on; without a layout, all off.
@@ -86,6 +88,7 @@ public:
     void bind(VertexArrays& arrays, const TexCoordSets& wanted, UInt32 unitCount) const;
     void draw(RenderStatistics& statistics) const;
 
+    bool hasFogDepths() const { return _layout.fogDepth != VertexLayout::none; }
     bool hasAttributes() const { return !_layout.attributes.empty(); }
     /// Lets GL read what programs call by name; `placeOf` tells where a program takes it, or a negative
     /// number. The answer has a bit for each array that is on now.

@@ -154,6 +154,10 @@ void GLProgram::findVariables()
     _surroundingPlaces.depth = glGetUniformLocation(_name, "osg_Depth");
     _surroundingPlaces.depthPart = glGetUniformLocation(_name, "osg_DepthPart");
     _surroundingPlaces.turnToWorld = glGetUniformLocation(_name, "osg_TurnToWorld");
+    _surroundingPlaces.environment = glGetUniformLocation(_name, "osg_Environment");
+    _surroundingPlaces.irradiance = glGetUniformLocation(_name, "osg_Irradiance");
+    _surroundingPlaces.turnToEnvironment = glGetUniformLocation(_name, "osg_TurnToEnvironment");
+    _surroundingPlaces.mirrored = glGetUniformLocation(_name, "osg_Mirrored");
     for (GLint i = 0; i < count; ++i) {
         GLsizei length = 0;
         GLint size = 0;
@@ -212,6 +216,8 @@ void GLProgram::sendSurroundings(RenderActionBase& action, const GLLimits& limit
         glUniform1i(_surroundingPlaces.projected, surroundings.projected ? unit : 0);
         glUniformMatrix4fv(_surroundingPlaces.projection, 1, GL_FALSE, surroundings.projection);
     }
+    if (_surroundingPlaces.environment >= 0)
+        sendEnvironment(surroundings, action, limits);
     glUniformMatrix3fv(_surroundingPlaces.turnToWorld, 1, GL_FALSE, surroundings.turnToWorld);
 }
 
@@ -225,6 +231,21 @@ void GLProgram::sendDepth(RenderActionBase& action, const GLLimits& limits) cons
     glUniform1i(_surroundingPlaces.depth, isKnown ? unit : 0);
     const Real32 none[4] = {};
     glUniform4fv(_surroundingPlaces.depthPart, 1, isKnown ? surroundings->depth->getPart() : none);
+}
+
+void GLProgram::sendEnvironment(const Surroundings& surroundings, RenderActionBase& action,
+                                const GLLimits& limits) const
+{
+    // A unit of its own, also while there is nothing to mirror: it must be no other sampler's.
+    const Int32 unit = limits.imageUnits - 3;
+    if (surroundings.mirrored)
+        surroundings.mirrored->bind(action, static_cast<UInt32>(unit));
+    glUniform1i(_surroundingPlaces.mirrored, unit);
+    glUniform4fv(_surroundingPlaces.environment, 1, surroundings.environment);
+    if (surroundings.environment[3] == 0)
+        return;
+    glUniform3fv(_surroundingPlaces.irradiance, 9, surroundings.irradiance);
+    glUniformMatrix3fv(_surroundingPlaces.turnToEnvironment, 1, GL_FALSE, surroundings.turnToEnvironment);
 }
 
 void GLProgram::sendValues(const SHLChunk& chunk)
@@ -309,8 +330,10 @@ void GLProgram::sendIntegers(Variable& variable, const std::vector<Int32>& value
 void GLProgram::sendSamplers(const SHLChunk& chunk, RenderActionBase& action, const GLLimits& limits)
 {
     Int32 unit = limits.textureUnits;
-    // The last two units are those of what is thrown and of depth.
-    Int32 last = limits.imageUnits - (_surroundingPlaces.depth >= 0 ? 3 : 1);
+    // The last three units are those of what is thrown, of depth and of what is mirrored.
+    Int32 last = limits.imageUnits - (_surroundingPlaces.mirrored >= 0 ? 4
+                                      : _surroundingPlaces.depth >= 0  ? 3
+                                                                       : 1);
     std::vector<std::pair<UInt32, Int32>> emptyUnits{{GL_SAMPLER_2D, 0}};
     const auto emptyUnit = [&](UInt32 type) {
         const auto found = std::find_if(emptyUnits.begin(), emptyUnits.end(),

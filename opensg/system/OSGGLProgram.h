@@ -39,6 +39,10 @@ private:
         Int32 planes = -1;
         Int32 depth = -1;
         Int32 depthPart = -1;
+        Int32 environment = -1;
+        Int32 irradiance = -1;
+        Int32 turnToEnvironment = -1;
+        Int32 mirrored = -1;
     };
 
     struct Variable
@@ -51,6 +55,8 @@ private:
     bool compile(UInt32 stage, const std::string& text, std::string& log);
     bool link(std::string& log);
     void findVariables();
+    void sendEnvironment(const Surroundings& surroundings, RenderActionBase& action,
+                         const GLLimits& limits) const;
     void sendValues(const SHLChunk& chunk);
     void sendDepth(RenderActionBase& action, const GLLimits& limits) const;
     void sendSamplers(const SHLChunk& chunk, RenderActionBase& action, const GLLimits& limits);

@@ -133,6 +133,14 @@ void Geometry::setAttributes(std::vector<VertexAttribute> attributes)
     _glSlot.touch();
 }
 
+void Geometry::setFogDepths(std::vector<Real32> depths)
+{
+    if (depths.empty() && !_fogDepths)
+        return;
+    _fogDepths = depths.empty() ? nullptr : std::make_unique<std::vector<Real32>>(std::move(depths));
+    _glSlot.touch();
+}
+
 void Geometry::setIndexMapping(std::vector<UInt16> mapping)
 {
     _indexMapping = std::move(mapping);

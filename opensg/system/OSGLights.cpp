@@ -1,5 +1,6 @@
 #include <OpenSG/OSGBaseFunctions.h>
 #include <OpenSG/OSGDirectionalLight.h>
+#include <OpenSG/OSGEnvironmentLight.h>
 #include <OpenSG/OSGPointLight.h>
 #include <OpenSG/OSGProjectorLight.h>
 #include <OpenSG/OSGRenderAction.h>
@@ -17,6 +18,7 @@ OSG_CREATABLE_CONTAINER_TYPE(DirectionalLight, Light)
 OSG_CREATABLE_CONTAINER_TYPE(PointLight, Light)
 OSG_CREATABLE_CONTAINER_TYPE(SpotLight, PointLight)
 OSG_CREATABLE_CONTAINER_TYPE(ProjectorLight, PointLight)
+OSG_CREATABLE_CONTAINER_TYPE(EnvironmentLight, Light)
 
 namespace {
 
@@ -119,6 +121,11 @@ void SpotLight::activate(UInt32 index, const Matrix& toEye) const
 Vec4f ProjectorLight::getShape(Real32) const
 {
     return Vec4f(5, 0, 0, 0);
+}
+
+Vec4f EnvironmentLight::getShape(Real32) const
+{
+    return Vec4f(6, 0, 0, 0);
 }
 
 void ProjectorLight::activate(UInt32 index, const Matrix& toEye) const

@@ -95,6 +95,8 @@ void Mesh::makeLayout()
         layout.normal = place(sizeof(Vec3f));
     if (_geometry.getColors() && isMapped(Geometry::MapColor))
         layout.color = place(4);
+    if (_geometry.getFogDepths())
+        layout.fogDepth = place(sizeof(Real32));
     for (UInt32 unit = 0; unit < Geometry::MaxTexCoords; ++unit) {
         const GeoTexCoordsPtr texCoords = _geometry.getTexCoords(unit);
         if (!texCoords || !isMapped(Geometry::MapTexCoords << unit))
@@ -167,6 +169,15 @@ void Mesh::writeOwnAttributes()
 {
     const UInt32 mappingIndex =
         static_cast<UInt32>(std::max(0, _geometry.calcMappingIndex(Geometry::MapPosition)));
+    if (layout.fogDepth != VertexLayout::none) {
+        const std::vector<Real32>& depths = *_geometry.getFogDepths();
+        UInt8* target = vertices.data() + layout.fogDepth;
+        for (UInt32 vertex = 0; vertex < vertexCount; ++vertex, target += layout.stride) {
+            const UInt32 index = valueOf(vertex, mappingIndex);
+            if (index < depths.size())
+                std::memcpy(target, &depths[index], sizeof(Real32));
+        }
+    }
     for (std::size_t i = 0; i < layout.attributes.size(); ++i) {
         const std::vector<Real32>& values = _geometry.getAttributes()[i].values;
         const std::size_t count = std::size_t(layout.attributes[i].columns) * layout.attributes[i].rows;

@@ -3,8 +3,10 @@
 #include "OSGGLObjects.h"
 
 #include <OpenSG/OSGClipPlane.h>
+#include <OpenSG/OSGEnvironmentLight.h>
 #include <OpenSG/OSGFog.h>
 #include <OpenSG/OSGFrustumVolume.h>
+#include <OpenSG/OSGImage.h>
 #include <OpenSG/OSGLight.h>
 #include <OpenSG/OSGMaterialChunk.h>
 #include <OpenSG/OSGProjectorLight.h>
@@ -24,6 +26,7 @@ namespace {
 const Real32 cornerSize = 3;
 const UInt32 noLight = DrawList::none;
 const Real32 projectorKind = 5; // of Light::getShape
+const Real32 environmentKind = 6;
 /// Planes that every GL has.
 const std::size_t mostPlanes = Surroundings::MostPlanes;
 const UInt16 colorPlace = StateChunk::MATERIAL * StateChunk::MaxSlots;
@@ -84,6 +87,7 @@ void Painter::begin()
     std::fill_n(_lights, DrawList::lightLimit, noLight);
     _hasSources = false;
     _fog = DrawList::none;
+    _fogByDepth = false;
     _planes.clear();
     _arrays = VertexArrays();
     _geometry = nullptr;
@@ -132,7 +136,7 @@ void Painter::end()
         if (_lights[i] != noLight)
             glDisable(GL_LIGHT0 + i);
     }
-    setFog(DrawList::none);
+    setFog(DrawList::none, false);
     setPlanes({});
     clearAttributes();
     _arrays.enable(nullptr, TexCoordSets(), 0);
@@ -169,6 +173,10 @@ void Painter::drawItems(const std::vector<DrawList::Order>& order, const Frustum
         else if (surroundings != _surroundings.stamp)
             tellProgram();
         setGeometry(item);
+        if (_buffers->hasFogDepths() != _fogByDepth) {
+            setFog(_fog, _buffers->hasFogDepths());
+            tellProgram();
+        }
         if (_attributes != 0 || _buffers->hasAttributes())
             setAttributes();
         setPlace(item.toWorld);
@@ -181,22 +189,27 @@ void Painter::setScope(const Item& item)
 {
     _scope = item.scope;
     setLights(item);
-    setFog(_list->getScope(item).fog);
+    setFog(_list->getScope(item).fog, _fogByDepth);
     setPlanes(_list->getScope(item).planes);
 }
 
-void Painter::setFog(UInt32 fog)
+void Painter::setFog(UInt32 fog, bool byDepth)
 {
-    if (fog == _fog)
+    if (fog == _fog && byDepth == _fogByDepth)
         return;
+    if (byDepth != _fogByDepth)
+        glFogi(GL_FOG_COORD_SRC, byDepth ? GL_FOG_COORD : GL_FRAGMENT_DEPTH);
     _fog = fog;
+    _fogByDepth = byDepth;
     const DrawList::PlacedFog* placed = fog == DrawList::none ? nullptr : &_list->getFog(fog);
-    const bool isOn = placed && placed->fog->activate(placed->toWorld);
+    const bool isOn = placed && placed->fog->activate(placed->toWorld, byDepth);
     if (isOn)
         glEnable(GL_FOG);
     else
         glDisable(GL_FOG);
     _surroundings.fogKind = !isOn ? 0 : placed->fog->getMode() == Fog::EXPONENTIAL_MODE ? 2 : 1;
+    if (isOn && byDepth)
+        _surroundings.fogKind += 2;
     _surroundings.renew();
 }
 
@@ -267,6 +280,7 @@ void Painter::setLights(const Item& item)
     while (_surroundings.lightCount > 0 && _lights[_surroundings.lightCount - 1] == noLight)
         --_surroundings.lightCount;
     setProjector();
+    setEnvironment();
     _surroundings.renew();
 }
 
@@ -275,7 +289,7 @@ void Painter::setProjector()
     _surroundings.projected = nullptr;
     for (UInt32 i = 0; i < DrawList::lightLimit; ++i) {
         Real32& kind = _surroundings.lights[4 * i];
-        if (kind < projectorKind)
+        if (kind != projectorKind)
             continue;
         const DrawList::PlacedLight& placed = _list->getLight(_lights[i]);
         const auto& projector = static_cast<const ProjectorLight&>(*placed.light);
@@ -290,6 +304,36 @@ void Painter::setProjector()
         Matrix projection = projector.getProjection();
         projection.mult(fromEye);
         std::copy_n(projection.getValues(), 16, _surroundings.projection);
+    }
+}
+
+void Painter::setEnvironment()
+{
+    _surroundings.mirrored = nullptr;
+    std::fill_n(_surroundings.environment, 4, 0.f);
+    for (UInt32 i = 0; i < DrawList::lightLimit; ++i) {
+        if (_surroundings.lights[4 * i] != environmentKind)
+            continue;
+        const DrawList::PlacedLight& placed = _list->getLight(_lights[i]);
+        const auto& light = static_cast<const EnvironmentLight&>(*placed.light);
+        Matrix toEye = _action->getViewing();
+        toEye.mult(placed.toWorld);
+        Matrix fromEye;
+        if (_surroundings.environment[3] != 0 || !toEye.inverse(fromEye))
+            continue;
+        Matrix turn = light.getTurn();
+        turn.mult(fromEye);
+        for (UInt32 column = 0; column < 3; ++column) {
+            Vec3f axis(turn[column]);
+            axis.normalize();
+            std::copy_n(axis.getValues(), 3, _surroundings.turnToEnvironment + std::size_t(3) * column);
+        }
+        std::copy_n(light.getDiffuse().getValuesRGBA(), 3, _surroundings.environment);
+        const ImagePtr image = light.getTexture() ? light.getTexture()->getImage() : NullFC;
+        const bool isCube = image && image->getSideCount() == 6;
+        _surroundings.environment[3] = isCube ? static_cast<Real32>(image->calcMipmapLevelCount()) : -1.f;
+        _surroundings.mirrored = isCube ? light.getTexture().get().getCPtr() : nullptr;
+        std::copy(light.getIrradiance().begin(), light.getIrradiance().end(), _surroundings.irradiance);
     }
 }
 

@@ -29,7 +29,7 @@ private:
     void drawItems(const std::vector<DrawList::Order>& order, const FrustumVolume* frustum);
     void setScope(const Item& item);
     void setLights(const Item& item);
-    void setFog(UInt32 fog);
+    void setFog(UInt32 fog, bool byDepth);
     void setPlanes(const std::vector<UInt32>& planes);
     bool hasNearLight(UInt32 item) const;
     void setState(const Item& item, bool nearLights);
@@ -38,6 +38,7 @@ private:
     void setTextured(bool textured);
     void setGeometry(const Item& item);
     void setProjector();
+    void setEnvironment();
     void clearAttributes();
     void setAttributes();
     void setPlace(const Matrix& toWorld);
@@ -60,6 +61,7 @@ private:
     bool _hasSources = false; ///< a light of these has a place
     std::vector<UInt32> _chosen;
     UInt32 _fog = DrawList::none;
+    bool _fogByDepth = false; ///< the geometry tells how deep in fog it lies
     std::vector<UInt32> _planes;
     VertexArrays _arrays;
     const Geometry* _geometry = nullptr;

@@ -23,11 +23,13 @@ void Fog::renderLeave(RenderAction& action)
     action.popFog();
 }
 
-bool Fog::activate(const Matrix& toWorld) const
+bool Fog::activate(const Matrix& toWorld, bool byDepth) const
 {
-    const Real32 range = _range * std::cbrt(std::abs(toWorld.det3()));
+    Real32 range = _range * std::cbrt(std::abs(toWorld.det3()));
     if (!(range > 0) || !std::isfinite(range))
         return false;
+    if (byDepth)
+        range = 1;
     const Real32 color[] = {_color.red(), _color.green(), _color.blue(), 1};
     glFogfv(GL_FOG_COLOR, color);
     if (_mode == EXPONENTIAL_MODE) {

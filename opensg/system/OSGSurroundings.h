@@ -9,8 +9,9 @@ class TextureChunk;
 
 /// What acts on the shapes that are being drawn, for programs, beside what they find in their built-in
 /// variables. A program that declares the uniforms `osg_LightCount`, `osg_LightShape[8]`, `osg_FogKind`,
-/// `osg_TurnToWorld`, `osg_Projected`, `osg_Projection`, `osg_PlaneCount`, `osg_Planes[6]`, `osg_Depth` or
-/// `osg_DepthPart` gets it.
+/// `osg_TurnToWorld`, `osg_Projected`, `osg_Projection`, `osg_PlaneCount`, `osg_Planes[6]`, `osg_Depth`,
+/// `osg_DepthPart`, `osg_Environment`, `osg_Irradiance[9]`, `osg_TurnToEnvironment` or `osg_Mirrored` gets
+/// it.
 struct Surroundings
 {
     static constexpr UInt32 MostLights = 8;
@@ -22,7 +23,7 @@ struct Surroundings
     Int32 lightCount = 0;
     /// Of each light its `Light::getShape`, or zeros when it is off.
     Real32 lights[4 * MostLights] = {};
-    /// 0 for none, 1 for a linear fog, 2 for an exponential one.
+    /// 0 for none, 1 for a linear fog, 2 for an exponential one; 3 and 4 for the same by `gl_FogCoord`.
     Int32 fogKind = 0;
 
     /// From the camera's system to that of the world, without the place, as 3 columns.
@@ -38,6 +39,14 @@ struct Surroundings
 
     /// How far what is opaque is from the viewer, while what is transparent is drawn; null before.
     SceneDepth* depth = nullptr;
+
+    /// The colour of an `EnvironmentLight`, and the levels of the cube that is mirrored: below 0 for none, 0
+    /// where there is no such light.
+    Real32 environment[4] = {};
+    Real32 irradiance[27] = {}; ///< its `getIrradiance`
+    /// From the camera's system to that of the cube, as 3 columns.
+    Real32 turnToEnvironment[9] = {};
+    TextureChunk* mirrored = nullptr;
 
     /// Gives the state a stamp of its own.
     void renew();
