@@ -198,9 +198,7 @@ void BodyPlan::copyTo(Node& instance, const std::vector<int>& partOf, const std:
               std::vector<NodeNameSpace*>(_names.size(), nullptr)};
     copy.nodes[0] = NodeRef(&instance);
     if (!_names.empty())
-        copy.names[0] =
-            createNameSpace(copy.context, outer, instance.name() ? *instance.name() : instance.type()->name,
-                            &instance, _names[0].source->baseURL());
+        copy.names[0] = copyNames(copy, _names[0], outer, instance);
     copyNodes(copy, 1, _bodyEnd, made);
     std::vector<const PlannedDefault*> defaults;
     for (const PlannedDefault& planned : _defaults) {
@@ -234,6 +232,17 @@ void BodyPlan::copyTo(Node& instance, const std::vector<int>& partOf, const std:
     }
 }
 
+/// Names of a file like those that the plan was made of, of another root.
+NodeNameSpace* BodyPlan::copyNames(const Copy& copy, const PlannedNames& planned, NodeNameSpace* parent,
+                                   Node& root) const
+{
+    NodeNameSpace* const names =
+        createNameSpace(copy.context, parent, root.name() ? *root.name() : root.type()->name, &root,
+                        planned.source->baseURL());
+    setFileVersion(*names, fileVersion(planned.source));
+    return names;
+}
+
 void BodyPlan::copyNodes(Copy& copy, unsigned int first, unsigned int last, std::vector<Node*>& made) const
 {
     const NodeCreator creator = copy.nodes[0]->state() == CREATED_NS ? HOST_NC : LOADER_NC;
@@ -247,12 +256,9 @@ void BodyPlan::copyNodes(Copy& copy, unsigned int first, unsigned int last, std:
         if (planned.names < _names.size()) {
             NodeNameSpace*& names = copy.names[planned.names];
             const PlannedNames& plannedNames = _names[planned.names];
-            if (!names) {
-                Node& root = *copy.nodes[plannedNames.root];
-                names = createNameSpace(copy.context, copy.names[plannedNames.parent],
-                                        root.name() ? *root.name() : root.type()->name, &root,
-                                        plannedNames.source->baseURL());
-            }
+            if (!names)
+                names = copyNames(copy, plannedNames, copy.names[plannedNames.parent],
+                                  *copy.nodes[plannedNames.root]);
             setName(node, names, source.name() ? std::string_view(*source.name()) : std::string_view());
         }
         copyValues(planned, node);

@@ -86,6 +86,8 @@ private:
     void planLinks();
     void planRoutes();
 
+    NodeNameSpace* copyNames(const Copy& copy, const PlannedNames& planned, NodeNameSpace* parent,
+                             Node& root) const;
     void copyNodes(Copy& copy, unsigned int first, unsigned int last, std::vector<Node*>& made) const;
     void copyValues(const PlannedNode& planned, Node& node) const;
     void copyLinks(Copy& copy, unsigned int first, unsigned int last) const;

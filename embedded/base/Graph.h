@@ -116,4 +116,13 @@ ORVANE_API Node* readNode(const Node& node, unsigned int part);
 ORVANE_API NodeNameSpace* createNameSpace(Context& context, NodeNameSpace* parent, std::string_view name,
                                           Node* rootNode, const Relayne::URL& baseURL);
 
+/// The newest version of X3D, in tenths: that of names and nodes which come from no file.
+constexpr unsigned int newestVersion = 40;
+
+/// The version of X3D that the file of some names is written in, in tenths; 20 for VRML97. Scenes look as
+/// their version says. Null names have the newest one.
+ORVANE_API unsigned int fileVersion(const NodeNameSpace* names);
+/// Says so of names whose nodes are still to come.
+ORVANE_API void setFileVersion(NodeNameSpace& names, unsigned int version);
+
 } // namespace Orvane

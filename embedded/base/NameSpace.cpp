@@ -191,6 +191,16 @@ NodeNameSpace* createNameSpace(Context& context, NodeNameSpace* parent, std::str
     return made;
 }
 
+unsigned int fileVersion(const NodeNameSpace* names)
+{
+    return names ? names->data()->fileVersion : newestVersion;
+}
+
+void setFileVersion(NodeNameSpace& names, unsigned int version)
+{
+    names.data()->fileVersion = version;
+}
+
 void hideNameSpace(NodeNameSpace& names, Node& model)
 {
     auto& namesOfRoots = contextData(model).namesOfRoots;

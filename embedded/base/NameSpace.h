@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Graph.h"
 #include "base/SmallBlocks.h"
 #include <Orvane/Export.h>
 #include <Orvane/NodeNameSpace.h>
@@ -55,6 +56,7 @@ struct NodeNameSpace::Data
     std::size_t members = 0; ///< nodes that stand in the name space
     bool isClosed = false;
     bool isHidden = false;                ///< of a prototype's model, which is no place of the scene
+    unsigned int fileVersion = newestVersion;
     NodeNameSpace* firstNested = nullptr; ///< of those of which this is the parent
     NodeNameSpace* nextNested = nullptr;  ///< those with the same parent
     NodeNameSpace* previousNested = nullptr;

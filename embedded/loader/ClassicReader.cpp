@@ -44,6 +44,10 @@ bool read(SourceText& text, SceneSink& sink, LoadMessages& messages, const Class
     if (!hasHeader)
         messages.warn(text.place(0), "expected the header " + quoted(header) + ", found " +
                                          (line.empty() ? "none" : quoted(line)));
+    if (dialect.isVrml97)
+        sink.version("2.0");
+    else if (!dialect.version.empty())
+        sink.version(dialect.version);
     ClassicWalk walk(text, sink, messages, dialect);
     const bool ok = walk.readScene(hasHeader);
     if (!ok && !walk.isGivenUp())

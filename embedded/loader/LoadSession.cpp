@@ -87,6 +87,7 @@ FileScope& LoadSession::openBody(FileScope& outer, const std::string& name, Node
     body.angleFactor = outer.angleFactor;
     body.root = NodeRef(&root);
     body.names = createNameSpace(_context, outer.names, name, &root, outer.url);
+    setFileVersion(*body.names, fileVersion(outer.names));
     return body;
 }
 
@@ -242,6 +243,7 @@ bool LoadSession::readNodes(Node& scene, const std::string& text, const std::str
     } else {
         scope.root = createNode(_context, *findType("Scene"), LOADER_NC);
         scope.names = createNameSpace(_context, nullptr, "text", scope.root.get(), scope.url);
+        setFileVersion(*scope.names, fileVersion(&names));
         scope.isClipping = true;
         _roots.push_back(scope.root);
         for (const std::shared_ptr<NodeType>& type : usablePrototypes(scene)) {

@@ -19,6 +19,7 @@
 #include <Orvane/NodeType.h>
 #include <Orvane/SFString.h>
 #include <algorithm>
+#include <charconv>
 
 namespace Orvane {
 
@@ -34,6 +35,19 @@ bool takesDeclarations(const NodeType& type)
 {
     return isUnknown(type) || isOfType(type, "X3DScriptNode") ||
            isOfType(type, "X3DProgrammableShaderObject");
+}
+
+/// "3.3" in tenths; the newest version for what is none.
+unsigned int versionNumber(std::string_view text)
+{
+    constexpr unsigned int most = 1000;
+    const char* const end = text.data() + text.size();
+    unsigned int major = 0;
+    const std::from_chars_result read = std::from_chars(text.data(), end, major);
+    if (read.ec != std::errc() || major > most)
+        return newestVersion;
+    const bool hasMinor = end - read.ptr > 1 && *read.ptr == '.' && read.ptr[1] >= '0' && read.ptr[1] <= '9';
+    return major * 10 + (hasMinor ? static_cast<unsigned int>(read.ptr[1] - '0') : 0);
 }
 
 } // namespace
@@ -57,6 +71,13 @@ void SceneBuilder::warn(SourcePlace place, std::string text)
     // Of a file that is read for its prototypes all else is as if it were not there.
     if (!_scope->isLibrary || _scope->isBody())
         _scope->messages.warn(place, std::move(text));
+}
+
+void SceneBuilder::version(std::string_view version)
+{
+    // What is pasted looks as the scene that it comes into.
+    if (!_scope->isClipping)
+        setFileVersion(*_scope->names, versionNumber(version));
 }
 
 void SceneBuilder::head(const HeadStatement& statement)

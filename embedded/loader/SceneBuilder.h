@@ -24,6 +24,7 @@ public:
     /// Nodes without another place go into \a content, a field of the scope's root.
     SceneBuilder(LoadSession& session, FileScope& scope, Field& content);
 
+    void version(std::string_view version) override;
     void head(const HeadStatement& statement) override;
     bool beginNode(const NodeStart& start) override;
     void endNode() override;

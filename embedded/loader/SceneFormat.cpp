@@ -9,6 +9,7 @@
 #include "loader/LoadSession.h"
 #include "loader/MovedAddresses.h"
 #include "loader/OutputFile.h"
+#include "loader/VersionNotes.h"
 #include "loader/XmlReader.h"
 #include "loader/XmlWriter.h"
 #include <Orvane/GraphLoader.h>
@@ -20,6 +21,8 @@
 namespace Orvane {
 
 namespace {
+
+constexpr unsigned int vrml97Version = 20;
 
 bool startsWith(std::string_view text, std::string_view start)
 {
@@ -75,6 +78,7 @@ bool writeScene(const Node& root, const std::string& path, const SaveOptions& op
             if (!writeOutputFile(path, format->write(root, options, notes), isPacked(path), error))
                 return false;
             noteMovedAddresses(root, path, notes);
+            noteVersion(root, format->writtenVersion, notes);
             return true;
         } catch (const std::exception& exception) {
             error = path + ": expected room for the text of the scene, found: " + exception.what();
@@ -111,7 +115,7 @@ const std::vector<SceneFormat>& sceneFormats()
     static const std::vector<SceneFormat> formats = {
         {"X3D XML", {"x3d", "x3dz"}, isXml, readXml, xmlText},
         {"X3D Classic", {"x3dv", "x3dvz"}, isClassic, readClassic, classicText, true},
-        {"VRML97", {"wrl", "wrz", "vrml"}, isVrml97, readVrml97, vrml97Text, true},
+        {"VRML97", {"wrl", "wrz", "vrml"}, isVrml97, readVrml97, vrml97Text, true, vrml97Version},
     };
     return formats;
 }

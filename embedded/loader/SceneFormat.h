@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Graph.h"
 #include "base/SceneLoader.h"
 #include <string>
 #include <string_view>
@@ -25,6 +26,7 @@ struct SceneFormat
     std::string (*write)(const Node& root, const SaveOptions& options, std::vector<std::string>& notes);
     /// A file of such a suffix is read even if its text does not begin as the encoding does.
     bool mayLackHeader = false;
+    unsigned int writtenVersion = newestVersion; ///< of X3D, in tenths, whose rules hold for what is written
 };
 
 /// All encodings that this runtime reads, in the order in which file dialogs show them.

@@ -78,6 +78,8 @@ class SceneSink
 public:
     virtual ~SceneSink();
 
+    /// The version of X3D that the file says it is written in, as "3.3"; "2.0" for VRML97. Comes first.
+    virtual void version(std::string_view version) = 0;
     virtual void head(const HeadStatement& statement) = 0;
 
     /// False when the scene must be given up; the reader then stops and refuses the file.

@@ -90,6 +90,8 @@ bool XmlWalk::readDocument(const pugi::xml_document& document)
         if (name != "profile" && name != "version" && !saysNothing(name))
             warn(place(attribute), "X3D: expected profile or version, found " + quoted(name));
     }
+    if (const xml_attribute version = root.attribute("version"))
+        _sink.version(version.value());
     if (const xml_attribute profile = root.attribute("profile"))
         _sink.head({HeadStatement::PROFILE, profile.value(), root.attribute("version").value(), 1.0,
                     place(profile)});

@@ -14,7 +14,10 @@ class SinkRecorder : public Orvane::SceneSink
 {
 public:
     QStringList events;
+    QString fileVersion;
     int nodeLimit = 1000000;
+
+    void version(std::string_view version) override { fileVersion = text(version); }
 
     void head(const Orvane::HeadStatement& s) override
     {
