@@ -55,7 +55,7 @@ struct NodeNameSpace::Data
     NodesByName nodes;
     std::size_t members = 0; ///< nodes that stand in the name space
     bool isClosed = false;
-    bool isHidden = false;                ///< of a prototype's model, which is no place of the scene
+    bool isHidden = false; ///< of a prototype's model, which is no place of the scene
     unsigned int fileVersion = newestVersion;
     NodeNameSpace* firstNested = nullptr; ///< of those of which this is the parent
     NodeNameSpace* nextNested = nullptr;  ///< those with the same parent

@@ -1,4 +1,5 @@
 #include "core/AppearanceProcs.h"
+#include "base/Graph.h"
 #include "core/Part.h"
 #include "core/ShaderProc.h"
 #include "core/UsableValues.h"
@@ -36,8 +37,11 @@ void whiten(SurfaceColors& colors, bool lit)
     colors.diffuse = osg::Color3f(1.0F, 1.0F, 1.0F);
 }
 
-/// What X3D says of the channels of a texture: grey takes part in the colour, red, green and blue are the
-/// colour; alpha is the transparency.
+/// Since this version of X3D the texture of an appearance is multiplied with the material.
+constexpr unsigned int tintingVersion = 40;
+
+/// What X3D said before of the channels of a texture: grey takes part in the colour, red, green and blue are
+/// the colour; alpha is the transparency.
 void applyChannels(Surface& surface)
 {
     const osg::ImagePtr image = surface.textures.back().image;
@@ -45,6 +49,9 @@ void applyChannels(Surface& surface)
         whiten(surface, surface.lit);
         if (surface.back)
             whiten(*surface.back, surface.lit);
+        // Without lights colours of vertices come in whether they are asked for or not.
+        if (!surface.lit && surface.vertexColors != Surface::NO_COLORS)
+            surface.textures.back().envMode = osg::TextureChunk::ENV_REPLACE;
         surface.vertexColors = Surface::NO_COLORS;
     }
     if (image->hasAlphaChannel()) {
@@ -106,6 +113,53 @@ void findCoordinates(Surface& surface, std::size_t first, const std::string& map
         texture.coordSet = std::min(texture.coordSet, static_cast<unsigned int>(channels.size() - 1));
         texture.coordinates = channels[texture.coordSet].coordinates;
     }
+}
+
+/// All textures of a material; \a common is that of the colour where the material has none.
+std::vector<MaterialTexture> texturesOf(MaterialProc& material, TextureProc* common)
+{
+    std::vector<MaterialTexture> result;
+    MaterialTexture color = material.colorTexture();
+    if (!color.proc)
+        color = {common, std::string(), SurfaceShading::COLOR};
+    if (color.proc)
+        result.push_back(std::move(color));
+    for (MaterialTexture& texture : material.shadingTextures())
+        result.push_back(std::move(texture));
+    MaterialTexture emission = material.emissionTexture();
+    emission.role = SurfaceShading::EMISSION;
+    if (emission.proc)
+        result.push_back(std::move(emission));
+    return result;
+}
+
+bool contains(const std::vector<MaterialTexture>& textures, const MaterialTexture& texture)
+{
+    return std::find(textures.begin(), textures.end(), texture) != textures.end();
+}
+
+/// True for textures that fixed steps cannot show; what glows itself must not take the colour's texture,
+/// unless an emissive texture keeps it apart anyway.
+bool needProgram(const std::vector<MaterialTexture>& textures, bool keepsGlow)
+{
+    const auto hasRole = [&textures](auto isWanted) {
+        return std::any_of(textures.begin(), textures.end(),
+                           [&](const MaterialTexture& texture) { return isWanted(texture.role); });
+    };
+    if (hasRole([](auto role) { return role != SurfaceShading::COLOR && role != SurfaceShading::EMISSION; }))
+        return true;
+    return keepsGlow && !hasRole([](auto role) { return role == SurfaceShading::EMISSION; });
+}
+
+bool isBlack(const osg::Color3f& color)
+{
+    return !(color.red() > 0.0F) && !(color.green() > 0.0F) && !(color.blue() > 0.0F);
+}
+
+/// True for a surface with light of its own, on whatever side.
+bool glows(const Surface& surface)
+{
+    return !isBlack(surface.emission) || (surface.back && !isBlack(surface.back->emission));
 }
 
 } // namespace
@@ -214,11 +268,11 @@ void AppearanceProc::describeLooks(Surface& surface)
         if (look)
             look->describe(surface);
     }
-    if (back)
-        describeBack(surface);
+    _looks->isBackUsed = back && describeBack(surface);
 }
 
-void AppearanceProc::describeBack(Surface& surface)
+/// False when the material cannot be that of the back.
+bool AppearanceProc::describeBack(Surface& surface)
 {
     Surface back;
     back.kind = surface.kind;
@@ -226,7 +280,7 @@ void AppearanceProc::describeBack(Surface& surface)
     const bool hasColors = surface.vertexColors != Surface::NO_COLORS;
     if (surface.lit != back.lit || !_material.element() || (!surface.lit && hasColors)) {
         complain("backMaterial", "expected two materials of a kind, found others; the front's counts");
-        return;
+        return false;
     }
     if (!surface.lit) {
         shineAlone(surface);
@@ -239,6 +293,12 @@ void AppearanceProc::describeBack(Surface& surface)
         surface.shading->sides[1] = back.shading->sides[0];
     else
         surface.shading.reset();
+    return true;
+}
+
+bool AppearanceProc::multipliesTexture() const
+{
+    return fileVersion(node().nameSpace()) >= tintingVersion;
 }
 
 void AppearanceProc::describeTextures(Surface& surface, MaterialProc* material,
@@ -260,12 +320,13 @@ void AppearanceProc::describeTextures(Surface& surface, MaterialProc* material,
         findCoordinates(surface, 0, color.mapping, transform, channels);
     } else if (texture) {
         texture->describe(surface);
-        if (!surface.textures.empty() && !texture->hasStages() && !(material && material->tintsTextures()))
+        const bool tints = multipliesTexture() || (material && material->tintsTextures());
+        if (!surface.textures.empty() && !texture->hasStages() && !tints)
             applyChannels(surface);
         findCoordinates(surface, 0, std::string(), transform, channels);
     }
     if (material && surface.lit)
-        describeShading(surface, *material, transform, channels);
+        describeShading(surface, *material, {transform, channels, texture});
     const MaterialTexture emission =
         material && surface.lit ? material->emissionTexture() : MaterialTexture();
     if (!emission.proc)
@@ -279,40 +340,65 @@ void AppearanceProc::describeTextures(Surface& surface, MaterialProc* material,
         surface.textures.resize(before);
 }
 
-/// Adds what programs make of the textures of a material. The texture of the colour is in the surface
-/// already.
-void AppearanceProc::describeShading(Surface& surface, MaterialProc& material,
-                                     TextureTransformProc* transform, const std::vector<TexChannel>& channels)
+/// Adds what programs make of the textures of the materials, where these have any that only programs can
+/// show, or the two sides have others, or light of its own must stay clear of the texture of the colour.
+void AppearanceProc::describeShading(Surface& surface, MaterialProc& material, const TextureTools& tools)
 {
-    std::vector<MaterialTexture> textures = material.shadingTextures();
     const bool isFixed =
         surface.textures.size() > 1 ||
         (!surface.textures.empty() && surface.textures[0].envMode != osg::TextureChunk::ENV_MODULATE);
-    if (isFixed || (textures.empty() && !surface.shading)) {
+    if (isFixed) {
         surface.shading.reset();
         return;
     }
-    if (!surface.shading)
+    auto* const back =
+        _looks && _looks->isBackUsed ? static_cast<MaterialProc*>(_looks->backMaterial.element()) : nullptr;
+    const std::vector<MaterialTexture> front = texturesOf(material, tools.texture);
+    const std::vector<MaterialTexture> behind =
+        back ? texturesOf(*back, tools.texture) : std::vector<MaterialTexture>();
+    const bool isUnlit = material.isUnlit();
+    if (!surface.shading) {
+        const bool keepsGlow = !isUnlit && !surface.textures.empty() && glows(surface) &&
+                               (material.colorTexture().proc || multipliesTexture());
+        const bool sidesDiffer =
+            back && !std::is_permutation(front.begin(), front.end(), behind.begin(), behind.end());
+        if (!sidesDiffer && !needProgram(front, keepsGlow))
+            return;
         surface.shading.emplace();
-    material.describeShading(*surface.shading);
-    if (surface.shading->model == SurfaceShading::PHONG) {
-        surface.shading->sides[0].emission = surface.emission;
-        surface.shading->sides[1].emission = surface.back ? surface.back->emission : surface.emission;
     }
-    textures.push_back(material.emissionTexture());
-    textures.back().role = SurfaceShading::EMISSION;
-    if (!surface.textures.empty())
-        surface.shading->textures.push_back({SurfaceShading::COLOR, surface.textures[0]});
-    for (const MaterialTexture& texture : textures) {
-        Surface alone;
-        if (texture.proc)
-            texture.proc->describe(alone);
-        if (alone.textures.size() != 1 || surface.shading->textures.size() == osg::StateChunk::MaxSlots)
-            continue;
-        findCoordinates(alone, 0, texture.mapping, transform, channels);
-        surface.unseenBy |= alone.unseenBy;
-        surface.shading->textures.push_back({texture.role, std::move(alone.textures[0])});
+    SurfaceShading& shading = *surface.shading;
+    material.describeShading(shading.sides[0]);
+    (back ? *back : material).describeShading(shading.sides[1]);
+    if (shading.model == SurfaceShading::PHONG) {
+        shading.tintsAll = isUnlit;
+        shading.sides[0].emission = surface.emission;
+        shading.sides[1].emission = surface.back ? surface.back->emission : surface.emission;
     }
+    for (const MaterialTexture& texture : front) {
+        const bool isShared = !back || contains(behind, texture);
+        addShading(surface, texture, isShared ? SurfaceShading::BOTH_SIDES : SurfaceShading::FRONT, tools);
+    }
+    for (const MaterialTexture& texture : behind) {
+        if (!contains(front, texture))
+            addShading(surface, texture, SurfaceShading::BACK, tools);
+    }
+}
+
+void AppearanceProc::addShading(Surface& surface, const MaterialTexture& texture, SurfaceShading::Sides sides,
+                                const TextureTools& tools)
+{
+    Surface alone;
+    texture.proc->describe(alone);
+    if (alone.textures.size() != 1)
+        return;
+    if (surface.shading->textures.size() == osg::StateChunk::MaxSlots) {
+        complain("material", "expected " + std::to_string(osg::StateChunk::MaxSlots) +
+                                 " textures of materials or fewer, found more; the others are left out");
+        return;
+    }
+    findCoordinates(alone, 0, texture.mapping, tools.transform, tools.channels);
+    surface.unseenBy |= alone.unseenBy;
+    surface.shading->textures.push_back({texture.role, std::move(alone.textures[0]), sides});
 }
 
 } // namespace Orvane

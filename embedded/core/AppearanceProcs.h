@@ -42,6 +42,11 @@ struct MaterialTexture
     TextureProc* proc = nullptr; ///< null when there is none
     std::string mapping;
     SurfaceShading::Role role = SurfaceShading::COLOR;
+
+    bool operator==(const MaterialTexture& other) const
+    {
+        return proc == other.proc && mapping == other.mapping && role == other.role;
+    }
 };
 
 /// Behaviour of a material: the colours of a surface.
@@ -57,11 +62,13 @@ public:
     virtual MaterialTexture colorTexture() { return {}; }
     /// The texture of the emissive colour of a lit surface.
     virtual MaterialTexture emissionTexture() { return {}; }
-    /// Fills what programs take besides colours and textures.
-    virtual void describeShading(SurfaceShading& /*shading*/) const {}
+    /// Fills what programs take of a side besides colours and textures.
+    virtual void describeShading(SurfaceShading::Side& /*side*/) const {}
     /// The textures that only programs can use, after the two above.
     virtual std::vector<MaterialTexture> shadingTextures() { return {}; }
-    /// True when coloured textures of the appearance are multiplied with the colour, not shown in its place.
+    /// True for colours that are shown as they are.
+    virtual bool isUnlit() const { return false; }
+    /// True when coloured textures of the appearance are multiplied with the colour in every version of X3D.
     virtual bool tintsTextures() const { return false; }
 };
 
@@ -112,6 +119,7 @@ private:
     struct Looks
     {
         Use backMaterial;
+        bool isBackUsed = false; ///< it is of the front's kind
         Use fill;
         Use line;
         Use point;
@@ -124,13 +132,23 @@ private:
         Use selected;
     };
 
+    /// What textures of materials are put on with.
+    struct TextureTools
+    {
+        TextureTransformProc* transform;
+        const std::vector<TexChannel>& channels;
+        TextureProc* texture; ///< that of the appearance
+    };
+
     void describeAlpha(Surface& surface);
-    void describeBack(Surface& surface);
+    bool describeBack(Surface& surface);
     void describeLooks(Surface& surface);
     void describeShader(Surface& surface);
-    void describeShading(Surface& surface, MaterialProc& material, TextureTransformProc* transform,
-                         const std::vector<TexChannel>& channels);
+    void describeShading(Surface& surface, MaterialProc& material, const TextureTools& tools);
+    void addShading(Surface& surface, const MaterialTexture& texture, SurfaceShading::Sides sides,
+                    const TextureTools& tools);
     void describeTextures(Surface& surface, MaterialProc* material, const std::vector<TexChannel>& channels);
+    bool multipliesTexture() const;
     void selectShader(ShaderProc* shader);
 
     Use _material;

@@ -112,14 +112,15 @@ void ComposedMeshProc::update()
     else if (!_values)
         _values = std::make_unique<VertexValues>();
     MeshData mesh = build(pointsOf(coordNode, converted), faults);
-    if (_values)
-        _values->read(*this, mesh.points);
+    if (_values && !_values->read(*this, mesh.points))
+        complain("fogCoord", "expected a depth for each point, found fewer; the others lie in no fog");
     if (_texCoordSets)
         _texCoordSets->complete(mesh);
     MeshAttribute<osg::Color3f> rgb;
     MeshAttribute<osg::Color4f> rgba;
     bindColors(rgb, rgba);
     geometry()->setAttributes(_values ? _values->take() : std::vector<osg::VertexAttribute>());
+    geometry()->setFogDepths(_values ? _values->takeFogDepths() : std::vector<float>());
     show(std::move(mesh), rgba.isGiven());
     if (!faults.isEmpty())
         complain(nullptr, faults.text());
@@ -143,7 +144,7 @@ bool ComposedMeshProc::hasShaderValues() const
 
 void ComposedMeshProc::bindValues(MeshSource& source) const
 {
-    source.wantsPoints = static_cast<bool>(_values);
+    source.wantsPoints = wantsPoints();
     bindColors(source.colors, source.colorsRGBA);
     const auto* const normals = procAs<VectorListProc>(_normalNode);
     if (normals && normals->bent())

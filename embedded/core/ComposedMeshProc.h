@@ -41,13 +41,15 @@ protected:
     void bindColors(MeshAttribute<osg::Color3f>& rgb, MeshAttribute<osg::Color4f>& rgba) const;
     /// Binds all values that a mesh of faces may have, per point until the caller says otherwise.
     void bindValues(MeshSource& source) const;
+    /// True when the mesh is to tell which point each of its vertices shows.
+    bool wantsPoints() const { return static_cast<bool>(_values); }
 
 private:
     Use _color;
     Use _coord;
     Use _normal;
     Use _texCoord;
-    std::unique_ptr<VertexValues> _values;       ///< for shaders; null when there are none
+    std::unique_ptr<VertexValues> _values;       ///< for shaders and fog; null when there are none
     std::unique_ptr<TexCoordSets> _texCoordSets; ///< null when one plain list serves
     Node* _colorNode = nullptr;                  ///< good during an update only, like the two below
     Node* _normalNode = nullptr;

@@ -93,6 +93,8 @@ private:
             const auto point = static_cast<std::size_t>((*_source.index)[i]);
             const auto vertex = static_cast<std::uint32_t>(_mesh.positions.size());
             _mesh.positions.emplace_back((*_source.points)[point]);
+            if (_source.wantsPoints)
+                _mesh.points.push_back(static_cast<std::uint32_t>(point));
             const bool perVertex = _colors.isPerVertex();
             _colors.add(perVertex ? i : line, perVertex ? point : line, _mesh, _faults);
             if (i > first) {
@@ -116,10 +118,10 @@ MeshData buildLines(const LineSource& source, MeshFaults& faults)
     return LineWriter(source, faults).write();
 }
 
-MeshData buildPoints(const std::vector<osg::Vec3f>& points, const MeshAttribute<osg::Color3f>& colors,
-                     const MeshAttribute<osg::Color4f>& colorsRGBA, MeshFaults& faults)
+MeshData buildPoints(const PointSource& source, MeshFaults& faults)
 {
-    const ColorPicker picker(colors, colorsRGBA);
+    const ColorPicker picker(source.colors, source.colorsRGBA);
+    const std::vector<osg::Vec3f>& points = *source.points;
     MeshData mesh;
     mesh.positions.reserve(points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -128,6 +130,8 @@ MeshData buildPoints(const std::vector<osg::Vec3f>& points, const MeshAttribute<
             continue;
         }
         mesh.positions.emplace_back(points[i]);
+        if (source.wantsPoints)
+            mesh.points.push_back(static_cast<std::uint32_t>(i));
         picker.add(i, i, mesh, faults);
     }
     return mesh;

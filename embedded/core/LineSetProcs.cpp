@@ -25,6 +25,7 @@ protected:
     {
         LineSource source;
         source.points = &points;
+        source.wantsPoints = wantsPoints();
         source.index = &coordIndexPart.read<MFInt32>(node()).values();
         bindColors(source.colors, source.colorsRGBA);
         source.colors.index = source.colorsRGBA.index = &colorIndexPart.read<MFInt32>(node()).values();
@@ -48,6 +49,7 @@ protected:
             pointRuns(vertexCountPart.read<MFInt32>(node()).values(), points.size());
         LineSource source;
         source.points = &points;
+        source.wantsPoints = wantsPoints();
         source.index = &index;
         bindColors(source.colors, source.colorsRGBA);
         return buildLines(source, faults);
@@ -65,10 +67,11 @@ public:
 protected:
     MeshData build(const std::vector<osg::Vec3f>& points, MeshFaults& faults) override
     {
-        MeshAttribute<osg::Color3f> colors;
-        MeshAttribute<osg::Color4f> colorsRGBA;
-        bindColors(colors, colorsRGBA);
-        return buildPoints(points, colors, colorsRGBA, faults);
+        PointSource source;
+        source.points = &points;
+        source.wantsPoints = wantsPoints();
+        bindColors(source.colors, source.colorsRGBA);
+        return buildPoints(source, faults);
     }
 };
 

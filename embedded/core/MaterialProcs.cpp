@@ -97,10 +97,12 @@ public:
         return result;
     }
 
-    void describeShading(SurfaceShading& shading) const override
+    void describeShading(SurfaceShading::Side& side) const override
     {
-        shading.normalScale = usableNumber(normalScalePart.read<SFFloat>(node()).value(), 1.0F);
-        shading.occlusionStrength = fraction(occlusionStrengthPart, node());
+        if (normalScalePart.isIn(node()))
+            side.normalScale = usableNumber(normalScalePart.read<SFFloat>(node()).value(), 1.0F);
+        if (occlusionStrengthPart.isIn(node()))
+            side.occlusionStrength = fraction(occlusionStrengthPart, node());
     }
 
 protected:
@@ -191,6 +193,9 @@ public:
         return use(0, emissiveTexturePart, emissiveTextureMappingPart);
     }
     MaterialTexture emissionTexture() override { return {}; }
+    // Without lights nothing is seen of normals.
+    std::vector<MaterialTexture> shadingTextures() override { return {}; }
+    bool isUnlit() const override { return true; }
     bool tintsTextures() const override { return true; }
 };
 

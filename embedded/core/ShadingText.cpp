@@ -7,10 +7,14 @@ namespace {
 
 using Texture = ShadingPlan::Texture;
 
-const char* const varyings = R"(#version 120
+const char* const version = "#version 120\n";
+
+const char* const varyings = R"(
 varying vec3 eyePlace;
 varying vec3 eyeNormal;
 varying vec4 vertexColor;
+varying float fogDepth;
+#define FOG_DEPTH fogDepth
 )";
 
 // Of each fragment the normal, on the side that is seen, and the look towards the eye.
@@ -32,7 +36,7 @@ float reach(int i, out vec3 way)
     projected = vec3(1.0);
     vec4 source = gl_LightSource[i].position;
     way = unit(source.xyz);
-    if (shape.x < 0.5)
+    if (shape.x < 0.5 || shape.x > 5.5)
         return 0.0;
     if (shape.x < 1.5)
         return 1.0;
@@ -62,13 +66,17 @@ float reach(int i, out vec3 way)
     return angle > shape.z ? share * (shape.w - angle) / max(shape.w - shape.z, 1e-6) : share;
 }
 
+#ifndef FOG_DEPTH
+#define FOG_DEPTH 0.0
+#endif
+
 vec3 inFog(vec3 color)
 {
     if (osg_FogKind == 0)
         return color;
-    float d = abs(eyePlace.z);
+    float d = osg_FogKind > 2 ? FOG_DEPTH : abs(eyePlace.z);
     float thickness = d * gl_Fog.density;
-    float seen = osg_FogKind == 1 ? (gl_Fog.end - d) * gl_Fog.scale : exp(-thickness * thickness);
+    float seen = osg_FogKind == 1 || osg_FogKind == 3 ? (gl_Fog.end - d) * gl_Fog.scale : exp(-thickness * thickness);
     return mix(gl_Fog.color.rgb, color, clamp(seen, 0.0, 1.0));
 }
 )";
@@ -117,6 +125,50 @@ const char* const physicalLight = R"(
     }
 )";
 
+// The rougher a face, the coarser the level of the map that stands for all that it mirrors, and the more of
+// what falls on a side.
+const char* const environmentFunctions = R"(
+uniform vec4 osg_Environment;
+uniform vec3 osg_Irradiance[9];
+uniform mat3 osg_TurnToEnvironment;
+uniform samplerCube osg_Mirrored;
+
+vec3 decoded(vec3 color) { return pow(max(color, 0.0), vec3(2.2)); }
+
+vec3 mirrored(vec3 way, float level)
+{
+#ifdef GL_ARB_shader_texture_lod
+    return decoded(textureCubeLod(osg_Mirrored, way, level).rgb);
+#else
+    return decoded(textureCube(osg_Mirrored, way, level).rgb);
+#endif
+}
+
+vec3 irradiance(vec3 n)
+{
+    return max(osg_Irradiance[0] + osg_Irradiance[1] * n.y + osg_Irradiance[2] * n.z + osg_Irradiance[3] * n.x +
+        osg_Irradiance[4] * (n.x * n.y) + osg_Irradiance[5] * (n.y * n.z) +
+        osg_Irradiance[6] * (3.0 * n.z * n.z - 1.0) + osg_Irradiance[7] * (n.x * n.z) +
+        osg_Irradiance[8] * (n.x * n.x - n.y * n.y), 0.0);
+}
+)";
+
+// How much of it is mirrored: a curve that was fitted to the integral of the equations above.
+const char* const environmentLight = R"(
+    if (osg_Environment.r + osg_Environment.g + osg_Environment.b > 0.0) {
+        vec3 around = scattered * irradiance(osg_TurnToEnvironment * normal);
+        if (osg_Environment.a > 0.0) {
+            vec4 fit = roughness * vec4(-1.0, -0.0275, -0.572, 0.022) + vec4(1.0, 0.0425, 1.04, -0.04);
+            float edge = min(fit.x * fit.x, exp2(-9.28 * nv)) * fit.x + fit.y;
+            vec3 share = straight * (fit.z - 1.04 * edge) + 1.04 * edge + fit.w;
+            vec3 way = osg_TurnToEnvironment * reflect(-look, normal);
+            vec3 seen = mirrored(way, roughness * (osg_Environment.a - 1.0));
+            around += share * mix(seen, irradiance(way) / 3.14159265, roughness * roughness);
+        }
+        sum += osg_Environment.rgb * around;
+    }
+)";
+
 std::string coords(std::size_t texture)
 {
     return "coords" + std::to_string(texture);
@@ -146,7 +198,8 @@ std::string sourceOf(const Texture& texture)
 
 std::string vertexText(const ShadingPlan& plan)
 {
-    std::string result = varyings;
+    std::string result = version;
+    result += varyings;
     result += "uniform mat3 osg_TurnToWorld;\n";
     for (std::size_t i = 0; i < plan.textures.size(); ++i) {
         result += "varying vec4 " + coords(i) + ";\n";
@@ -160,6 +213,7 @@ void main()
     eyePlace = place.xyz;
     eyeNormal = gl_NormalMatrix * gl_Normal;
     vertexColor = gl_Color;
+    fogDepth = gl_FogCoord;
     gl_ClipVertex = place;
     gl_Position = ftransform();
     vec3 normal = eyeNormal * inversesqrt(max(dot(eyeNormal, eyeNormal), 1e-20));
@@ -194,24 +248,29 @@ public:
         else
             readPhong();
         _text += _isPhysical ? physicalLight : phongLight;
+        if (_isPhysical)
+            _text += environmentLight;
         finish();
         return _text;
     }
 
 private:
-    /// Index of the texture with a role; the number of textures when there is none.
-    std::size_t find(SurfaceShading::Role role) const
+    /// Index of the texture with a role on a side; the number of textures when there is none.
+    std::size_t find(SurfaceShading::Role role, SurfaceShading::Sides side) const
     {
-        const auto found = std::find_if(_plan.textures.begin(), _plan.textures.end(),
-                                        [role](const Texture& texture) { return texture.role == role; });
+        const auto found =
+            std::find_if(_plan.textures.begin(), _plan.textures.end(), [&](const Texture& texture) {
+                return texture.role == role && (texture.sides & side) != 0;
+            });
         return static_cast<std::size_t>(found - _plan.textures.begin());
     }
-    bool has(SurfaceShading::Role role) const { return find(role) < _plan.textures.size(); }
-
-    /// What the texture with a role shows at the fragment.
-    std::string texel(SurfaceShading::Role role) const
+    bool has(SurfaceShading::Role role) const
     {
-        const std::size_t index = find(role);
+        return find(role, SurfaceShading::BOTH_SIDES) < _plan.textures.size();
+    }
+
+    std::string sample(std::size_t index) const
+    {
         const ShadingPlan::Sampler sampler = _plan.textures[index].sampler;
         if (sampler == ShadingPlan::CUBE)
             return "textureCube(" + ShadingNames::map(index) + ", " + coords(index) + ".xyz)";
@@ -219,12 +278,36 @@ private:
                ShadingNames::map(index) + ", " + coords(index) + ")";
     }
 
+    /// What \a valueOf tells of the texture with a role on the side that is seen; \a neutral on a side
+    /// without one.
+    template <class ValueOf>
+    std::string onSide(SurfaceShading::Role role, const char* neutral, ValueOf valueOf) const
+    {
+        const std::size_t front = find(role, SurfaceShading::FRONT);
+        const std::size_t back = find(role, SurfaceShading::BACK);
+        if (front == back)
+            return valueOf(front);
+        const auto value = [&](std::size_t index) {
+            return index < _plan.textures.size() ? valueOf(index) : std::string(neutral);
+        };
+        return "(gl_FrontFacing ? " + value(front) + " : " + value(back) + ")";
+    }
+
+    /// What the texture with a role shows at the fragment.
+    std::string texel(SurfaceShading::Role role, const char* neutral = "vec4(1.0)") const
+    {
+        return onSide(role, neutral, [this](std::size_t index) { return sample(index); });
+    }
+
     /// Of a uniform of two sides the one that is seen.
     static std::string ofSide(const char* name) { return std::string(name) + "[gl_FrontFacing ? 0 : 1]"; }
 
     void declare()
     {
-        _text = varyings;
+        _text = version;
+        if (_isPhysical)
+            _text += "#extension GL_ARB_shader_texture_lod : enable\n";
+        _text += varyings;
         for (std::size_t i = 0; i < _plan.textures.size(); ++i) {
             _text += "varying vec4 " + coords(i) + ";\nuniform ";
             static const char* const types[] = {"sampler2D ", "samplerCube ", "sampler3D "};
@@ -237,14 +320,14 @@ private:
         if (_isPhysical) {
             uniform("vec4", ShadingNames::baseColors, "[2]");
             uniform("vec2", ShadingNames::metalRoughness, "[2]");
-            _text += "vec3 decoded(vec3 color) { return pow(max(color, 0.0), vec3(2.2)); }\n";
+            _text += environmentFunctions;
         }
         if (_isPhysical || has(SurfaceShading::EMISSION))
             uniform("vec3", ShadingNames::emissions, "[2]");
         if (has(SurfaceShading::NORMAL))
-            uniform("float", ShadingNames::normalScale);
+            uniform("float", ShadingNames::normalScale, "[2]");
         if (has(SurfaceShading::OCCLUSION))
-            uniform("float", ShadingNames::occlusionStrength);
+            uniform("float", ShadingNames::occlusionStrength, "[2]");
         _text += lightFunctions;
     }
 
@@ -253,10 +336,11 @@ private:
     {
         if (!has(SurfaceShading::NORMAL))
             return;
-        const std::string at = coords(find(SurfaceShading::NORMAL));
-        _text += "    vec2 at = " + at + ".st / " + at +
-                 ".q;\n    vec3 bump = " + texel(SurfaceShading::NORMAL) +
-                 ".xyz * 2.0 - 1.0;\n    bump.xy *= " + ShadingNames::normalScale + ";\n";
+        const std::string at = onSide(SurfaceShading::NORMAL, "vec4(0.0, 0.0, 0.0, 1.0)",
+                                      [](std::size_t i) { return coords(i); });
+        _text += "    vec4 place = " + at + ";\n    vec2 at = place.st / place.q;\n    vec3 bump = " +
+                 texel(SurfaceShading::NORMAL, "vec4(0.5, 0.5, 1.0, 1.0)") +
+                 ".xyz * 2.0 - 1.0;\n    bump.xy *= " + ofSide(ShadingNames::normalScale) + ";\n";
         _text += R"(    vec3 acrossX = cross(dFdy(eyePlace), normal);
     vec3 acrossY = cross(normal, dFdx(eyePlace));
     vec3 tangent = acrossX * dFdx(at.s) + acrossY * dFdy(at.s);
@@ -324,7 +408,7 @@ private:
                 hasTint ? "    sum = min(sum, 1.0) * tint.rgb + highlights;\n" : "    sum += highlights;\n";
         if (has(SurfaceShading::OCCLUSION))
             _text += "    sum *= mix(1.0, " + texel(SurfaceShading::OCCLUSION) + ".r, " +
-                     ShadingNames::occlusionStrength + ");\n";
+                     ofSide(ShadingNames::occlusionStrength) + ");\n";
         if (_isPhysical)
             _text += "    sum = pow(max(sum, 0.0), vec3(1.0 / 2.2));\n";
         const char* const alpha = _isPhysical ? "base.a" : hasTint ? "diffuse.a * tint.a" : "diffuse.a";

@@ -22,6 +22,7 @@ struct ORVANE_API ShadingPlan
         unsigned int unit = 0; ///< whose coordinates of the geometry it takes
         Sampler sampler = FLAT;
         bool hasTransform = false;
+        SurfaceShading::Sides sides = SurfaceShading::BOTH_SIDES;
     };
 
     SurfaceShading::Model model = SurfaceShading::PHONG;
@@ -37,8 +38,8 @@ ORVANE_API std::string transform(std::size_t texture); ///< the matrix of its co
 ORVANE_API extern const char* const baseColors;        ///< two colours with alpha, front and back
 ORVANE_API extern const char* const emissions;         ///< two colours
 ORVANE_API extern const char* const metalRoughness;    ///< two pairs
-ORVANE_API extern const char* const normalScale;
-ORVANE_API extern const char* const occlusionStrength;
+ORVANE_API extern const char* const normalScale;       ///< two numbers
+ORVANE_API extern const char* const occlusionStrength; ///< two numbers
 } // namespace ShadingNames
 
 /// What programs share that compute light at an `eyePlace`, in GLSL 1.20: `unit`, `reach` and `inFog`.

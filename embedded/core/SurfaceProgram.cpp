@@ -90,16 +90,22 @@ void addSides(osg::SHLChunk::Values& values, const Surface& surface)
     std::vector<float> base;
     std::vector<float> emission;
     std::vector<float> metal;
+    std::vector<float> normals;
+    std::vector<float> occlusion;
     for (std::size_t i = 0; i < 2; ++i) {
         const SurfaceShading::Side& side = surface.shading->sides[i];
         const float alpha = i > 0 && surface.back ? surface.back->alpha : surface.alpha;
         base.insert(base.end(), {side.base.red(), side.base.green(), side.base.blue(), alpha});
         emission.insert(emission.end(), {side.emission.red(), side.emission.green(), side.emission.blue()});
         metal.insert(metal.end(), {side.metallic, side.roughness});
+        normals.push_back(side.normalScale);
+        occlusion.push_back(side.occlusionStrength);
     }
     values[ShadingNames::baseColors] = reals(4, std::move(base));
     values[ShadingNames::emissions] = reals(3, std::move(emission));
     values[ShadingNames::metalRoughness] = reals(2, std::move(metal));
+    values[ShadingNames::normalScale] = reals(1, std::move(normals));
+    values[ShadingNames::occlusionStrength] = reals(1, std::move(occlusion));
 }
 
 SurfaceChunk shadingProgram(const Surface& surface, std::vector<std::shared_ptr<SurfaceChunk>>& parts)
@@ -108,6 +114,7 @@ SurfaceChunk shadingProgram(const Surface& surface, std::vector<std::shared_ptr<
     const osg::SHLChunkPtr chunk = osg::SHLChunk::create();
     ShadingPlan plan;
     plan.model = shading.model;
+    plan.tintsAll = shading.tintsAll;
     plan.hasVertexColors = surface.vertexColors == Surface::DIFFUSE_COLORS;
     osg::SHLChunk::Values values;
     CoordUnits units(surface);
@@ -116,7 +123,7 @@ SurfaceChunk shadingProgram(const Surface& surface, std::vector<std::shared_ptr<
         const std::optional<osg::Matrix> matrix = texture.texture.matrix();
         plan.textures.push_back({texture.role, texture.texture.coordinates,
                                  units.unitOf(texture.texture.coordSet), samplerOf(texture.texture),
-                                 matrix.has_value()});
+                                 matrix.has_value(), texture.sides});
         parts.push_back(surfaceTexture(texture.texture));
         values[ShadingNames::map(index)].textures = {osg::TextureChunkPtr::dcast(parts.back()->get())};
         if (matrix)
@@ -124,8 +131,6 @@ SurfaceChunk shadingProgram(const Surface& surface, std::vector<std::shared_ptr<
                 reals(16, std::vector<float>(matrix->getValues(), matrix->getValues() + 16));
     }
     addSides(values, surface);
-    values[ShadingNames::normalScale] = reals(1, {shading.normalScale});
-    values[ShadingNames::occlusionStrength] = reals(1, {shading.occlusionStrength});
     chunk->setProgram(programOf(shadingText(plan)).get());
     chunk->setValues(std::move(values));
     chunk->setCoordSets(units.sets());
@@ -177,8 +182,8 @@ std::shared_ptr<SurfaceChunk> plainProgram(const PlainKey& key)
         plan.tintsAll = true;
         // The sampler has no texture of its own: it reads the one that fixed steps put on.
         if (key.hasTexture)
-            plan.textures.push_back(
-                {SurfaceShading::COLOR, key.coordinates, 0, ShadingPlan::FLAT, key.matrix.has_value()});
+            plan.textures.push_back({SurfaceShading::COLOR, key.coordinates, 0, ShadingPlan::FLAT,
+                                     key.matrix.has_value(), SurfaceShading::BOTH_SIDES});
         if (key.matrix)
             chunk->setValue(
                 ShadingNames::transform(0),

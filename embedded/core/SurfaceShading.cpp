@@ -17,13 +17,14 @@ std::tuple<float, float, float> numbersOf(const osg::Color3f& color)
 bool SurfaceShading::Side::operator==(const Side& other) const
 {
     return numbersOf(base) == numbersOf(other.base) && numbersOf(emission) == numbersOf(other.emission) &&
-           metallic == other.metallic && roughness == other.roughness;
+           metallic == other.metallic && roughness == other.roughness && normalScale == other.normalScale &&
+           occlusionStrength == other.occlusionStrength;
 }
 
 bool SurfaceShading::operator==(const SurfaceShading& other) const
 {
-    return model == other.model && sides == other.sides && normalScale == other.normalScale &&
-           occlusionStrength == other.occlusionStrength && textures == other.textures;
+    return model == other.model && sides == other.sides && tintsAll == other.tintsAll &&
+           textures == other.textures;
 }
 
 std::size_t SurfaceShading::hash() const

@@ -30,13 +30,19 @@ struct ORVANE_API SurfaceShading
         NORMAL
     };
 
-    /// The values of one side of a surface. A surface under `PHONG` takes the emission only.
+    /// Where a texture is seen.
+    enum Sides : std::uint8_t { FRONT = 1, BACK = 2, BOTH_SIDES = FRONT | BACK };
+
+    /// The values of one side of a surface. A surface under `PHONG` takes no base, metal
+    /// and roughness.
     struct Side
     {
         osg::Color3f base;
         osg::Color3f emission;
         float metallic = 0.0F;
         float roughness = 1.0F;
+        float normalScale = 1.0F;
+        float occlusionStrength = 1.0F;
 
         bool operator==(const Side& other) const;
     };
@@ -45,14 +51,17 @@ struct ORVANE_API SurfaceShading
     {
         Role role = COLOR;
         SurfaceTexture texture;
+        Sides sides = BOTH_SIDES;
 
-        bool operator==(const Texture& other) const { return role == other.role && texture == other.texture; }
+        bool operator==(const Texture& other) const
+        {
+            return role == other.role && texture == other.texture && sides == other.sides;
+        }
     };
 
     Model model = PHONG;
     std::array<Side, 2> sides; ///< front and back
-    float normalScale = 1.0F;
-    float occlusionStrength = 1.0F;
+    bool tintsAll = false;     ///< `COLOR` takes part in all light, for what shows its colours as they are
     std::vector<Texture> textures;
 
     bool operator==(const SurfaceShading& other) const;

@@ -6,6 +6,7 @@
 #include <Orvane/SFInt32.h>
 #include <Orvane/SFString.h>
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <utility>
 
@@ -16,7 +17,12 @@ namespace {
 /// No OpenGL takes more of them.
 constexpr std::size_t MostAttributes = 16;
 
+/// Of a vertex where edges of a face cross.
+constexpr std::uint32_t NoPoint = std::numeric_limits<std::uint32_t>::max();
+
 const Part attribPart("attrib");
+const Part depthPart("depth");
+const Part fogCoordPart("fogCoord");
 const Part namePart("name");
 const Part numComponentsPart("numComponents");
 const Part valuePart("value");
@@ -61,6 +67,7 @@ public:
     }
 };
 
+const ProcRegistration fogCoordinate("FogCoordinate", makeProc<DescriptionProc>);
 const ProcRegistration floats("FloatVertexAttribute", makeProc<FloatValuesProc>);
 const ProcRegistration matrices3("Matrix3VertexAttribute", makeProc<MatrixValuesProc<MFMatrix3f, 3>>);
 const ProcRegistration matrices4("Matrix4VertexAttribute", makeProc<MatrixValuesProc<MFMatrix4f, 4>>);
@@ -83,10 +90,41 @@ std::vector<float> picked(const std::vector<float>& values, const std::vector<st
 
 bool VertexValues::areGiven(const Node& geometry)
 {
-    return attribPart.isIn(geometry) && attribPart.read<MFNode>(geometry).size() > 0;
+    return (attribPart.isIn(geometry) && attribPart.read<MFNode>(geometry).size() > 0) ||
+           fogCoordPart.readNode(geometry);
 }
 
-void VertexValues::read(ElementProc& user, const std::vector<std::uint32_t>& points)
+bool VertexValues::read(ElementProc& user, const std::vector<std::uint32_t>& points)
+{
+    if (attribPart.isIn(std::as_const(user).node()))
+        readAttributes(user, points);
+    return readFogDepths(user, points);
+}
+
+bool VertexValues::readFogDepths(ElementProc& user, const std::vector<std::uint32_t>& points)
+{
+    Node* const node = resolved(fogCoordPart.readNode(std::as_const(user).node()));
+    const bool isGiven =
+        node && depthPart.isIn(*node) && readField(*node, depthPart.in(*node)).dataType() == MFFLOAT_DT;
+    _fogUse.set(user, isGiven ? procAs<ElementProc>(node) : nullptr);
+    _fogDepths.clear();
+    if (!isGiven)
+        return true;
+    const std::vector<float>& depths = depthPart.read<MFFloat>(*node).values();
+    if (depths.empty())
+        return true;
+    bool isWhole = true;
+    _fogDepths.reserve(points.size());
+    for (const std::uint32_t point : points) {
+        // False for what is no number.
+        const bool isUsable = point < depths.size() && depths[point] > 0.0F;
+        _fogDepths.push_back(isUsable ? std::min(depths[point], 1.0F) : 0.0F);
+        isWhole = isWhole && (point < depths.size() || point == NoPoint);
+    }
+    return isWhole;
+}
+
+void VertexValues::readAttributes(ElementProc& user, const std::vector<std::uint32_t>& points)
 {
     const auto& list = attribPart.read<MFNode>(std::as_const(user).node());
     std::vector<Use> uses;

@@ -18,22 +18,31 @@ public:
     virtual osg::VertexAttribute describe() = 0;
 };
 
-/// The values for shaders that a mesh has, from the nodes of its field `attrib`.
+/// What a mesh has for its points beside places, normals, colours and coordinates: values for shaders, from
+/// the nodes of its field `attrib`, and depths in fog, from that of `fogCoord`.
 class ORVANE_API VertexValues
 {
 public:
-    /// True when \a geometry lists such nodes.
+    /// True when \a geometry has such nodes.
     static bool areGiven(const Node& geometry);
 
     /// Takes the values for the vertices of a mesh of \a user. \a points has the point of each vertex, or is
-    /// empty where the mesh does not tell.
-    void read(ElementProc& user, const std::vector<std::uint32_t>& points);
+    /// empty where the mesh does not tell. False when there are depths for some of the points only; the
+    /// others have 0.
+    bool read(ElementProc& user, const std::vector<std::uint32_t>& points);
     /// Hands out what was read.
     std::vector<osg::VertexAttribute> take();
-    /// True when there was something to hand out.
+    /// Hands out how deep in fog each vertex lies, from 0 to 1; nothing when the distance counts.
+    std::vector<float> takeFogDepths() { return std::move(_fogDepths); }
+    /// True when there was something to hand out to shaders.
     bool areUsed() const { return _areUsed; }
 
 private:
+    void readAttributes(ElementProc& user, const std::vector<std::uint32_t>& points);
+    bool readFogDepths(ElementProc& user, const std::vector<std::uint32_t>& points);
+
+    Use _fogUse;
+    std::vector<float> _fogDepths;
     std::vector<Use> _uses;
     std::vector<osg::VertexAttribute> _attributes;
     bool _areUsed = false;

@@ -19,12 +19,14 @@
 class CoreScene
 {
 public:
-    explicit CoreScene(const char* text)
+    /// \a version is that of X3D, in tenths, which the scene is of.
+    explicit CoreScene(const char* text, unsigned int version = Orvane::newestVersion)
     {
         Orvane::System::the().init(0, nullptr, 382);
         context = Orvane::Context::create();
         context->holdTime(1000.0);
         Orvane::Scene::create(context, nullptr, Orvane::HOST_NC);
+        Orvane::setFileVersion(*root()->nameSpace(), version);
         SceneText(*context, *root(), text);
         context->setRootState(0.0, Orvane::RUNNING_NS);
         context->runFrame();

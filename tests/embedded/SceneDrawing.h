@@ -14,13 +14,14 @@ class SceneDrawing
 public:
     bool isValid() const { return _picture.context.isValid(); }
 
-    QImage draw(const CoreScene& scene, bool headlight = true)
+    QImage draw(const CoreScene& scene, bool headlight = true) { return draw(scene.proc(), headlight); }
+    QImage draw(const Orvane::SceneProc& scene, bool headlight)
     {
         const osg::DirectionalLightPtr light = osg::DirectionalLight::create();
         light->setBeacon(_picture.eye.get());
         light->setOn(headlight);
         const osg::VisitSubTreePtr reference = osg::VisitSubTree::create();
-        reference->setSubTreeRoot(scene.proc().root());
+        reference->setSubTreeRoot(scene.root());
         const osg::RefPtr<osg::NodePtr> root(osg::makeNodeFor(osg::NodeCorePtr(light)));
         root->addChild(osg::makeNodeFor(osg::NodeCorePtr(reference)));
         return _picture.draw(root.get());

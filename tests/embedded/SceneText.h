@@ -85,10 +85,9 @@ private:
             type = word();
         }
         const Orvane::NodeRef node = Orvane::createNode(_context, *Orvane::findType(type), Orvane::LOADER_NC);
-        if (!name.empty()) {
+        if (!name.empty())
             _names[name] = node.get();
-            Orvane::setName(*node, _scene.nameSpace(), name);
-        }
+        Orvane::setName(*node, _scene.nameSpace(), name);
         ++_next;
         while (_words.at(_next) != "}")
             readField(*node);

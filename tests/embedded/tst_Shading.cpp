@@ -315,7 +315,8 @@ void tst_Shading::everyPlanCompiles()
                 const unsigned int kind = (set + role) % (SurfaceTexture::LOCAL_POSITION + 1);
                 plan.textures.push_back(
                     {static_cast<Shading::Role>(role), static_cast<SurfaceTexture::Coordinates>(kind), role,
-                     role < Shading::NORMAL ? samplers[(set + role) % 4] : ShadingPlan::FLAT, role % 2 > 0});
+                     role < Shading::NORMAL ? samplers[(set + role) % 4] : ShadingPlan::FLAT, role % 2 > 0,
+                     static_cast<Shading::Sides>(1 + (set + role) % 3)});
             }
             program->setSources(shadingText(plan));
             picture.draw(scene.proc().root());

@@ -232,7 +232,8 @@ void tst_Shapes::channelsOfATexture()
     QFETCH(QByteArray, image);
     QFETCH(float, red);
     QFETCH(float, alpha);
-    CoreScene scene(("DEF S " + pixels(image.constData())).constData());
+    constexpr unsigned int BeforeX3D4 = 33;
+    CoreScene scene(("DEF S " + pixels(image.constData())).constData(), BeforeX3D4);
     QVERIFY(textureOf(scene, "S") != osg::NullFC);
     QCOMPARE(colorsOf(scene, "S")->getDiffuse().red(), red);
     QCOMPARE(colorsOf(scene, "S")->getDiffuse().alpha(), alpha);

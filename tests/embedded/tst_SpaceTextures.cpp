@@ -75,8 +75,9 @@ void tst_SpaceTextures::coordinatesLeadIntoTheDepth()
     QFETCH(QColor, color);
     const CoreScene scene(squareWith(unlit(Pixels), everywhere(place.toStdString())).c_str());
     COMPARE_DRAWN(_drawing.middleOf(scene), color);
-    const CoreScene lit(
-        squareWith("material Material { } texture " + Pixels, everywhere(place.toStdString())).c_str());
+    const CoreScene lit(squareWith("material Material { diffuseColor 1 1 1 } texture " + Pixels,
+                                   everywhere(place.toStdString()))
+                            .c_str());
     COMPARE_DRAWN(_drawing.middleOf(lit), color);
     QCOMPARE(_drawing.error(), 0U);
 }
