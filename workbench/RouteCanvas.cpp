@@ -197,13 +197,16 @@ void RouteCanvas::layOut()
     double boxWidth = boxSize.width() * scale();
     for (const QorGraphNodeView* const box : all)
         boxWidth = std::max(boxWidth, std::min(widest, nameWidth(*box)));
+    const double tallest = 0.9 * cell.height() * scale();
+    const double nameHeight = QFontMetricsF(all.front()->font()).height();
+    const double boxHeight = std::max(boxSize.height() * scale(), std::min(tallest, nameHeight));
     const double step = boxWidth + gap;
 
     const QSizeF used(columns * step - gap, extent.height() * scale());
     const QPointF origin(margin + std::max(0.0, (room.width() - used.width()) / 2.0),
                          margin + std::max(0.0, (room.height() - used.height()) / 2.0));
     for (std::size_t i = 0; i < all.size(); ++i) {
-        all[i]->resize(QSizeF(boxWidth, boxSize.height() * scale()));
+        all[i]->resize(QSizeF(boxWidth, boxHeight));
         all[i]->move(origin + QPointF(corners[i].x() / cell.width() * step, corners[i].y() * scale()));
     }
     update();

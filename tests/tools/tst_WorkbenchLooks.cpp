@@ -4,8 +4,10 @@
 #include "GraphDock.h"
 #include "Icons.h"
 #include "LogDock.h"
+#include "RouteCanvas.h"
 #include "WorkbenchWindow.h"
 #include <OpenSG/OSGLog.h>
+#include <Orvane/Node.h>
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
@@ -19,8 +21,10 @@
 #include <QToolBar>
 #include <QTreeWidget>
 #include <QorCodeWidget.h>
+#include <QorGraphNodeView.h>
 #include <QorWindowToolbar.h>
 #include <QtTest>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -45,6 +49,7 @@ private slots:
     void theKeyOfTheViewLeadsToIt();
     void theMenuOfTitleBarsHasTheOrderOfTheView();
     void commandsThatCannotWorkAreGrey();
+    void namesOfRouteBoxesHaveRoom();
     void codeCanBeRead_data();
     void codeCanBeRead();
     void logCanBeRead_data();
@@ -341,6 +346,28 @@ void tst_WorkbenchLooks::commandsThatCannotWorkAreGrey()
     QVERIFY(!apply->isEnabled());
     open();
     QVERIFY(apply->isEnabled());
+}
+
+void tst_WorkbenchLooks::namesOfRouteBoxesHaveRoom()
+{
+    QFile file(_folder.filePath(QStringLiteral("names.x3d")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(R"(<X3D version='4.0'><Scene><TimeSensor DEF='ClockOfALongNameThatIsRead'/>
+<ScalarInterpolator DEF='RampOfALongNameThatIsRead'/><ROUTE fromNode='ClockOfALongNameThatIsRead'
+fromField='fraction_changed' toNode='RampOfALongNameThatIsRead' toField='set_fraction'/></Scene></X3D>)");
+    file.close();
+    QVERIFY(_window->open(file.fileName()));
+    _window->showRoutes();
+    const RouteCanvas* const canvas = _window->findChild<GraphDock*>()->canvas();
+    QCOMPARE(canvas->boxes().size(), std::size_t(2));
+    const auto hasRoom = [](const auto* box) {
+        const QFontMetricsF metrics(box->font());
+        const double name = metrics.horizontalAdvance(QString::fromStdString(box->node()->getIDStr()));
+        return box->outputAreaRect().left() - box->inputAreaRect().right() >= name &&
+               box->size().height() >= qMin(metrics.height(), 0.9 * 34.0 * 0.6);
+    };
+    const auto boxes = canvas->boxes();
+    QTRY_VERIFY(std::all_of(boxes.begin(), boxes.end(), hasRoom));
 }
 
 void tst_WorkbenchLooks::codeCanBeRead_data()
