@@ -197,7 +197,7 @@ void RouteCanvas::layOut()
     double boxWidth = boxSize.width() * scale();
     for (const QorGraphNodeView* const box : all)
         boxWidth = std::max(boxWidth, std::min(widest, nameWidth(*box)));
-    const double tallest = 0.9 * cell.height() * scale();
+    const double tallest = 0.78 * cell.height() * scale();
     const double nameHeight = QFontMetricsF(all.front()->font()).height();
     const double boxHeight = std::max(boxSize.height() * scale(), std::min(tallest, nameHeight));
     const double step = boxWidth + gap;

@@ -364,7 +364,7 @@ fromField='fraction_changed' toNode='RampOfALongNameThatIsRead' toField='set_fra
         const QFontMetricsF metrics(box->font());
         const double name = metrics.horizontalAdvance(QString::fromStdString(box->node()->getIDStr()));
         return box->outputAreaRect().left() - box->inputAreaRect().right() >= name &&
-               box->size().height() >= qMin(metrics.height(), 0.9 * 34.0 * 0.6);
+               box->size().height() >= qMin(metrics.height(), 0.78 * 34.0 * 0.6);
     };
     const auto boxes = canvas->boxes();
     QTRY_VERIFY(std::all_of(boxes.begin(), boxes.end(), hasRoom));
