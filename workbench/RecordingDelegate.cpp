@@ -58,6 +58,17 @@ QWidget* RecordingDelegate::createEditor(QWidget* parent, const QStyleOptionView
     return editor;
 }
 
+void RecordingDelegate::drawDisplay(QPainter* painter, const QStyleOptionViewItem& option, const QRect& rect,
+                                    const QString& text) const
+{
+    // The library's red of rows that wait cannot be read on a dark ground.
+    QStyleOptionViewItem readable(option);
+    if (option.palette.color(QPalette::Text) == QColor(200, 0, 0) &&
+        option.palette.color(QPalette::Base).lightness() < 128)
+        readable.palette.setColor(QPalette::Text, QColor(255, 120, 120));
+    QorNodeItemDelegate::drawDisplay(painter, readable, rect, text);
+}
+
 void RecordingDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
                                      const QModelIndex& index) const
 {

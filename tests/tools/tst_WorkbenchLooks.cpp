@@ -4,6 +4,7 @@
 #include "GraphDock.h"
 #include "Icons.h"
 #include "LogDock.h"
+#include "NodeDock.h"
 #include "RouteCanvas.h"
 #include "WorkbenchWindow.h"
 #include <OpenSG/OSGLog.h>
@@ -15,6 +16,7 @@
 #include <QHash>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
 #include <QTemporaryDir>
 #include <QTextBlock>
 #include <QTextEdit>
@@ -22,6 +24,7 @@
 #include <QTreeWidget>
 #include <QorCodeWidget.h>
 #include <QorGraphNodeView.h>
+#include <QorNodeEditorTreeView.h>
 #include <QorWindowToolbar.h>
 #include <QtTest>
 #include <algorithm>
@@ -54,6 +57,8 @@ private slots:
     void codeCanBeRead();
     void logCanBeRead_data();
     void logCanBeRead();
+    void rowsThatWaitCanBeRead_data();
+    void rowsThatWaitCanBeRead();
     void iconsAreDrawnInTheColourOfTheWriting();
     void panelsAreAsWideAsTheirFontAsks();
 
@@ -135,7 +140,9 @@ void tst_WorkbenchLooks::initTestCase()
     file.write(
         "<X3D version='4.0'><Scene><Script DEF='S'><field name='n' type='SFFloat' accessType='inputOutput' "
         "value='1'/><![CDATA[ecmascript:\n// Words about it.\nfunction initialize() {\n"
-        "    if (n > 0)\n        print(Browser.getName());\n}\n/* more */\n]]></Script></Scene></X3D>");
+        "    if (n > 0)\n        print(Browser.getName());\n}\n/* more */\n]]></Script>"
+        "<Shape><IndexedLineSet DEF='L' coordIndex='" +
+        QByteArray("0 1 -1 ").repeated(20) + "'/></Shape></Scene></X3D>");
 }
 
 void tst_WorkbenchLooks::init()
@@ -426,6 +433,40 @@ void tst_WorkbenchLooks::logCanBeRead()
     // The library's own colours for lines on white have 4 for pure red, the least of them.
     for (const QColor& color : colors)
         QVERIFY2(contrast(color, ground) >= 3.9, qPrintable(color.name()));
+}
+
+void tst_WorkbenchLooks::rowsThatWaitCanBeRead_data()
+{
+    codeCanBeRead_data();
+}
+
+void tst_WorkbenchLooks::rowsThatWaitCanBeRead()
+{
+    QFETCH(bool, isDark);
+    open();
+    QVERIFY(_window->showNode(QStringLiteral("L")));
+    _window->setDark(!isDark);
+    _window->setDark(isDark);
+    const auto* const fields =
+        _window->findChild<NodeDock*>()->findChild<Orvane::Qt4::QorNodeEditorTreeView*>();
+    const QModelIndexList rows =
+        fields->model()->match(fields->model()->index(0, 0), Qt::DisplayRole, QStringLiteral("coordIndex"));
+    QCOMPARE(rows.size(), 1);
+    QStyleOptionViewItem option;
+    option.initFrom(fields);
+    option.rect = QRect(0, 0, 200, 30);
+    QImage image(option.rect.size(), QImage::Format_RGB32);
+    const QColor ground = option.palette.color(QPalette::Base);
+    image.fill(ground);
+    QPainter painter(&image);
+    fields->itemDelegate()->paint(&painter, option, rows.first());
+    painter.end();
+    double best = 0.0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            best = std::max(best, contrast(image.pixelColor(x, y), ground));
+    }
+    QVERIFY2(best >= 4.5, qPrintable(QString::number(best)));
 }
 
 void tst_WorkbenchLooks::iconsAreDrawnInTheColourOfTheWriting()

@@ -143,12 +143,8 @@ void QorNodeItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
                                 const QModelIndex& index) const
 {
     QStyleOptionViewItem colouredOption(option);
-    if (isDelayed(itemOf(index))) {
-        // The red of light grounds cannot be read on a dark one.
-        const bool isDark = option.palette.color(QPalette::Base).lightness() < 128;
-        const QColor red = isDark ? QColor(255, 120, 120, 255) : QColor(200, 0, 0, 255);
-        colouredOption.palette.setBrush(QPalette::Text, QBrush(red, Qt::SolidPattern));
-    }
+    if (isDelayed(itemOf(index)))
+        colouredOption.palette.setBrush(QPalette::Text, QBrush(QColor(200, 0, 0, 255), Qt::SolidPattern));
     QItemDelegate::paint(painter, colouredOption,
                          _paintedCell->standIn(index, option.rect.size(), option.fontMetrics.lineSpacing()));
 }
