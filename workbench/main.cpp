@@ -56,6 +56,8 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("orvane"));
     QApplication::setApplicationName(QStringLiteral("orvane-workbench"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("orvane-workbench"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("orvane-workbench")));
 
     CommandLine commandLine;
     QString error;

@@ -121,6 +121,8 @@ bool SceneBaseNodeProc::pick(const osg::Line&, std::vector<Node*>&, osg::Pnt3f*,
     return false;
 }
 
+NodeNameSpace::~NodeNameSpace() = default;
+
 Node* NodeNameSpace::findNode(NodeNameSpace*, const std::string&)
 {
     return nullptr;
@@ -329,6 +331,8 @@ void WindowProc::browsePickedNode(int, int)
 namespace {
 const osg::Vec2f unset(-1.0F, -1.0F);
 }
+
+Window::~Window() = default;
 
 const osg::Vec2f& Window::size() const
 {
