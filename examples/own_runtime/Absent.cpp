@@ -401,6 +401,8 @@ NavigatorProc::Message* NavigatorProc::getMessage(unsigned int)
 
 } // namespace Orvane
 
+Relayne::URL::~URL() = default;
+
 std::string Relayne::URL::toString() const
 {
     return {};
