@@ -1,3 +1,4 @@
+#include "Numbers.h"
 #include "PickScene.h"
 
 using namespace Orvane;
@@ -172,7 +173,7 @@ void tst_PickSensors::volumePicksWhatItMeetsOrHolds()
     QFETCH(QString, place);
     QFETCH(double, size);
     QFETCH(bool, meets);
-    const std::string half = std::to_string(0.5 * size);
+    const std::string half = textOf(0.5 * size);
     const std::string extrusion = "<Extrusion containerField='pickingGeometry' crossSection='-" + half + " " +
                                   half + " " + half + " " + half + " " + half + " -" + half + " -" + half +
                                   " -" + half + " -" + half + " " + half + "' spine='0 -" + half + " 0 0 " +

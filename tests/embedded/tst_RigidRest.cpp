@@ -1,3 +1,4 @@
+#include "Numbers.h"
 #include "RigidScene.h"
 #include <QtTest>
 #include <string>
@@ -35,9 +36,8 @@ private:
             collidables += "USE " + name + " ";
             const int place = i % (side * side);
             bodies += "DEF B" + std::to_string(i) + " RigidBody { position " +
-                      std::to_string((place % side) * spread) + " " +
-                      std::to_string(0.5 + 1.01 * (i / (side * side))) + " " +
-                      std::to_string((place / side) * spread) + " geometry USE " + name +
+                      textOf((place % side) * spread) + " " + textOf(0.5 + 1.01 * (i / (side * side))) + " " +
+                      textOf((place / side) * spread) + " geometry USE " + name +
                       " massDensityModel Box { size 1 1 1 } " + body + " } ";
         }
         return shapes + "DEF C RigidBodyCollection { " + collection +

@@ -1,4 +1,5 @@
 #include "../opensg/LogCollector.h"
+#include "Numbers.h"
 #include "SceneDrawing.h"
 #include "VolumeScene.h"
 #include <OpenSG/OSGOrthographicCamera.h>
@@ -190,7 +191,7 @@ void tst_Volumes::opaqueShapesStopTheRay()
 {
     QFETCH(double, z);
     QFETCH(QColor, color);
-    const std::string wall = "Transform { translation 0 0 " + std::to_string(z) +
+    const std::string wall = "Transform { translation 0 0 " + textOf(z) +
                              " children Shape { appearance Appearance { material UnlitMaterial { "
                              "emissiveColor 0 0 1 } } geometry Rectangle2D { size 4 4 } } } ";
     const CoreScene scene((wall + volume(voxels("4 1 1 2", "0xFFFFFF80 0xFFFFFF80"))).c_str());
