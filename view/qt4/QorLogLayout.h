@@ -14,6 +14,7 @@ namespace Orvane::Qt4 {
 class QOR_EXPORT QorLogLayout : public QAbstractTextDocumentLayout
 {
 public:
+    /// For \a document, which is to be given it and then owns it.
     explicit QorLogLayout(QTextDocument* document);
 
     void draw(QPainter* painter, const PaintContext& context) override;
